@@ -1,0 +1,99 @@
+#include "app/screens/patrol_bar.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "app/screens/patrol_text.h"
+#include "app/screens/repaint_once.h"
+#include "app/theme/card.h"
+#include "app/theme/work_mark.h"
+
+namespace gruk
+{
+
+PatrolBar::PatrolBar(AppModel& model, Theme& theme, QWidget* parent)
+    : QWidget(parent), model_(model),
+      start_(new Button(theme, Button::Kind::primary, QString())), running_(new Card(theme)),
+      elsewhere_(new Card(theme)), elsewhereLine_(new Label(theme, TextStyle::bodyStrong)),
+      elsewhereNote_(new Label(theme, TextStyle::detail))
+{
+    start_->setSymbol(Icon::hiking);
+    start_->setObjectName(QStringLiteral("startPatrol"));
+    buildRunning(theme);
+
+    elsewhereLine_->setWordWrap(true);
+    elsewhereNote_->setWordWrap(true);
+    elsewhereNote_->setColour(Role::ink, Strength::quiet);
+    auto* elsewhereColumn = new QVBoxLayout(elsewhere_);
+    elsewhereColumn->setContentsMargins(0, 0, 0, 0);
+    elsewhereColumn->setSpacing(Measure::hair);
+    elsewhereColumn->addWidget(elsewhereLine_);
+    elsewhereColumn->addWidget(elsewhereNote_);
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(start_, 0, Qt::AlignLeft);
+    column->addWidget(running_);
+    column->addWidget(elsewhere_);
+
+    connect(start_, &QPushButton::clicked, this, [this] { model_.patrolActiveRealm(); });
+    auto* repaint = new RepaintOnce([this] { showModel(); }, this);
+    repaint->on(model_, &AppModel::isPatrollingChanged);
+    repaint->on(model_, &AppModel::patrollingRootURLChanged);
+    repaint->on(model_, &AppModel::latestSnapshotChanged);
+    auto* reported = new RepaintOnce([this] { showProgress(); }, this);
+    reported->on(model_, &AppModel::patrolProgressChanged);
+    showModel();
+}
+
+void PatrolBar::buildRunning(Theme& theme)
+{
+    auto* title = new Label(theme, TextStyle::bodyStrong);
+    title->setText(QStringLiteral("Patrolling…"));
+    progress_ = new ElidedLabel(theme, TextStyle::detail, Qt::ElideMiddle);
+    progress_->setColour(Role::ink, Strength::quiet);
+    auto* stop = new Button(theme, Button::Kind::secondary, QStringLiteral("Stop patrol"));
+    stop->setSymbol(Icon::stop);
+    stop->setObjectName(QStringLiteral("stopPatrol"));
+
+    auto* words = new QVBoxLayout;
+    words->setSpacing(Measure::hair);
+    words->addWidget(title);
+    words->addWidget(progress_);
+    auto* row = new QHBoxLayout(running_);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Measure::medium);
+    row->addWidget(new WorkMark(theme));
+    row->addLayout(words, 1);
+    row->addWidget(stop);
+
+    connect(stop, &QPushButton::clicked, this, [this] { model_.cancelPatrol(); });
+}
+
+bool PatrolBar::isPatrollingHere() const
+{
+    return model_.isPatrolling() && model_.patrollingRootURL() == model_.activeRootURL();
+}
+
+void PatrolBar::showModel()
+{
+    start_->setText(model_.latestSnapshot() ? QStringLiteral("Patrol again")
+                                            : QStringLiteral("Map this realm"));
+    start_->setVisible(!model_.isPatrolling());
+    running_->setVisible(isPatrollingHere());
+    elsewhere_->setVisible(model_.isPatrolling() && !isPatrollingHere());
+    showProgress();
+}
+
+void PatrolBar::showProgress()
+{
+    if (isPatrollingHere()) {
+        progress_->setFullText(PatrolText::progress(model_.patrolProgress()));
+    } else if (model_.patrollingRootURL()) {
+        const std::string_view name = model_.patrollingRootURL()->lastPathComponent();
+        elsewhereLine_->setText(PatrolText::otherRealm(name, model_.patrolProgress()));
+        elsewhereNote_->setText(PatrolText::otherRealmNote(name));
+    }
+}
+
+} // namespace gruk

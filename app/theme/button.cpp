@@ -1,0 +1,159 @@
+#include "app/theme/button.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+#include "app/theme/card_painter.h"
+
+namespace gruk
+{
+
+namespace
+{
+
+constexpr double pressScale = 0.97;
+constexpr double pressOffset = 1.5;
+constexpr double outlineWidth = 1.2;
+
+} // namespace
+
+void applyPress(QPainter& painter, const QRectF& bounds)
+{
+    painter.translate(bounds.center() + QPointF(pressOffset, pressOffset));
+    painter.scale(pressScale, pressScale);
+    painter.translate(-bounds.center());
+    painter.setOpacity(Strength::pressed);
+}
+
+Button::Button(Theme& theme, Kind kind, const QString& text, QWidget* parent)
+    : QPushButton(text, parent), theme_(theme), kind_(kind)
+{
+    setFont(theme_.font(TextStyle::bodyStrong));
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    setFocusPolicy(Qt::StrongFocus);
+    if (kind_ == Kind::link) {
+        setCursor(Qt::PointingHandCursor);
+    }
+    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void Button::setSymbol(Icon icon)
+{
+    symbol_ = icon;
+    updateGeometry();
+    update();
+}
+
+QSize Button::sizeHint() const
+{
+    const int padding = kind_ == Kind::link ? Measure::hair : Measure::large;
+    const int icon = symbol_ ? Measure::smallIconSize + Measure::small : 0;
+    const int height = kind_ == Kind::primary     ? Measure::primaryButtonHeight
+                       : kind_ == Kind::secondary ? Measure::buttonHeight
+                                                  : Measure::smallestTarget;
+    const int shadow = kind_ == Kind::link ? 0 : Measure::shadowOffset;
+    return {fontMetrics().horizontalAdvance(text()) + icon + 2 * padding + shadow, height + shadow};
+}
+
+QColor Button::textColour() const
+{
+    switch (kind_) {
+    case Kind::primary:
+        return theme_.colour(Role::paperCard);
+    case Kind::secondary:
+        return theme_.colour(Role::ink);
+    case Kind::link:
+        break;
+    }
+    return theme_.colour(theme_.scheme() == ColourScheme::dark ? Role::fern : Role::fernDark);
+}
+
+void Button::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF body = kind_ == Kind::link ? QRectF(rect()) : cardBody(rect());
+    if (!isEnabled()) {
+        painter.setOpacity(Strength::disabled);
+    } else if (isDown()) {
+        applyPress(painter, body);
+    }
+    paintGround(painter, body);
+    paintContent(painter, body);
+}
+
+void Button::paintGround(QPainter& painter, const QRectF& body) const
+{
+    if (kind_ == Kind::link) {
+        return;
+    }
+    const QPainterPath shape = cutPath(body, buttonCorners);
+    const QPainterPath shadow = shape.translated(Measure::shadowOffset, Measure::shadowOffset);
+    const double strength = kind_ == Kind::primary ? Strength::outline : Strength::shadow;
+    painter.fillPath(shadow.subtracted(shape), theme_.colour(Role::ink, strength));
+    if (kind_ == Kind::primary) {
+        const QColor ground = theme_.colour(Role::fernDark);
+        painter.fillPath(shape, underMouse() ? ground.lighter(108) : ground);
+    } else {
+        painter.fillPath(shape,
+                         theme_.colour(underMouse() ? Role::paperInset : Role::paperCard));
+        painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
+    }
+}
+
+void Button::paintContent(QPainter& painter, const QRectF& body) const
+{
+    const int iconWidth = symbol_ ? Measure::smallIconSize + Measure::small : 0;
+    const double textWidth = fontMetrics().horizontalAdvance(text());
+    double left = body.center().x() - (iconWidth + textWidth) / 2;
+    if (symbol_) {
+        const QPixmap icon =
+            iconPixmap(*symbol_, textColour(), Measure::smallIconSize, devicePixelRatioF());
+        painter.drawPixmap(QPointF(left, body.center().y() - Measure::smallIconSize / 2.0), icon);
+        left += iconWidth;
+    }
+    QFont textFont = font();
+    textFont.setUnderline(kind_ == Kind::link && underMouse() && isEnabled());
+    painter.setFont(textFont);
+    painter.setPen(textColour());
+    painter.drawText(QRectF(left, body.top(), textWidth + 1, body.height()),
+                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text());
+}
+
+void Button::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        click();
+        return;
+    }
+    QPushButton::keyPressEvent(event);
+}
+
+void Button::enterEvent(QEnterEvent* event)
+{
+    QPushButton::enterEvent(event);
+    update();
+}
+
+void Button::leaveEvent(QEvent* event)
+{
+    QPushButton::leaveEvent(event);
+    update();
+}
+
+DisclosureButton::DisclosureButton(Theme& theme, const QString& closedText,
+                                   const QString& openText, QWidget* parent)
+    : Button(theme, Kind::link, closedText, parent), closedText_(closedText), openText_(openText)
+{
+    setCheckable(true);
+    connect(this, &QAbstractButton::toggled, this, &DisclosureButton::showState);
+    showState();
+}
+
+void DisclosureButton::showState()
+{
+    setText(isOpen() ? openText_ : closedText_);
+    setSymbol(isOpen() ? Icon::chevronDown : Icon::chevronRight);
+}
+
+} // namespace gruk

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <optional>
+
+#include <QPushButton>
+
+#include "app/theme/icons.h"
+#include "app/theme/theme.h"
+
+namespace gruk
+{
+
+/// A button with the press of the house. Return and Space press it.
+class Button : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    enum class Kind {
+        /// The one action of a page.
+        primary,
+        secondary,
+        /// Text alone, underlined under the pointer.
+        link,
+    };
+
+    Button(Theme& theme, Kind kind, const QString& text, QWidget* parent = nullptr);
+
+    /// The icon before the text.
+    void setSymbol(Icon icon);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+    [[nodiscard]] Theme& theme() const { return theme_; }
+
+private:
+    [[nodiscard]] QColor textColour() const;
+    void paintGround(QPainter& painter, const QRectF& body) const;
+    void paintContent(QPainter& painter, const QRectF& body) const;
+
+    Theme& theme_;
+    Kind kind_;
+    std::optional<Icon> symbol_;
+};
+
+/// A link with a chevron that opens and closes what stands under it.
+class DisclosureButton : public Button
+{
+    Q_OBJECT
+
+public:
+    DisclosureButton(Theme& theme, const QString& closedText, const QString& openText,
+                     QWidget* parent = nullptr);
+
+    [[nodiscard]] bool isOpen() const { return isChecked(); }
+    void setOpen(bool open) { setChecked(open); }
+
+private:
+    void showState();
+
+    QString closedText_;
+    QString openText_;
+};
+
+/// Scales and moves `painter` as everything that is pressed is, about the middle of `bounds`.
+void applyPress(QPainter& painter, const QRectF& bounds);
+
+} // namespace gruk

@@ -1,0 +1,80 @@
+#include "app/theme/focus_ring.h"
+
+#include <QApplication>
+#include <QFocusEvent>
+#include <QPainter>
+#include <QProxyStyle>
+
+#include "app/theme/card_painter.h"
+
+namespace gruk
+{
+
+namespace
+{
+
+constexpr int margin = Measure::focusGap + Measure::focusRing;
+
+/// Tells the frame how far outside its widget it lies.
+class RingStyle : public QProxyStyle
+{
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override
+    {
+        return metric == PM_FocusFrameHMargin || metric == PM_FocusFrameVMargin
+                   ? margin
+                   : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override
+    {
+        return hint == SH_FocusFrame_Mask
+                   ? 0
+                   : QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+};
+
+bool comesFromTheKeyboard(Qt::FocusReason reason)
+{
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
+           || reason == Qt::ShortcutFocusReason;
+}
+
+} // namespace
+
+FocusRing::FocusRing(Theme& theme, QWidget& window)
+    : QFocusFrame(&window), theme_(theme), window_(window)
+{
+    auto* style = new RingStyle;
+    style->setParent(this);
+    setStyle(style);
+    qApp->installEventFilter(this);
+}
+
+bool FocusRing::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::MouseButtonPress) {
+        auto* focused = qobject_cast<QWidget*>(watched);
+        if (focused != nullptr && focused->window() == &window_ && focused != &window_) {
+            const bool byKeyboard =
+                event->type() == QEvent::FocusIn
+                && comesFromTheKeyboard(static_cast<QFocusEvent*>(event)->reason());
+            setWidget(byKeyboard ? focused : nullptr);
+        }
+    }
+    return QFocusFrame::eventFilter(watched, event);
+}
+
+void FocusRing::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double half = Measure::focusRing / 2.0;
+    const QRectF ring = QRectF(rect()).adjusted(half, half, -half, -half);
+    painter.strokePath(cutPath(ring, buttonCorners),
+                       QPen(theme_.colour(Role::blue), Measure::focusRing));
+}
+
+} // namespace gruk

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QFocusFrame>
+
+#include "app/theme/theme.h"
+
+namespace gruk
+{
+
+/// The ring around whatever has the focus in one window, shown when the keyboard brought the focus
+/// there and not when the pointer did.
+class FocusRing : public QFocusFrame
+{
+    Q_OBJECT
+
+public:
+    FocusRing(Theme& theme, QWidget& window);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Theme& theme_;
+    QWidget& window_;
+};
+
+} // namespace gruk

@@ -1,0 +1,90 @@
+#include "app/theme/label.h"
+
+#include <QPainter>
+
+#include "app/theme/text.h"
+
+namespace gruk
+{
+
+Label::Label(Theme& theme, TextStyle style, QWidget* parent) : QLabel(parent), theme_(theme)
+{
+    setTextFormat(Qt::PlainText);
+    setFont(theme_.font(style));
+    recolour();
+    connect(&theme_, &Theme::changed, this, &Label::recolour);
+}
+
+void Label::setColour(Role role, double opacity)
+{
+    role_ = role;
+    opacity_ = opacity;
+    recolour();
+}
+
+void Label::recolour()
+{
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, theme_.colour(role_, opacity_));
+    setPalette(colours);
+}
+
+ElidedLabel::ElidedLabel(Theme& theme, TextStyle style, Qt::TextElideMode mode, QWidget* parent)
+    : Label(theme, style, parent), mode_(mode)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void ElidedLabel::setFullText(const QString& text)
+{
+    setText(text);
+    setToolTip(toolTipText(text));
+}
+
+QSize ElidedLabel::sizeHint() const
+{
+    const QFontMetrics metrics = fontMetrics();
+    return {metrics.horizontalAdvance(text()) + 1, metrics.height()};
+}
+
+QSize ElidedLabel::minimumSizeHint() const
+{
+    return {Measure::huge, fontMetrics().height()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), mode_, width()));
+}
+
+IconLabel::IconLabel(Theme& theme, Icon icon, int size, QWidget* parent)
+    : QWidget(parent), theme_(theme), icon_(icon)
+{
+    setFixedSize(size, size);
+    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void IconLabel::setIcon(Icon icon)
+{
+    icon_ = icon;
+    update();
+}
+
+void IconLabel::setColour(Role role, double opacity)
+{
+    role_ = role;
+    opacity_ = opacity;
+    update();
+}
+
+void IconLabel::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.drawPixmap(
+        0, 0, iconPixmap(icon_, theme_.colour(role_, opacity_), width(), devicePixelRatioF()));
+}
+
+} // namespace gruk

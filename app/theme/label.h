@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QLabel>
+
+#include "app/theme/icons.h"
+#include "app/theme/theme.h"
+
+namespace gruk
+{
+
+/// Plain text in one of the theme's fonts and colours. Never takes markup.
+class Label : public QLabel
+{
+    Q_OBJECT
+
+public:
+    Label(Theme& theme, TextStyle style, QWidget* parent = nullptr);
+
+    void setColour(Role role, double opacity = Strength::full);
+
+protected:
+    [[nodiscard]] Theme& theme() const { return theme_; }
+
+private:
+    void recolour();
+
+    Theme& theme_;
+    Role role_ = Role::ink;
+    double opacity_ = Strength::full;
+};
+
+/// One line of text that gives way: elided where it does not fit, whole in its tooltip and to
+/// assistive technology.
+class ElidedLabel : public Label
+{
+    Q_OBJECT
+
+public:
+    ElidedLabel(Theme& theme, TextStyle style, Qt::TextElideMode mode, QWidget* parent = nullptr);
+
+    void setFullText(const QString& text);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Qt::TextElideMode mode_;
+};
+
+/// One icon. Decoration: what it means stands beside it in words.
+class IconLabel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    IconLabel(Theme& theme, Icon icon, int size, QWidget* parent = nullptr);
+
+    void setIcon(Icon icon);
+    void setColour(Role role, double opacity = Strength::full);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Theme& theme_;
+    Icon icon_;
+    Role role_ = Role::ink;
+    double opacity_ = Strength::full;
+};
+
+} // namespace gruk

@@ -1,0 +1,63 @@
+#include "app/theme/paper_backdrop.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace gruk
+{
+
+namespace
+{
+
+constexpr int grainStep = 31;
+constexpr int firstColumn = 7;
+constexpr int firstRow = 11;
+constexpr double dotDiameter = 1.1;
+constexpr double dotStrength = 0.055;
+/// Every dot whose column and row add up to a multiple of this stands a little aside.
+constexpr int breakEvery = 5;
+constexpr double breakOffset = 2;
+/// After so many steps the grain repeats.
+constexpr int tileSize = grainStep * breakEvery;
+
+} // namespace
+
+PaperBackdrop::PaperBackdrop(Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme)
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    connect(&theme_, &Theme::changed, this, [this] {
+        tile_ = QPixmap();
+        update();
+    });
+}
+
+void PaperBackdrop::paintEvent(QPaintEvent* event)
+{
+    if (tile_.isNull() || tile_.devicePixelRatio() != devicePixelRatioF()) {
+        tile_ = makeTile();
+    }
+    QPainter painter(this);
+    painter.setClipRegion(event->region());
+    painter.drawTiledPixmap(rect(), tile_);
+}
+
+QPixmap PaperBackdrop::makeTile() const
+{
+    const double ratio = devicePixelRatioF();
+    QPixmap tile(QSizeF(tileSize * ratio, tileSize * ratio).toSize());
+    tile.setDevicePixelRatio(ratio);
+    tile.fill(theme_.colour(Role::paper));
+    QPainter painter(&tile);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme_.colour(Role::ink, dotStrength));
+    for (int x = firstColumn; x < tileSize; x += grainStep) {
+        for (int y = firstRow; y < tileSize; y += grainStep) {
+            const double aside = (x + y) % breakEvery == 0 ? breakOffset : 0;
+            painter.drawEllipse(QRectF(x + aside, y, dotDiameter, dotDiameter));
+        }
+    }
+    return tile;
+}
+
+} // namespace gruk

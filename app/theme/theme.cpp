@@ -1,0 +1,127 @@
+#include "app/theme/theme.h"
+
+#include <array>
+
+#include <QEvent>
+#include <QFontDatabase>
+#include <QGuiApplication>
+
+namespace gruk
+{
+
+namespace
+{
+
+struct FontSpec {
+    int pixelSize;
+    QFont::Weight weight;
+    double tracking;
+};
+
+constexpr std::array fontSpecs = {
+    FontSpec{11, QFont::Bold, 0.8},     // eyebrow
+    FontSpec{11, QFont::Medium, 0},     // small
+    FontSpec{12, QFont::Medium, 0},     // detail
+    FontSpec{13, QFont::Medium, 0},     // body
+    FontSpec{13, QFont::DemiBold, 0},   // bodyStrong
+    FontSpec{15, QFont::DemiBold, 0},   // lead
+    FontSpec{18, QFont::Bold, 0},       // sectionTitle
+    FontSpec{18, QFont::Black, 1.1},    // brand
+    FontSpec{24, QFont::Bold, 0},       // value
+    FontSpec{32, QFont::Bold, 0},       // pageTitle
+};
+
+/// The rounded face where it is installed, then the desktop's own. Its medium weight is packaged
+/// as a family of its own.
+QStringList families(QFont::Weight weight)
+{
+    QStringList list;
+    if (weight == QFont::Medium) {
+        list.append(QStringLiteral("Quicksand Medium"));
+    }
+    list.append(QStringLiteral("Quicksand"));
+    list.append(QFontDatabase::systemFont(QFontDatabase::GeneralFont).family());
+    return list;
+}
+
+} // namespace
+
+ColourScheme colourScheme(const QPalette& palette)
+{
+    return palette.color(QPalette::Window).lightness()
+                   < palette.color(QPalette::WindowText).lightness()
+               ? ColourScheme::dark
+               : ColourScheme::light;
+}
+
+Theme::Theme(QObject* parent) : QObject(parent), scheme_(colourScheme(QGuiApplication::palette()))
+{
+    qGuiApp->installEventFilter(this);
+}
+
+void Theme::setPaletteTheme(AppPaletteTheme palette)
+{
+    paletteTheme_ = palette;
+    Q_EMIT changed();
+}
+
+QColor Theme::colour(Role role, double opacity) const
+{
+    QColor colour = QColor::fromRgb(paletteColour(role, paletteTheme_, scheme_));
+    colour.setAlphaF(static_cast<float>(opacity));
+    return colour;
+}
+
+QFont Theme::font(TextStyle style) const
+{
+    const FontSpec& spec = fontSpecs[static_cast<std::size_t>(style)];
+    QFont font;
+    font.setFamilies(families(spec.weight));
+    font.setPixelSize(spec.pixelSize);
+    font.setWeight(spec.weight);
+    if (spec.tracking > 0) {
+        font.setLetterSpacing(QFont::AbsoluteSpacing, spec.tracking);
+    }
+    return font;
+}
+
+QPalette Theme::windowPalette() const
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, colour(Role::paper));
+    palette.setColor(QPalette::WindowText, colour(Role::ink));
+    palette.setColor(QPalette::Base, colour(Role::paperCard));
+    palette.setColor(QPalette::AlternateBase, colour(Role::paperInset));
+    palette.setColor(QPalette::ToolTipBase, colour(Role::paperCard));
+    palette.setColor(QPalette::ToolTipText, colour(Role::ink));
+    palette.setColor(QPalette::PlaceholderText, colour(Role::ink, Strength::quiet));
+    palette.setColor(QPalette::Text, colour(Role::ink));
+    palette.setColor(QPalette::Button, colour(Role::paperCard));
+    palette.setColor(QPalette::ButtonText, colour(Role::ink));
+    palette.setColor(QPalette::Link, colour(Role::fernDark));
+    palette.setColor(QPalette::Highlight, colour(Role::fernDark));
+    palette.setColor(QPalette::HighlightedText, colour(Role::paperCard));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, colour(Role::ink, Strength::disabled));
+    }
+    return palette;
+}
+
+bool Theme::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) {
+        followApplication();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void Theme::followApplication()
+{
+    const ColourScheme scheme = colourScheme(QGuiApplication::palette());
+    if (scheme != scheme_) {
+        scheme_ = scheme;
+        Q_EMIT changed();
+    }
+}
+
+} // namespace gruk

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QWidget>
+
+#include "app/theme/theme.h"
+
+namespace gruk
+{
+
+/// The small turning mark of ongoing work. Turns only while it is seen.
+class WorkMark : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit WorkMark(Theme& theme, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    Theme& theme_;
+    QBasicTimer timer_;
+    int step_ = 0;
+};
+
+} // namespace gruk

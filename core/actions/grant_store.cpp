@@ -1,0 +1,215 @@
+#include "core/actions/grant_store.h"
+
+#include <algorithm>
+#include <boost/json.hpp>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+#include "core/patrol/json_path.h"
+#include "platform/files/atomic_file.h"
+#include "platform/foundation/base64.h"
+#include "platform/settings/bookmarks.h"
+
+namespace gruk {
+
+namespace {
+
+namespace json = boost::json;
+
+std::optional<std::string_view> text(const json::object& object, std::string_view key)
+{
+    const json::value* const value = object.if_contains(key);
+    const json::string* const string = value == nullptr ? nullptr : value->if_string();
+    return string == nullptr ? std::nullopt : std::optional(std::string_view(*string));
+}
+
+std::optional<Date> date(const json::object& object, std::string_view key)
+{
+    const json::value* const value = object.if_contains(key);
+    if (value == nullptr || !value->is_number()) {
+        return std::nullopt;
+    }
+    const auto seconds = value->to_number<double>();
+    return std::isfinite(seconds) ? std::optional(Date::fromSecondsSince2001(seconds))
+                                  : std::nullopt;
+}
+
+std::optional<Grant> decodedGrant(const json::value& value)
+{
+    const json::object* const object = value.if_object();
+    if (object == nullptr) {
+        return std::nullopt;
+    }
+    const auto idText = text(*object, "id");
+    const auto pathText = text(*object, "path");
+    const auto bookmarkText = text(*object, "bookmark");
+    const auto dateGranted = date(*object, "dateGranted");
+    if (!idText || !pathText || !bookmarkText || !dateGranted) {
+        return std::nullopt;
+    }
+    const auto id = UUID::parse(*idText);
+    auto path = pathFromJSONText(*pathText);
+    auto bookmark = base64Decoded(*bookmarkText);
+    if (!id || !path || !bookmark) {
+        return std::nullopt;
+    }
+    return Grant{*id, *std::move(path), *std::move(bookmark), *dateGranted};
+}
+
+/// The grants of a whole file; one that is not right makes all of it wrong.
+std::vector<Grant> decodedGrants(std::string_view bytes)
+{
+    boost::system::error_code error;
+    const json::value root = json::parse(bytes, error);
+    const json::array* const array = error ? nullptr : root.if_array();
+    if (array == nullptr) {
+        return {};
+    }
+    std::vector<Grant> grants;
+    for (const json::value& value : *array) {
+        std::optional<Grant> grant = decodedGrant(value);
+        if (!grant) {
+            return {};
+        }
+        grants.push_back(*std::move(grant));
+    }
+    return grants;
+}
+
+std::string encoded(const std::vector<Grant>& grants)
+{
+    json::array array;
+    for (const Grant& grant : grants) {
+        array.push_back(json::object{{"id", grant.id.text()},
+                                     {"path", jsonPathText(grant.path)},
+                                     {"bookmark", base64Encoded(grant.bookmark)},
+                                     {"dateGranted", grant.dateGranted.secondsSince2001()}});
+    }
+    // A "/" can only stand inside a text, where the format has it escaped.
+    std::string escaped;
+    for (const char c : json::serialize(array)) {
+        if (c == '/') {
+            escaped += '\\';
+        }
+        escaped += c;
+    }
+    return escaped;
+}
+
+std::vector<Grant> storedGrants(const FileURL& url)
+{
+    try {
+        return decodedGrants(readFile(url));
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+/// `date` at a microsecond: as many digits as a decimal text gives back to the bit.
+Date atMicrosecond(Date date)
+{
+    constexpr double perSecond = 1e6;
+    return Date::fromSecondsSince2001(std::round(date.secondsSince2001() * perSecond) / perSecond);
+}
+
+std::string standardizedPath(const FileURL& url)
+{
+    return url.standardized().path();
+}
+
+}  // namespace
+
+BookmarkCalls BookmarkCalls::live()
+{
+    return {makeBookmark, resolveBookmark, gruk::startAccessing, gruk::stopAccessing};
+}
+
+GrantStore::GrantStore(FileURL storageURL, BookmarkCalls calls)
+    : storageURL_(std::move(storageURL)), calls_(std::move(calls)),
+      storedGrants_(gruk::storedGrants(storageURL_))
+{
+}
+
+Grant GrantStore::addGrant(const FileURL& url)
+{
+    const std::string place = standardizedPath(url);
+    const auto known =
+        std::find_if(storedGrants_.begin(), storedGrants_.end(), [&](const Grant& grant) {
+            return standardizedPath(FileURL(grant.path)) == place;
+        });
+    if (known != storedGrants_.end()) {
+        return *known;
+    }
+    Grant grant{UUID::random(), url.path(), calls_.make(url), atMicrosecond(Date::now())};
+    storedGrants_.push_back(grant);
+    save();
+    return grant;
+}
+
+void GrantStore::removeGrant(const UUID& id)
+{
+    std::erase_if(storedGrants_, [&](const Grant& grant) { return grant.id == id; });
+    try {
+        save();
+    } catch (const std::exception&) {
+        // Told to nobody: the grant comes back at the next start, where it can be removed again.
+    }
+}
+
+std::shared_ptr<ScopedAccess> GrantStore::startAccess(const FileURL& url) const
+{
+    const Grant* const grant = bestGrant(url.path());
+    if (grant == nullptr) {
+        return nullptr;
+    }
+    try {
+        const FileURL resolved = calls_.resolve(grant->bookmark);
+        return std::make_shared<ScopedAccess>(resolved, calls_.startAccessing(resolved),
+                                              calls_.stopAccessing);
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+Grant GrantStore::refreshGrant(const Grant& grant)
+{
+    const FileURL resolved = calls_.resolve(grant.bookmark);
+    const ScopedAccess access(resolved, calls_.startAccessing(resolved), calls_.stopAccessing);
+    Grant renewed = grant;
+    renewed.bookmark = calls_.make(resolved);
+    const auto known =
+        std::find_if(storedGrants_.begin(), storedGrants_.end(),
+                     [&](const Grant& candidate) { return candidate.id == grant.id; });
+    if (known != storedGrants_.end()) {
+        *known = renewed;
+    } else {
+        storedGrants_.push_back(renewed);
+    }
+    save();
+    return renewed;
+}
+
+const Grant* GrantStore::bestGrant(std::string_view path) const
+{
+    const Grant* best = nullptr;
+    for (const Grant& grant : storedGrants_) {
+        std::string_view base = grant.path;
+        if (base.ends_with('/')) {
+            base.remove_suffix(1);
+        }
+        const bool covers =
+            path.starts_with(base) && (path.size() == base.size() || path[base.size()] == '/');
+        if (covers && (best == nullptr || grant.path.size() > best->path.size())) {
+            best = &grant;
+        }
+    }
+    return best;
+}
+
+void GrantStore::save() const
+{
+    replaceFile(storageURL_, encoded(storedGrants_));
+}
+
+}  // namespace gruk

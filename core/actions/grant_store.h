@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/actions/grant.h"
+#include "core/actions/scoped_access.h"
+#include "platform/foundation/file_url.h"
+
+namespace gruk {
+
+/// How a `GrantStore` makes and resolves bookmarks. A test hands in its own.
+struct BookmarkCalls {
+    /// The bookmark of a directory; may throw.
+    std::function<std::string(const FileURL&)> make;
+    /// The directory of a bookmark; throws when it is not there.
+    std::function<FileURL(std::string_view)> resolve;
+    /// Whether access to a resolved directory was started.
+    std::function<bool(const FileURL&)> startAccessing;
+    /// Balances a start that answered true; must not throw.
+    std::function<void(const FileURL&)> stopAccessing;
+
+    static BookmarkCalls live();
+};
+
+/// The granted realms, in order of adding, kept in one JSON file (docs/formats.md). Answers which
+/// grant covers a place and opens access to it. Main thread only; takes no lock.
+class GrantStore {
+public:
+    /// Reads the file at once. Never fails: an unreadable file is an empty list, and stays on
+    /// disk until the next save.
+    explicit GrantStore(FileURL storageURL, BookmarkCalls calls = BookmarkCalls::live());
+
+    [[nodiscard]] const std::vector<Grant>& grants() const noexcept { return storedGrants_; }
+
+    /// The grant of that place: the one there is, unchanged, or a new one, saved. Throws when no
+    /// bookmark can be made (the list is unchanged) or the file cannot be written (the new grant
+    /// stays in the list until the program ends).
+    Grant addGrant(const FileURL& url);
+
+    /// Forgets a grant. A failure to save is not told: the grant is back at the next start.
+    void removeGrant(const UUID& id);
+
+    /// Opens access to the grant that covers `url`, the most specific one; none when there is no
+    /// such grant or its directory is not there.
+    [[nodiscard]] std::shared_ptr<ScopedAccess> startAccess(const FileURL& url) const;
+
+    /// Renews a grant's bookmark without asking the user, and saves. Throws when its directory is
+    /// not there, or when saving fails (the list then keeps the renewed grant).
+    Grant refreshGrant(const Grant& grant);
+
+private:
+    [[nodiscard]] const Grant* bestGrant(std::string_view path) const;
+    void save() const;
+
+    FileURL storageURL_;
+    BookmarkCalls calls_;
+    std::vector<Grant> storedGrants_;
+};
+
+}  // namespace gruk

@@ -1,0 +1,343 @@
+#include "core/patrol/canonical_reader.h"
+
+#include <array>
+#include <cmath>
+#include <string>
+
+#include "core/patrol/json_scan.h"
+#include "core/patrol/snapshot_encoder.h"
+#include "core/patrol/snapshot_entries_builder.h"
+
+namespace gruk {
+
+namespace {
+
+using jsonscan::literal;
+using jsonscan::RawString;
+
+/// An entry is read once this much stands in the window, or all that is left of the file.
+constexpr std::size_t usualEntry = 4'096;
+/// No entry is longer: the path of a tree a few thousand folders deep, every byte escaped.
+constexpr std::size_t longestEntry = std::size_t{1} << 24;
+
+/// One entry as it stands in the text.
+struct EntryText {
+    RawString path;
+    Bytes allocatedSize = 0;
+    std::optional<Date> modifiedAt;
+    FileKind kind = FileKind::other;
+    bool isDirectory = false;
+};
+
+/// The dates of a realm cluster on few days: the day read last is kept.
+class DateReader {
+public:
+    /// Reads a date up to its closing quote and moves over it; null when none stands there.
+    const char* read(const char* at, Date& date)
+    {
+        if (at[20] == '"' && std::memcmp(at, day_.data(), day_.size()) == 0 && readTime(at, date)) {
+            return at + 21;
+        }
+        std::size_t length = 0;
+        while (length < iso8601MaxLength && at[length] != '"' && at[length] != '\0') {
+            ++length;
+        }
+        const auto parsed = iso8601::parse({at, length});
+        if (!parsed || at[length] != '"') {
+            return nullptr;
+        }
+        if (length == 20) {
+            std::memcpy(day_.data(), at, day_.size());
+            const double seconds = parsed->secondsSince1970;
+            dayStart_ = std::floor(seconds / 86'400) * 86'400;
+        }
+        date = *parsed;
+        return at + length + 1;
+    }
+
+private:
+    /// The time behind the kept day: "hh:mm:ssZ" at the twelfth place.
+    bool readTime(const char* at, Date& date) const
+    {
+        const auto digit = [at](int place) { return static_cast<unsigned>(at[place] - '0'); };
+        const unsigned hours = digit(11) * 10 + digit(12);
+        const unsigned minutes = digit(14) * 10 + digit(15);
+        const unsigned seconds = digit(17) * 10 + digit(18);
+        const bool isTime = digit(11) < 10 && digit(12) < 10 && digit(14) < 6 && digit(15) < 10
+                            && digit(17) < 6 && digit(18) < 10 && hours < 24 && at[13] == ':'
+                            && at[16] == ':' && at[19] == 'Z';
+        date.secondsSince1970 = dayStart_ + (hours * 3600 + minutes * 60 + seconds);
+        return isTime;
+    }
+
+    /// "2026-11-20T"; at first nothing that any date begins with.
+    std::array<char, 11> day_{};
+    double dayStart_ = 0;
+};
+
+/// Reads entries, one after another.
+class EntryReader {
+public:
+    EntryReader()
+    {
+        for (const FileKind kind : allFileKinds) {
+            names_[static_cast<std::size_t>(kind)] = std::string(rawString(kind)) + "\"";
+        }
+    }
+
+    /// Reads one entry from its "{" to behind its "}"; null when none stands there.
+    const char* read(const char* at, EntryText& entry)
+    {
+        if ((at = literal(at, R"({"relativePath":")")) == nullptr
+            || (at = jsonscan::string(at, entry.path)) == nullptr
+            || (at = literal(at, R"(,"allocatedSize":)")) == nullptr
+            || (at = jsonscan::integer(at, entry.allocatedSize)) == nullptr) {
+            return nullptr;
+        }
+        entry.modifiedAt.reset();
+        if (const char* date = literal(at, R"(,"modifiedAt":")")) {
+            Date modified;
+            if ((at = dates_.read(date, modified)) == nullptr) {
+                return nullptr;
+            }
+            entry.modifiedAt = modified;
+        }
+        if ((at = literal(at, R"(,"kind":")")) == nullptr
+            || (at = readKind(at, entry.kind)) == nullptr
+            || (at = literal(at, R"(,"isDirectory":)")) == nullptr) {
+            return nullptr;
+        }
+        const char* yes = literal(at, "true}");
+        entry.isDirectory = yes != nullptr;
+        return yes != nullptr ? yes : literal(at, "false}");
+    }
+
+private:
+    const char* readKind(const char* at, FileKind& kind)
+    {
+        // Neighbours are often of one kind.
+        if (const char* end = matchKind(at, kind_)) {
+            kind = kind_;
+            return end;
+        }
+        for (const FileKind candidate : allFileKinds) {
+            if (const char* end = matchKind(at, candidate)) {
+                kind = kind_ = candidate;
+                return end;
+            }
+        }
+        return nullptr;
+    }
+
+    [[nodiscard]] const char* matchKind(const char* at, FileKind kind) const
+    {
+        const std::string& name = names_[static_cast<std::size_t>(kind)];
+        return std::memcmp(at, name.data(), name.size()) == 0 ? at + name.size() : nullptr;
+    }
+
+    DateReader dates_;
+    /// The raw strings with the closing quote.
+    std::array<std::string, allFileKinds.size()> names_;
+    FileKind kind_ = FileKind::other;
+};
+
+/// Takes entries and keeps none: for checking.
+struct EntryCheck {
+    static bool take(const EntryText& entry)
+    {
+        return entry.path.isPlain || jsonscan::pathMeaning(entry.path).has_value();
+    }
+};
+
+/// Takes entries into a snapshot.
+struct EntryCollector {
+    bool take(const EntryText& entry)
+    {
+        if (entry.path.isPlain) {
+            add(entry.path.text, entry);
+            return true;
+        }
+        const auto path = jsonscan::pathMeaning(entry.path);
+        if (!path) {
+            return false;
+        }
+        add(*path, entry);
+        return true;
+    }
+    void add(std::string_view path, const EntryText& entry)
+    {
+        builder.addPath(path, entry.allocatedSize, entry.modifiedAt, entry.kind, entry.isDirectory);
+    }
+    SnapshotEntriesBuilder builder;
+};
+
+/// Runs `read` on the window until it finds what it reads, with ever more of the file in it.
+/// `read` takes a place and returns the one behind, or null.
+template <typename Read>
+bool readWith(ByteWindow& window, Read read)
+{
+    for (std::size_t wanted = usualEntry;; wanted *= 4) {
+        if (window.size() < wanted && !window.isAtEndOfFile()) {
+            window.fill(wanted);
+        }
+        const char* end = read(window.at());
+        if (end != nullptr && end <= window.end()) {
+            window.moveTo(end);
+            return true;
+        }
+        if (window.isAtEndOfFile() || wanted > longestEntry) {
+            return false;
+        }
+    }
+}
+
+}  // namespace
+
+bool CanonicalReader::readHead(ScanSnapshot& snapshot)
+{
+    return readWith(window_, [&](const char* at) -> const char* {
+        RawString id;
+        RawString root;
+        RawString captured;
+        if ((at = literal(at, R"({"id":")")) == nullptr
+            || (at = jsonscan::string(at, id)) == nullptr
+            || (at = literal(at, R"(,"rootPath":")")) == nullptr
+            || (at = jsonscan::string(at, root)) == nullptr
+            || (at = literal(at, R"(,"capturedAt":")")) == nullptr
+            || (at = jsonscan::string(at, captured)) == nullptr
+            || (at = literal(at, R"(,"entries":[)")) == nullptr) {
+            return nullptr;
+        }
+        const auto uuid = UUID::parse(id.text);
+        auto path = jsonscan::pathMeaning(root);
+        const auto date = iso8601::parse(captured.text);
+        if (!uuid || !path || !date) {
+            return nullptr;
+        }
+        snapshot.id = *uuid;
+        snapshot.rootPath = std::move(*path);
+        snapshot.capturedAt = *date;
+        return at;
+    });
+}
+
+template <typename Entries>
+bool CanonicalReader::readEntries(Entries& entries)
+{
+    if (window_.take("]")) {
+        return true;
+    }
+    EntryReader reader;
+    EntryText entry;
+    for (;;) {
+        bool isTaken = true;
+        bool isLast = false;
+        const bool isRead = readWith(window_, [&](const char* at) -> const char* {
+            const char* end = reader.read(at, entry);
+            if (end == nullptr || (*end != ',' && *end != ']') || end >= window_.end()) {
+                return nullptr;
+            }
+            isLast = *end == ']';
+            // While the text is in the window.
+            isTaken = entries.take(entry);
+            return end + 1;
+        });
+        if (!isRead || !isTaken) {
+            return false;
+        }
+        if (isLast) {
+            return true;
+        }
+    }
+}
+
+bool CanonicalReader::readIssues(std::vector<ScanIssue>& issues)
+{
+    if (!window_.take(R"(,"issues":[)")) {
+        return false;
+    }
+    if (window_.take("]")) {
+        return true;
+    }
+    for (;;) {
+        ScanIssue issue;
+        const bool isRead = readWith(window_, [&](const char* at) -> const char* {
+            RawString path;
+            RawString reason;
+            if ((at = literal(at, R"({"relativePath":")")) == nullptr
+                || (at = jsonscan::string(at, path)) == nullptr
+                || (at = literal(at, R"(,"reason":")")) == nullptr
+                || (at = jsonscan::string(at, reason)) == nullptr
+                || (at = literal(at, "}")) == nullptr) {
+                return nullptr;
+            }
+            auto meaning = jsonscan::pathMeaning(path);
+            const auto known = scanIssueReason(reason.text);
+            if (!meaning || !known) {
+                return nullptr;
+            }
+            issue = {std::move(*meaning), *known};
+            return at;
+        });
+        if (!isRead) {
+            return false;
+        }
+        issues.push_back(std::move(issue));
+        if (window_.take("]")) {
+            return true;
+        }
+        if (!window_.take(",")) {
+            return false;
+        }
+    }
+}
+
+template <typename Entries>
+bool CanonicalReader::readSnapshot(ScanSnapshot& snapshot, Entries& entries)
+{
+    if (!readHead(snapshot) || !readEntries(entries) || !readIssues(snapshot.issues)
+        || !window_.take(R"(,"isComplete":)")) {
+        return false;
+    }
+    snapshot.isComplete = window_.take("true}");
+    return snapshot.isComplete || window_.take("false}");
+}
+
+std::optional<std::vector<StoredSnapshot>> CanonicalReader::check()
+{
+    if (!window_.take(SnapshotEncoder::storeHead)) {
+        return std::nullopt;
+    }
+    std::vector<StoredSnapshot> result;
+    if (!window_.take(SnapshotEncoder::storeTail)) {
+        do {
+            ScanSnapshot snapshot;
+            EntryCheck entries;
+            const std::uint64_t begin = window_.offset();
+            if (!readSnapshot(snapshot, entries)) {
+                return std::nullopt;
+            }
+            result.push_back({snapshot.id, std::move(snapshot.rootPath), snapshot.capturedAt,
+                              result.size(), begin, window_.offset()});
+        } while (window_.take(SnapshotEncoder::betweenSnapshots));
+        if (!window_.take(SnapshotEncoder::storeTail)) {
+            return std::nullopt;
+        }
+    }
+    window_.fill(1);
+    return window_.size() == 0 ? std::optional(std::move(result)) : std::nullopt;
+}
+
+std::optional<ScanSnapshot> CanonicalReader::build(std::uint64_t offset)
+{
+    window_.seek(offset);
+    ScanSnapshot snapshot;
+    EntryCollector entries;
+    if (!readSnapshot(snapshot, entries)) {
+        return std::nullopt;
+    }
+    snapshot.entries = entries.builder.finish();
+    return snapshot;
+}
+
+}  // namespace gruk

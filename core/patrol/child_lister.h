@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "core/patrol/file_kind.h"
+#include "core/patrol/metadata_reader.h"
+#include "platform/foundation/function_ref.h"
+
+namespace gruk {
+
+/// One child of a directory, as much of it as a walk needs. Valid only while it is visited.
+struct ListedItem {
+    std::string_view name;
+    bool isDirectory = false;
+    bool isSymlink = false;
+    /// Bytes on disk; 0 for a directory.
+    Bytes allocatedSize = 0;
+    FileKind kind = FileKind::other;
+    std::optional<Date> dateModified;
+    std::uint64_t inode = 0;
+    /// 0 when the metadata could not be read.
+    std::int32_t deviceID = 0;
+    std::int64_t linkCount = 1;
+};
+
+/// What a walk reads directories with: depth first, each inside the one listed one level above.
+class ChildLister {
+public:
+    using Visitor = FunctionRef<void(const ListedItem&)>;
+
+    virtual ~ChildLister() = default;
+
+    /// Hands the children of a directory to `visit`: of the root at `depth` 0, else of `name` in
+    /// the directory last listed at `depth` - 1. Throws what the listing throws.
+    virtual void list(std::size_t depth, std::string_view name, Visitor visit) = 0;
+};
+
+/// Reads the live file system through open directories, with the facts that `MetadataReader`
+/// would give. Throws `FileError` when `root` cannot be opened.
+[[nodiscard]] std::unique_ptr<ChildLister> makeLiveLister(const FileURL& root);
+
+/// Reads through a function, by URL. `reader` must outlive it.
+[[nodiscard]] std::unique_ptr<ChildLister> makeFunctionLister(const FileURL& root,
+                                                              const DirectoryReader& reader);
+
+}  // namespace gruk

@@ -1,0 +1,132 @@
+#include "core/patrol/metadata_reader.h"
+
+#include "platform/files/metadata.h"
+#include "platform/files/property_list.h"
+#include "platform/files/tree_reader.h"
+#include "platform/foundation/errors.h"
+
+namespace gruk::MetadataReader {
+
+namespace {
+
+constexpr Bytes sparseFloor = 65'536;
+constexpr Bytes evictedCeiling = 4'095;
+constexpr std::string_view screenshotPrefix = "Screenshot ";
+
+/// The facts of an item, or none.
+std::optional<ItemFacts> factsIfReadable(const FileURL& url)
+{
+    try {
+        return itemFacts(url);
+    } catch (const FileError&) {
+        return std::nullopt;
+    }
+}
+
+/// What this system tells of an item, in the two forms that an entry is made of.
+FileEntry entryFrom(const FileURL& url, bool isSymbolicLink, const std::optional<ItemFacts>& facts,
+                    const Attributes& attributes)
+{
+    ResourceValues values;
+    values.isSymlink = isSymbolicLink;
+    std::optional<LstatInfo> lstat;
+    if (facts) {
+        values.isDirectory = facts->type == ItemType::directory;
+        values.fileSize = facts->logicalSize;
+        values.totalFileAllocatedSize = facts->allocatedSize;
+        values.dateCreated = facts->created;
+        values.dateModified = facts->modified;
+        values.dateLastOpened = facts->accessed;
+        lstat = LstatInfo{facts->inode, facts->deviceID, facts->allocatedSize, facts->linkCount};
+    }
+    return makeEntry(url, values, lstat, attributes);
+}
+
+}  // namespace
+
+std::vector<FileEntry> entries(const FileURL& directory)
+{
+    std::vector<FileEntry> result;
+    TreeReader reader(directory, {screenCaptureAttribute, whereFromsAttribute});
+    reader.list(0, {}, [&](const ListedChild& child) {
+        Attributes attributes;
+        if ((child.attributes & 1U) != 0) {
+            attributes.screenCapture = reader.attribute(child, 0);
+        }
+        if ((child.attributes & 2U) != 0) {
+            attributes.whereFroms = reader.attribute(child, 1);
+        }
+        const bool isDirectory = child.facts && child.facts->type == ItemType::directory;
+        const FileURL url = directory.appending(child.name, isDirectory ? FileURL::Names::directory
+                                                                        : FileURL::Names::item);
+        // The listing may tell of a link without its facts; an entry has them.
+        const std::optional<ItemFacts> facts =
+            child.isSymbolicLink && !child.facts ? factsIfReadable(url) : child.facts;
+        result.push_back(entryFrom(url, child.isSymbolicLink, facts, attributes));
+    });
+    return result;
+}
+
+FileEntry entry(const FileURL& url)
+{
+    const std::optional<ItemFacts> facts = factsIfReadable(url);
+    const bool isLink = facts && facts->type == ItemType::symbolicLink;
+    return entryFrom(url, isLink, facts,
+                     {extendedAttribute(url, screenCaptureAttribute),
+                      extendedAttribute(url, whereFromsAttribute)});
+}
+
+bool isScreenshot(const FileURL& url)
+{
+    return isScreenshot(url.lastPathComponent(), extendedAttribute(url, screenCaptureAttribute));
+}
+
+bool isScreenshot(std::string_view name, const std::optional<std::string>& attribute)
+{
+    if (attribute) {
+        if (const auto answer = propertyListBoolean(*attribute)) {
+            return *answer;
+        }
+    }
+    return name.starts_with(screenshotPrefix);
+}
+
+FileEntry makeEntry(const FileURL& url, const ResourceValues& values,
+                    const std::optional<LstatInfo>& lstat, const Attributes& attributes)
+{
+    FileEntry entry;
+    entry.id = url;
+    entry.isDirectory = values.isDirectory;
+    entry.isSymlink = values.isSymlink;
+    entry.logicalSize = values.fileSize.value_or(0);
+    const LstatInfo info = lstat.value_or(LstatInfo{});
+    entry.inode = info.inode;
+    entry.deviceID = info.deviceID;
+    entry.linkCount = info.linkCount;
+    entry.allocatedSize =
+        values.isDirectory ? 0 : values.totalFileAllocatedSize.value_or(info.allocatedSize);
+    entry.kind = classify(entry.name(), entry.isDirectory,
+                          isScreenshot(entry.name(), attributes.screenCapture));
+    if (!entry.isDirectory && entry.logicalSize > sparseFloor
+        && entry.allocatedSize < entry.logicalSize / 2) {
+        entry.badges.insert(FileBadge::sparse);
+    }
+    if (values.isDownloadedAndCurrent == false && entry.logicalSize >= 1
+        && entry.allocatedSize <= evictedCeiling) {
+        entry.badges.insert(FileBadge::evicted);
+    }
+    entry.dateAdded = values.dateAdded;
+    entry.dateCreated = values.dateCreated;
+    entry.dateModified = values.dateModified;
+    entry.dateLastOpened = values.dateLastOpened;
+    if (attributes.whereFroms) {
+        const auto origins = propertyListTexts(*attributes.whereFroms);
+        if (origins && !origins->empty()) {
+            entry.whereFrom = origins->front();
+        }
+    }
+    entry.tags = values.tags;
+    return entry;
+}
+
+}  // namespace gruk::MetadataReader

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+#include "core/patrol/review_finding.h"
+#include "core/patrol/scan_snapshot.h"
+#include "core/patrol/snapshot_delta.h"
+#include "core/patrol/snapshot_scanner.h"
+#include "core/patrol/snapshot_store.h"
+
+namespace gruk {
+
+/// The outcome of a patrol.
+struct PatrolResult {
+    /// The new snapshot, as stored.
+    ScanSnapshot snapshot;
+    /// The latest one before it; none at a realm's first patrol.
+    std::optional<ScanSnapshot> priorSnapshot;
+    std::vector<SnapshotDelta> deltas;
+    std::vector<ReviewFinding> findings;
+};
+
+/// One report for the screens.
+struct PatrolProgress {
+    std::int64_t pathsScanned = 0;
+    /// Relative path of the folder just finished; empty for the root.
+    std::string currentFolderPath;
+
+    friend bool operator==(const PatrolProgress&, const PatrolProgress&) = default;
+};
+
+/// One patrol from start to stored result. Owns no state.
+namespace PatrolCoordinator {
+
+/// Looks up the snapshot before, walks, compares, judges, and only then stores. Whatever fails on
+/// the way leaves the store as it was; the error is that of the step. A stop that is requested
+/// after the walk does not keep the snapshot from being saved. Blocks; any thread but the main.
+[[nodiscard]] PatrolResult patrol(const FileURL& root, SnapshotScanner& scanner,
+                                  SnapshotStore& store, const PatrolProgressFunction& progress = {},
+                                  std::stop_token stop = {});
+
+}  // namespace PatrolCoordinator
+}  // namespace gruk

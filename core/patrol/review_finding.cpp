@@ -1,0 +1,17 @@
+#include "core/patrol/review_finding.h"
+
+namespace gruk {
+
+namespace {
+
+constexpr std::array<std::string_view, ReviewFinding::allReasons.size()> reasonNames = {
+    "rapidGrowth", "duplicateDownload", "oldInstaller", "regenerableCache"};
+
+}  // namespace
+
+std::string_view rawString(ReviewFinding::Reason reason)
+{
+    return reasonNames.at(static_cast<std::size_t>(reason));
+}
+
+}  // namespace gruk

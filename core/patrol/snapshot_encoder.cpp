@@ -1,0 +1,229 @@
+#include "core/patrol/snapshot_encoder.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "core/patrol/json_text.h"
+
+namespace gruk::SnapshotEncoder {
+
+namespace {
+
+using Index = SnapshotEntries::Index;
+
+constexpr std::size_t pieceSize = std::size_t{1} << 20;
+
+/// Collects text and hands it on in large pieces.
+class Output {
+public:
+    explicit Output(Sink sink) : sink_(sink) {}
+
+    /// Room for `size` bytes in one go; the caller writes there and tells with `used` how many.
+    char* room(std::size_t size)
+    {
+        if (used_ + size > capacity_) {
+            flush();
+            if (size > capacity_) {
+                capacity_ = std::max(size, pieceSize);
+                buffer_ = std::make_unique_for_overwrite<char[]>(capacity_);
+            }
+        }
+        return buffer_.get() + used_;
+    }
+    void used(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.get()); }
+
+    void text(std::string_view text)
+    {
+        char* at = room(text.size());
+        std::memcpy(at, text.data(), text.size());
+        used_ += text.size();
+    }
+
+    void flush()
+    {
+        if (used_ > 0) {
+            sink_({buffer_.get(), used_});
+            used_ = 0;
+        }
+    }
+
+private:
+    Sink sink_;
+    std::unique_ptr<char[]> buffer_;
+    std::size_t capacity_ = 0;
+    std::size_t used_ = 0;
+};
+
+char* put(char* at, std::string_view text)
+{
+    std::memcpy(at, text.data(), text.size());
+    return at + text.size();
+}
+
+/// Dates of a realm cluster on few days: the text of the day before is kept.
+class DateText {
+public:
+    char* put(char* at, Date date)
+    {
+        const double seconds = std::floor(date.secondsSince1970);
+        if (!(seconds >= dayStart_ && seconds < dayStart_ + secondsPerDay)) {
+            char* end = iso8601::write(date, at);
+            if (static_cast<std::size_t>(end - at) == text_.size()) {
+                std::memcpy(text_.data(), at, text_.size());
+                dayStart_ = std::floor(seconds / secondsPerDay) * secondsPerDay;
+            }
+            return end;
+        }
+        const auto time = static_cast<unsigned>(seconds - dayStart_);
+        std::memcpy(at, text_.data(), text_.size());
+        putTwoDigits(at + 11, time / 3600);
+        putTwoDigits(at + 14, time / 60 % 60);
+        putTwoDigits(at + 17, time % 60);
+        return at + text_.size();
+    }
+
+private:
+    static constexpr double secondsPerDay = 86'400;
+
+    static void putTwoDigits(char* at, unsigned value)
+    {
+        at[0] = static_cast<char>('0' + value / 10);
+        at[1] = static_cast<char>('0' + value % 10);
+    }
+
+    /// "2026-11-20T08:05:09Z"; only years of four digits are kept.
+    std::array<char, 20> text_{};
+    /// No date lies in the day before the first.
+    double dayStart_ = std::numeric_limits<double>::quiet_NaN();
+};
+
+/// The parts of an entry that follow its sizes and dates, one text for each kind and mark.
+class Tails {
+public:
+    Tails()
+    {
+        for (const FileKind kind : allFileKinds) {
+            for (const bool isDirectory : {false, true}) {
+                std::string& text = texts_[place(kind, isDirectory)];
+                text = ",\"kind\":\"";
+                text += rawString(kind);
+                text += isDirectory ? "\",\"isDirectory\":true}" : "\",\"isDirectory\":false}";
+            }
+        }
+    }
+    [[nodiscard]] std::string_view operator()(FileKind kind, bool isDirectory) const
+    {
+        return texts_[place(kind, isDirectory)];
+    }
+
+private:
+    static std::size_t place(FileKind kind, bool isDirectory)
+    {
+        return static_cast<std::size_t>(kind) * 2 + (isDirectory ? 1 : 0);
+    }
+    std::array<std::string, allFileKinds.size() * 2> texts_;
+};
+
+/// Writes the entries one after another. The escaped path of each folder is kept while its
+/// content is written, so that each name is escaped once.
+class EntryWriter {
+public:
+    EntryWriter(const SnapshotEntries& entries, Output& output) : entries_(entries), output_(output)
+    {
+    }
+
+    void run()
+    {
+        for (Index index = 0; index < entries_.size(); ++index) {
+            makePath(index);
+            write(index);
+        }
+    }
+
+private:
+    struct Ancestor {
+        Index index;
+        std::size_t length;
+    };
+    /// More than all of an entry but its path.
+    static constexpr std::size_t roomBesidesPath = 192;
+
+    void makePath(Index index)
+    {
+        const Index parent = entries_.parent(index);
+        if (parent != SnapshotEntries::noIndex && parent + 1 == index) {
+            ancestors_.push_back({parent, path_.size()});
+        } else {
+            while (!ancestors_.empty() && ancestors_.back().index != parent) {
+                ancestors_.pop_back();
+            }
+        }
+        if (ancestors_.empty()) {
+            path_.clear();
+        } else {
+            path_.resize(ancestors_.back().length);
+            path_ += '/';
+        }
+        appendJSONPath(path_, entries_.name(index));
+    }
+
+    void write(Index index)
+    {
+        char* at = output_.room(path_.size() + roomBesidesPath);
+        at = put(at, index == 0 ? R"({"relativePath":")" : R"(,{"relativePath":")");
+        at = put(at, path_);
+        at = put(at, R"(","allocatedSize":)");
+        at = std::to_chars(at, at + 20, entries_.allocatedSize(index)).ptr;
+        if (const auto modified = entries_.modifiedAt(index)) {
+            at = put(at, R"(,"modifiedAt":")");
+            at = dates_.put(at, *modified);
+            *at++ = '"';
+        }
+        at = put(at, tails_(entries_.kind(index), entries_.isDirectory(index)));
+        output_.used(at);
+    }
+
+    const SnapshotEntries& entries_;
+    Output& output_;
+    const Tails tails_;
+    DateText dates_;
+    std::string path_;
+    std::vector<Ancestor> ancestors_;
+};
+
+void encodeIssues(const std::vector<ScanIssue>& issues, Output& output)
+{
+    std::string text;
+    for (const ScanIssue& issue : issues) {
+        text = text.empty() ? "" : ",";
+        text += R"({"relativePath":")";
+        appendJSONPath(text, issue.relativePath);
+        text += R"(","reason":")";
+        text += rawString(issue.reason);
+        text += "\"}";
+        output.text(text);
+    }
+}
+
+}  // namespace
+
+void encode(const ScanSnapshot& snapshot, Sink sink)
+{
+    Output output(sink);
+    std::string head = R"({"id":")" + snapshot.id.text() + R"(","rootPath":")";
+    appendJSONPath(head, snapshot.rootPath);
+    head += R"(","capturedAt":")" + iso8601::text(snapshot.capturedAt) + R"(","entries":[)";
+    output.text(head);
+    EntryWriter(snapshot.entries, output).run();
+    output.text(R"(],"issues":[)");
+    encodeIssues(snapshot.issues, output);
+    output.text(snapshot.isComplete ? R"(],"isComplete":true})" : R"(],"isComplete":false})");
+    output.flush();
+}
+
+}  // namespace gruk::SnapshotEncoder

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/patrol/scan_snapshot.h"
+#include "platform/foundation/function_ref.h"
+
+/// Writes snapshots in the one form that Gruk gives them (docs/formats.md): compact, keys in
+/// declared order. Pure but for the sink; any thread.
+namespace gruk::SnapshotEncoder {
+
+/// Takes the next piece of text; may throw, which ends the encoding.
+using Sink = FunctionRef<void(std::string_view)>;
+
+/// What stands before the first snapshot of a store, between two, and after the last.
+inline constexpr std::string_view storeHead = R"({"schemaVersion":1,"snapshots":[)";
+inline constexpr std::string_view betweenSnapshots = ",";
+inline constexpr std::string_view storeTail = "]}";
+
+/// Hands the snapshot's JSON object to `sink` in pieces of about a megabyte.
+void encode(const ScanSnapshot& snapshot, Sink sink);
+
+}  // namespace gruk::SnapshotEncoder

@@ -1,0 +1,224 @@
+#include "core/patrol/snapshot_entries.h"
+
+#include <algorithm>
+
+#include "core/patrol/snapshot_entries_builder.h"
+#include "core/patrol/snapshot_table.h"
+#include "platform/foundation/text_order.h"
+
+namespace gruk {
+
+namespace {
+
+/// What the path of `index` is made of, written from the end of `path` forward.
+void appendPath(const SnapshotTable& table, SnapshotTable::Index index, std::string& path)
+{
+    std::size_t length = 0;
+    for (auto at = index; at != SnapshotTable::noIndex; at = table.parents[at]) {
+        length += table.name(at).size() + 1;
+    }
+    const std::size_t start = path.size();
+    path.resize(start + length - 1);
+    std::size_t end = path.size();
+    for (auto at = index; at != SnapshotTable::noIndex; at = table.parents[at]) {
+        const std::string_view name = table.name(at);
+        end -= name.size();
+        std::copy(name.begin(), name.end(), path.begin() + static_cast<std::ptrdiff_t>(end));
+        if (end > start) {
+            --end;
+            path[end] = '/';
+        }
+    }
+}
+
+std::shared_ptr<const SnapshotTable> emptyTable()
+{
+    static const auto table = std::make_shared<const SnapshotTable>();
+    return table;
+}
+
+}  // namespace
+
+SnapshotEntries::SnapshotEntries() : table_(emptyTable()) {}
+
+SnapshotEntries::SnapshotEntries(std::shared_ptr<const SnapshotTable> table)
+    : table_(std::move(table))
+{
+}
+
+SnapshotEntries::SnapshotEntries(const std::vector<SnapshotEntry>& entries)
+{
+    try {
+        SnapshotEntriesBuilder builder;
+        for (const SnapshotEntry& entry : entries) {
+            builder.addPath(entry.relativePath, entry.allocatedSize, entry.modifiedAt, entry.kind,
+                            entry.isDirectory);
+        }
+        *this = builder.finish();
+    } catch (const InvalidEntryPath& error) {
+        GRUK_REQUIRE(false, error.what());
+    }
+}
+
+SnapshotEntries::SnapshotEntries(std::initializer_list<SnapshotEntry> entries)
+    : SnapshotEntries(std::vector<SnapshotEntry>(entries))
+{
+}
+
+std::size_t SnapshotEntries::size() const noexcept
+{
+    return table_->size();
+}
+
+SnapshotEntry SnapshotEntries::operator[](std::size_t position) const
+{
+    GRUK_REQUIRE(position < size(), "a position past the end of a snapshot");
+    const auto index = static_cast<Index>(position);
+    return {relativePath(index), allocatedSize(index), modifiedAt(index), kind(index),
+            isDirectory(index)};
+}
+
+SnapshotEntries::Index SnapshotEntries::parent(Index index) const
+{
+    return table_->parents[index];
+}
+
+std::string_view SnapshotEntries::name(Index index) const
+{
+    return table_->name(index);
+}
+
+Bytes SnapshotEntries::allocatedSize(Index index) const
+{
+    return table_->sizes[index];
+}
+
+std::optional<Date> SnapshotEntries::modifiedAt(Index index) const
+{
+    return table_->modified(index);
+}
+
+FileKind SnapshotEntries::kind(Index index) const
+{
+    return table_->kind(index);
+}
+
+bool SnapshotEntries::isDirectory(Index index) const
+{
+    return table_->isDirectory(index);
+}
+
+std::string SnapshotEntries::relativePath(Index index) const
+{
+    std::string path;
+    appendPath(*table_, index, path);
+    return path;
+}
+
+bool SnapshotEntries::isTopLevel(Index index) const
+{
+    return parent(index) == noIndex && name(index).find('/') == std::string_view::npos;
+}
+
+SnapshotEntries::Index SnapshotEntries::subtreeEnd(Index index) const
+{
+    // Whatever lies below has a parent at or after `index`; the first that has not ends it.
+    Index end = index + 1;
+    while (end < size() && parent(end) != noIndex && parent(end) >= index) {
+        ++end;
+    }
+    return end;
+}
+
+std::optional<SnapshotEntries::Index> SnapshotEntries::find(std::string_view relativePath) const
+{
+    Index low = 0;
+    auto high = static_cast<Index>(size());
+    std::string path;
+    while (low < high) {
+        const Index middle = low + (high - low) / 2;
+        path.clear();
+        appendPath(*table_, middle, path);
+        const auto order = localizedStandardCompare(path, relativePath);
+        if (order == 0) {
+            return middle;
+        }
+        if (order < 0) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    return std::nullopt;
+}
+
+Bytes SnapshotEntries::totalBytes() const
+{
+    Bytes total = 0;
+    for (Index index = 0; index < size(); ++index) {
+        if (isTopLevel(index)) {
+            total = checkedAdd(total, allocatedSize(index));
+        }
+    }
+    return total;
+}
+
+bool operator==(const SnapshotEntries& a, const SnapshotEntries& b)
+{
+    if (a.table_ == b.table_) {
+        return true;
+    }
+    if (a.size() != b.size()) {
+        return false;
+    }
+    // Both are in order and each parent is the nearest ancestor, so equal paths have equal
+    // parents and names.
+    for (SnapshotEntries::Index i = 0; i < a.size(); ++i) {
+        if (a.parent(i) != b.parent(i) || a.name(i) != b.name(i)
+            || a.allocatedSize(i) != b.allocatedSize(i) || a.modifiedAt(i) != b.modifiedAt(i)
+            || a.kind(i) != b.kind(i) || a.isDirectory(i) != b.isDirectory(i)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+PathCursor::PathCursor(const SnapshotEntries& entries)
+    : table_(entries.table_), end_(static_cast<SnapshotEntries::Index>(entries.size()))
+{
+    if (!isAtEnd()) {
+        makePath();
+    }
+}
+
+void PathCursor::advance()
+{
+    const auto former = index_;
+    ++index_;
+    if (isAtEnd()) {
+        return;
+    }
+    const auto parent = table_->parents[index_];
+    if (parent == former) {
+        ancestors_.push_back({former, path_.size()});
+    } else {
+        while (!ancestors_.empty() && ancestors_.back().index != parent) {
+            ancestors_.pop_back();
+        }
+    }
+    makePath();
+}
+
+void PathCursor::makePath()
+{
+    if (ancestors_.empty()) {
+        path_.clear();
+    } else {
+        path_.resize(ancestors_.back().pathLength);
+        path_ += '/';
+    }
+    nameStart_ = path_.size();
+    path_ += table_->name(index_);
+}
+
+}  // namespace gruk

@@ -1,0 +1,195 @@
+#include "core/patrol/snapshot_store.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "core/patrol/snapshot_decoder.h"
+#include "core/patrol/snapshot_encoder.h"
+#include "platform/files/file_reader.h"
+#include "platform/foundation/errors.h"
+
+namespace gruk {
+
+namespace {
+
+/// Opens the file; none when there is none yet. A file that is there and cannot be opened is not
+/// a store.
+std::optional<FileReader> openStore(const FileURL& url)
+{
+    try {
+        return FileReader::open(url);
+    } catch (const FileError&) {
+        throw SnapshotStoreError(SnapshotStoreError::Case::corruptStore);
+    }
+}
+
+bool isOlder(const StoredSnapshot& a, const StoredSnapshot& b)
+{
+    return a.capturedAt < b.capturedAt;
+}
+
+/// The snapshots of a realm, oldest first; those of one moment in the file's order.
+std::vector<StoredSnapshot> ofRealm(const std::vector<StoredSnapshot>& all,
+                                    std::string_view rootPath)
+{
+    std::vector<StoredSnapshot> realm;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(realm),
+                 [&](const StoredSnapshot& one) { return one.rootPath == rootPath; });
+    std::stable_sort(realm.begin(), realm.end(), isOlder);
+    return realm;
+}
+
+/// What a save keeps.
+struct Retention {
+    /// Of what is in the file, in its order.
+    std::vector<StoredSnapshot> kept;
+    /// False when the new one is older than the last eight of its realm.
+    bool keepsNew = true;
+};
+
+Retention retain(const std::vector<StoredSnapshot>& stored, const ScanSnapshot& added)
+{
+    constexpr auto addedOrdinal = static_cast<std::size_t>(-1);
+    std::vector<StoredSnapshot> all;
+    std::copy_if(stored.begin(), stored.end(), std::back_inserter(all),
+                 [&](const StoredSnapshot& one) { return one.id != added.id; });
+    all.push_back({added.id, added.rootPath, added.capturedAt, addedOrdinal, 0, 0});
+    const std::vector<StoredSnapshot> realm = ofRealm(all, added.rootPath);
+    std::unordered_set<std::size_t> dropped;
+    for (std::size_t i = 0; i + SnapshotStore::snapshotsKeptPerRealm < realm.size(); ++i) {
+        dropped.insert(realm[i].ordinal);
+    }
+    Retention retention;
+    retention.keepsNew = !dropped.contains(addedOrdinal);
+    all.pop_back();
+    std::copy_if(all.begin(), all.end(), std::back_inserter(retention.kept),
+                 [&](const StoredSnapshot& one) { return !dropped.contains(one.ordinal); });
+    return retention;
+}
+
+/// Writes a store's snapshots one after another.
+class StoreWriter {
+public:
+    explicit StoreWriter(AtomicFile& file) : file_(file)
+    {
+        file_.write(SnapshotEncoder::storeHead);
+    }
+
+    void add(const ScanSnapshot& snapshot)
+    {
+        separate();
+        SnapshotEncoder::encode(snapshot, [this](std::string_view text) { file_.write(text); });
+    }
+
+    /// Takes the text of snapshots over as it stands in `from`.
+    void copy(FileReader& from, const std::vector<StoredSnapshot>& snapshots)
+    {
+        std::vector<char> buffer(copySize);
+        for (const StoredSnapshot& snapshot : snapshots) {
+            separate();
+            from.seek(snapshot.begin);
+            for (std::uint64_t left = snapshot.end - snapshot.begin; left > 0;) {
+                const std::size_t count =
+                    from.read(buffer.data(), std::min<std::uint64_t>(left, buffer.size()));
+                if (count == 0) {
+                    throw SnapshotStoreError(SnapshotStoreError::Case::corruptStore);
+                }
+                file_.write({buffer.data(), count});
+                left -= count;
+            }
+        }
+    }
+
+    void finish() { file_.write(SnapshotEncoder::storeTail); }
+
+private:
+    static constexpr std::size_t copySize = std::size_t{1} << 20;
+
+    void separate()
+    {
+        if (!isFirst_) {
+            file_.write(SnapshotEncoder::betweenSnapshots);
+        }
+        isFirst_ = false;
+    }
+
+    AtomicFile& file_;
+    bool isFirst_ = true;
+};
+
+}  // namespace
+
+const char* SnapshotStoreError::what() const noexcept
+{
+    switch (which_) {
+    case Case::incompleteSnapshot:
+        return "The patrol did not reach its end, so its snapshot was not saved.";
+    case Case::corruptStore:
+        break;
+    }
+    return "The file of past patrols, snapshots.json, is damaged. It was left as it is; move it "
+           "away, and the next patrol begins a new one.";
+}
+
+SnapshotStore::SnapshotStore(FileURL fileURL, FileCalls calls)
+    : fileURL_(std::move(fileURL)), calls_(std::move(calls))
+{
+}
+
+void SnapshotStore::save(const ScanSnapshot& snapshot)
+{
+    if (!snapshot.isComplete) {
+        throw SnapshotStoreError(SnapshotStoreError::Case::incompleteSnapshot);
+    }
+    const std::lock_guard lock(lock_);
+    std::optional<FileReader> old = openStore(fileURL_);
+    std::optional<SnapshotDecoder> decoder;
+    if (old) {
+        decoder.emplace(*old);
+    }
+    const Retention retention =
+        retain(decoder ? decoder->snapshots() : std::vector<StoredSnapshot>(), snapshot);
+    AtomicFile file(fileURL_, calls_);
+    StoreWriter writer(file);
+    if (decoder && decoder->isCanonical()) {
+        writer.copy(*old, retention.kept);
+    } else if (decoder) {
+        decoder->build(retention.kept, [&](ScanSnapshot&& kept) { writer.add(kept); });
+    }
+    if (retention.keepsNew) {
+        writer.add(snapshot);
+    }
+    writer.finish();
+    file.commit();
+}
+
+std::vector<ScanSnapshot> SnapshotStore::snapshots(std::string_view rootPath) const
+{
+    return latestSnapshots(rootPath, static_cast<std::size_t>(-1));
+}
+
+std::vector<ScanSnapshot> SnapshotStore::latestSnapshots(std::string_view rootPath,
+                                                         std::size_t count) const
+{
+    const std::lock_guard lock(lock_);
+    std::optional<FileReader> file = openStore(fileURL_);
+    std::vector<ScanSnapshot> result;
+    if (!file) {
+        return result;
+    }
+    SnapshotDecoder decoder(*file);
+    std::vector<StoredSnapshot> wanted = ofRealm(decoder.snapshots(), rootPath);
+    if (wanted.size() > count) {
+        wanted.erase(wanted.begin(), wanted.end() - static_cast<std::ptrdiff_t>(count));
+    }
+    std::sort(wanted.begin(), wanted.end(), [](const StoredSnapshot& a, const StoredSnapshot& b) {
+        return a.ordinal < b.ordinal;
+    });
+    decoder.build(wanted, [&](ScanSnapshot&& snapshot) { result.push_back(std::move(snapshot)); });
+    std::stable_sort(
+        result.begin(), result.end(),
+        [](const ScanSnapshot& a, const ScanSnapshot& b) { return a.capturedAt < b.capturedAt; });
+    return result;
+}
+
+}  // namespace gruk

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/patrol/scan_snapshot.h"
+#include "platform/files/atomic_file.h"
+#include "platform/foundation/file_url.h"
+
+namespace gruk {
+
+/// Why the store refused.
+class SnapshotStoreError : public std::exception {
+public:
+    enum class Case : std::uint8_t {
+        /// An attempt to save a snapshot of a walk that did not finish.
+        incompleteSnapshot,
+        /// The file exists and is not a version-1 store.
+        corruptStore,
+    };
+
+    explicit SnapshotStoreError(Case which) : which_(which) {}
+    [[nodiscard]] Case which() const noexcept { return which_; }
+    [[nodiscard]] const char* what() const noexcept override;
+
+    friend bool operator==(const SnapshotStoreError& a, const SnapshotStoreError& b)
+    {
+        return a.which_ == b.which_;
+    }
+
+private:
+    Case which_;
+};
+
+/// Keeps the last 8 snapshots of every realm in one JSON file (docs/formats.md).
+///
+/// Every call reads and checks the whole file, and every save writes it anew, whole or not at
+/// all; what is kept passes through as the bytes that it was. A file that is not a store is never
+/// overwritten: it fails every call until it is taken away.
+///
+/// Any thread; one lock is held across the reading and writing. Nothing guards against a second
+/// process. Slow for large stores: never the main thread.
+class SnapshotStore {
+public:
+    static constexpr std::size_t snapshotsKeptPerRealm = 8;
+
+    /// Touches no file.
+    explicit SnapshotStore(FileURL fileURL, FileCalls calls = FileCalls::live());
+
+    /// Adds the snapshot (in place of one with the same id) and drops all but the latest 8 of its
+    /// realm by `capturedAt`; other realms stay as they are. Throws `SnapshotStoreError`, or
+    /// `FileError` when the folder or file cannot be written; the former file then stays whole.
+    void save(const ScanSnapshot& snapshot);
+
+    /// The realm's snapshots, oldest first by `capturedAt`; those of one moment in the file's
+    /// order. Paths are compared byte for byte. Throws `SnapshotStoreError::corruptStore`.
+    [[nodiscard]] std::vector<ScanSnapshot> snapshots(std::string_view rootPath) const;
+
+    /// The last `count` of them in the same order, for callers that need no more: the whole file
+    /// is checked all the same, but only these are built.
+    [[nodiscard]] std::vector<ScanSnapshot> latestSnapshots(std::string_view rootPath,
+                                                            std::size_t count) const;
+
+private:
+    FileURL fileURL_;
+    FileCalls calls_;
+    /// Guards the file.
+    mutable std::mutex lock_;
+};
+
+}  // namespace gruk

@@ -1,0 +1,79 @@
+#include "platform/files/file_reader.h"
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/linux/errno_error.h"
+
+namespace gruk {
+
+std::optional<FileReader> FileReader::open(const FileURL& url)
+{
+    // A FIFO in the file's place must not hold the program up until somebody writes to it.
+    const int descriptor = ::open(url.path().c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) {
+        if (errno == ENOENT) {
+            return std::nullopt;
+        }
+        throwErrno(errno, "open", url.path());
+    }
+    FileReader reader(descriptor, url.path());
+    struct stat facts {};
+    if (::fstat(descriptor, &facts) != 0) {
+        throwErrno(errno, "open", url.path());
+    }
+    if (!S_ISREG(facts.st_mode)) {
+        throwErrno(S_ISDIR(facts.st_mode) ? EISDIR : EINVAL, "open", url.path());
+    }
+    return reader;
+}
+
+FileReader::FileReader(int descriptor, std::string path)
+    : descriptor_(descriptor), path_(std::move(path))
+{
+}
+
+FileReader::FileReader(FileReader&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)), path_(std::move(other.path_))
+{
+}
+
+FileReader& FileReader::operator=(FileReader&& other) noexcept
+{
+    std::swap(descriptor_, other.descriptor_);
+    std::swap(path_, other.path_);
+    return *this;
+}
+
+FileReader::~FileReader()
+{
+    if (descriptor_ >= 0) {
+        ::close(descriptor_);
+    }
+}
+
+std::size_t FileReader::read(char* buffer, std::size_t size)
+{
+    for (;;) {
+        const auto count = ::read(descriptor_, buffer, size);
+        if (count >= 0) {
+            return static_cast<std::size_t>(count);
+        }
+        if (errno != EINTR) {
+            throwErrno(errno, "read", path_);
+        }
+    }
+}
+
+void FileReader::seek(std::uint64_t offset)
+{
+    if (::lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET) < 0) {
+        throwErrno(errno, "read", path_);
+    }
+}
+
+}  // namespace gruk

@@ -1,0 +1,105 @@
+#include "platform/linux/left_overs.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <random>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include "platform/linux/descriptor.h"
+
+namespace gruk {
+
+namespace {
+
+constexpr std::string_view suffix = ".gruk-new";
+constexpr std::string_view hexDigits = "0123456789abcdef";
+constexpr std::size_t randomDigits = 8;
+constexpr std::size_t longestName = 255;
+
+std::string prefixFor(std::string_view name)
+{
+    constexpr std::size_t room = longestName - 2 - randomDigits - suffix.size();
+    return "." + std::string(name.substr(0, room)) + ".";
+}
+
+bool isTemporaryName(std::string_view candidate, std::string_view prefix)
+{
+    if (candidate.size() != prefix.size() + randomDigits + suffix.size()
+        || !candidate.starts_with(prefix) || !candidate.ends_with(suffix)) {
+        return false;
+    }
+    const std::string_view digits = candidate.substr(prefix.size(), randomDigits);
+    return digits.find_first_not_of(hexDigits) == std::string_view::npos;
+}
+
+int tryLock(int descriptor)
+{
+    int result = 0;
+    do {
+        result = ::flock(descriptor, LOCK_EX | LOCK_NB);
+    } while (result != 0 && errno == EINTR);
+    return result == 0 ? 0 : errno;
+}
+
+struct DirectoryCloser {
+    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
+};
+
+void removeUnlessInUse(const std::string& path, const FileCalls& calls)
+{
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat facts {};
+    if (!file.isOpen() || ::fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode)) {
+        return;
+    }
+    if (tryLock(file.number()) == 0) {
+        calls.remove(path.c_str());
+    }
+}
+
+}  // namespace
+
+std::string temporaryName(std::string_view name)
+{
+    std::random_device source;
+    const unsigned number = source();
+    std::string result = prefixFor(name);
+    for (std::size_t i = 0; i < randomDigits; ++i) {
+        result += hexDigits[number >> (4 * i) & 0xFU];
+    }
+    result += suffix;
+    return result;
+}
+
+Lock lockTemporaryFile(int descriptor)
+{
+    const int error = tryLock(descriptor);
+    if (error == EWOULDBLOCK) {
+        return Lock::lost;
+    }
+    // Whoever clears left-overs may have come between making the file and locking it.
+    struct stat facts {};
+    const bool isGone = ::fstat(descriptor, &facts) == 0 && facts.st_nlink == 0;
+    return isGone ? Lock::lost : Lock::held;
+}
+
+void removeLeftOvers(const std::string& directory, std::string_view name, const FileCalls& calls)
+{
+    const std::unique_ptr<DIR, DirectoryCloser> listing(::opendir(directory.c_str()));
+    if (!listing) {
+        return;
+    }
+    const std::string prefix = prefixFor(name);
+    while (const dirent* item = ::readdir(listing.get())) {
+        if (isTemporaryName(item->d_name, prefix)) {
+            removeUnlessInUse(directory + "/" + item->d_name, calls);
+        }
+    }
+}
+
+}  // namespace gruk

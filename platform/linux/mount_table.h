@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// What is mounted where, as the kernel tells this process. Reading it touches no mount, so that
+/// none that hangs can block.
+
+namespace gruk {
+
+struct Mount {
+    std::uint64_t id = 0;
+    /// Where it is mounted: bytes of a path.
+    std::string point;
+    /// The kind of file system, such as "ext4" or "fuse.sshfs".
+    std::string type;
+    /// What is mounted: a device, or a server's share; the file system decides the words.
+    std::string source;
+};
+
+/// Every mount in order of mounting; empty when the kernel does not tell.
+[[nodiscard]] std::vector<Mount> mountTable();
+
+/// Whether a file system of this kind is somewhere else on the network.
+[[nodiscard]] bool isNetworkType(const std::string& type);
+
+}  // namespace gruk

@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <latch>
+#include <thread>
+
+#include "core/patrol/snapshot_scanner.h"
+#include "platform/foundation/errors.h"
+#include "tests/support/fake_tree.h"
+#include "tests/support/temporary_directory.h"
+
+namespace gruk {
+
+namespace {
+
+using Paths = std::vector<std::string>;
+
+class SnapshotScannerProgressTest : public testing::Test {
+protected:
+    ScanSnapshot scan(const PatrolProgressFunction& progress = {})
+    {
+        return SnapshotScanner(tree.reader()).scan(tree.root(), Date{}, progress, stop.get_token());
+    }
+
+    test::TemporaryDirectory disk;
+    test::FakeTree tree{disk.url()};
+    std::stop_source stop;
+};
+
+}  // namespace
+
+TEST_F(SnapshotScannerProgressTest, aShortRunReportsOnceAtTheEndOfTheRoot)
+{
+    tree.file("a/b");
+    tree.file("c");
+    std::vector<std::pair<std::int64_t, std::string>> reports;
+    static_cast<void>(scan(
+        [&](std::int64_t count, std::string_view path) { reports.emplace_back(count, path); }));
+    // A machine that stalls for a tenth of a second in between may report again; never before.
+    ASSERT_FALSE(reports.empty());
+    EXPECT_EQ(reports.front(), (std::pair<std::int64_t, std::string>(2, "")));
+    EXPECT_LE(reports.size(), 2U);
+}
+
+TEST_F(SnapshotScannerProgressTest, anEmptyRealmReportsItsRootToo)
+{
+    int reports = 0;
+    static_cast<void>(scan([&](std::int64_t count, std::string_view path) {
+        ++reports;
+        EXPECT_EQ(count, 0);
+        EXPECT_EQ(path, "");
+    }));
+    EXPECT_EQ(reports, 1);
+}
+
+TEST_F(SnapshotScannerProgressTest, progressIsReportedAtMostTenTimesASecond)
+{
+    for (int i = 0; i < 20'000; ++i) {
+        tree.directory("d" + std::to_string(i));
+    }
+    const auto start = std::chrono::steady_clock::now();
+    std::int64_t reports = 0;
+    static_cast<void>(scan([&](std::int64_t, std::string_view) { ++reports; }));
+    const auto elapsed = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(reports, 1);
+    EXPECT_LE(reports, 1 + elapsed / std::chrono::milliseconds(100));
+}
+
+TEST_F(SnapshotScannerProgressTest, pathsScannedCountsFilesDirectoriesAndOtherVolumesButNoLinks)
+{
+    tree.file("file");
+    tree.directory("folder");
+    tree.file("elsewhere").deviceID = tree.otherDevice();
+    tree.directory("mount").deviceID = tree.otherDevice();
+    tree.symbolicLink("link");
+    std::int64_t counted = 0;
+    static_cast<void>(scan([&](std::int64_t count, std::string_view) { counted = count; }));
+    EXPECT_EQ(counted, 4);
+}
+
+TEST_F(SnapshotScannerProgressTest, cancellationBeforeTheFirstDirectoryIsTheCancellationError)
+{
+    tree.file("a");
+    stop.request_stop();
+    EXPECT_THROW(static_cast<void>(scan()), CancelledError);
+    EXPECT_TRUE(tree.listed().empty());
+}
+
+TEST_F(SnapshotScannerProgressTest, cancellationIsNoticedBeforeTheNextDirectory)
+{
+    tree.directory("a");
+    tree.directory("b");
+    // "b" is listed first and is empty, so that the next check is that of "a".
+    tree.onListing("b", [this] { stop.request_stop(); });
+    EXPECT_THROW(static_cast<void>(scan()), CancelledError);
+    EXPECT_EQ(tree.listed(), (Paths{"", "b"}));
+}
+
+TEST_F(SnapshotScannerProgressTest, cancellationIsNoticedAtTheNextChild)
+{
+    // All that the root holds would be an issue; none is recorded, since nothing is returned.
+    tree.file("a").deviceID = tree.otherDevice();
+    tree.onListing("", [this] { stop.request_stop(); });
+    EXPECT_THROW(static_cast<void>(scan()), CancelledError);
+}
+
+TEST_F(SnapshotScannerProgressTest, cancellationByTheProgressFunctionStopsTheWalk)
+{
+    tree.directory("a");
+    EXPECT_THROW(
+        static_cast<void>(scan([this](std::int64_t, std::string_view) { stop.request_stop(); })),
+        CancelledError);
+    EXPECT_EQ(tree.listed(), Paths{""});
+}
+
+TEST_F(SnapshotScannerProgressTest, aStopAfterTheLastCheckStillYieldsTheSnapshot)
+{
+    tree.onListing("", [this] { stop.request_stop(); });
+    EXPECT_TRUE(scan().isComplete);
+}
+
+TEST_F(SnapshotScannerProgressTest, aScannerThatWasCancelledScansAgain)
+{
+    tree.file("a", 5);
+    SnapshotScanner scanner(tree.reader());
+    stop.request_stop();
+    EXPECT_THROW(static_cast<void>(scanner.scan(tree.root(), {}, {}, stop.get_token())),
+                 CancelledError);
+    EXPECT_EQ(scanner.scan(tree.root(), {}).entries.totalBytes(), 5);
+}
+
+TEST_F(SnapshotScannerProgressTest, aSecondScanWaitsForTheFirst)
+{
+    std::latch secondIsAboutToStart(1);
+    std::atomic<int> inside = 0;
+    std::atomic<bool> overlapped = false;
+    const auto watch = [&](const FileURL& url) {
+        overlapped = overlapped || inside.fetch_add(1) != 0;
+        if (url.path() == disk.path()) {
+            secondIsAboutToStart.wait();
+        }
+        std::vector<FileEntry> children;
+        // A walk of its own depth, so that the two would interleave at every step.
+        if (url.path().size() < disk.path().size() + 2 * 50) {
+            FileEntry child;
+            child.id = url.appending("d", FileURL::Names::directory);
+            child.isDirectory = true;
+            child.deviceID = tree.device();
+            children.push_back(child);
+        }
+        inside.fetch_sub(1);
+        return children;
+    };
+    SnapshotScanner scanner(watch);
+    std::size_t firstSize = 0;
+    std::size_t secondSize = 0;
+    {
+        const std::jthread first([&] { firstSize = scanner.scan(disk.url(), {}).entries.size(); });
+        const std::jthread second([&] {
+            secondIsAboutToStart.count_down();
+            secondSize = scanner.scan(disk.url(), {}).entries.size();
+        });
+    }
+    EXPECT_FALSE(overlapped);
+    EXPECT_EQ(firstSize, 50U);
+    EXPECT_EQ(secondSize, 50U);
+}
+
+}  // namespace gruk
