@@ -89,11 +89,17 @@ private:
         std::size_t depth = 0;
     };
 
-    /// Half the time the newest, which makes the tree deep; else any, which keeps it broad.
+    /// One time in four the newest, which makes the tree deep here and there; else the shallower
+    /// of two, which keeps it broad.
     Folder takePending()
     {
-        if (generator_.bounded(2) == 0) {
-            std::swap(pending_.back(), pending_[generator_.bounded(pending_.size())]);
+        if (generator_.bounded(4) != 0) {
+            std::size_t chosen = generator_.bounded(pending_.size());
+            const std::size_t other = generator_.bounded(pending_.size());
+            if (pending_[other].depth < pending_[chosen].depth) {
+                chosen = other;
+            }
+            std::swap(pending_.back(), pending_[chosen]);
         }
         Folder folder = std::move(pending_.back());
         pending_.pop_back();

@@ -8,15 +8,12 @@
 
 #include "app/model/background.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 /// Waits until a dialog was answered or has gone; true when it was accepted.
-class DialogAnswer
-{
+class DialogAnswer {
 public:
     explicit DialogAnswer(QFileDialog& dialog) : dialog_(dialog) {}
 
@@ -40,7 +37,7 @@ private:
     std::shared_ptr<bool> accepted_ = std::make_shared<bool>(false);
 };
 
-} // namespace
+}  // namespace
 
 FileDialogOpenPanel::FileDialogOpenPanel() = default;
 
@@ -76,7 +73,8 @@ QCoro::Task<std::optional<FileURL>> FileDialogOpenPanel::chooseDirectory(OpenPan
     const bool accepted = co_await answer;
     std::optional<FileURL> chosen;
     if (accepted && dialog && !dialog->selectedFiles().isEmpty()) {
-        chosen = FileURL::directory(QFile::encodeName(dialog->selectedFiles().first()).toStdString());
+        chosen =
+            FileURL::directory(QFile::encodeName(dialog->selectedFiles().first()).toStdString());
     }
     if (dialog) {
         dialog->deleteLater();
@@ -84,4 +82,4 @@ QCoro::Task<std::optional<FileURL>> FileDialogOpenPanel::chooseDirectory(OpenPan
     co_return chosen;
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -7,12 +7,10 @@
 class QFileDialog;
 class QWidget;
 
-namespace gruk
-{
+namespace gruk {
 
 /// The open panel as the desktop's own folder chooser, where its platform integration gives one.
-class FileDialogOpenPanel : public OpenPanel
-{
+class FileDialogOpenPanel : public OpenPanel {
 public:
     FileDialogOpenPanel();
     ~FileDialogOpenPanel() override;
@@ -28,4 +26,4 @@ private:
     QPointer<QFileDialog> open_;
 };
 
-} // namespace gruk
+}  // namespace gruk

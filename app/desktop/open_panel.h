@@ -7,8 +7,7 @@
 
 #include "platform/foundation/file_url.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// What an open panel says and where it opens.
 struct OpenPanelRequest {
@@ -23,8 +22,7 @@ struct OpenPanelRequest {
 };
 
 /// The desktop's way to let the user choose one folder. Main thread only.
-class OpenPanel
-{
+class OpenPanel {
 public:
     virtual ~OpenPanel() = default;
 
@@ -35,4 +33,4 @@ public:
     chooseDirectory(OpenPanelRequest request) = 0;
 };
 
-} // namespace gruk
+}  // namespace gruk

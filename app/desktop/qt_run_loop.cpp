@@ -6,14 +6,11 @@
 #include <QEvent>
 #include <QTimer>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
-class QtTimer final : public RunLoop::Timer
-{
+class QtTimer final : public RunLoop::Timer {
 public:
     enum class Repeats { once, forever };
 
@@ -42,7 +39,7 @@ private:
     std::shared_ptr<std::function<void()>> function_;
 };
 
-} // namespace
+}  // namespace
 
 QtRunLoop::QtRunLoop() = default;
 
@@ -109,4 +106,4 @@ void QtRunLoop::runPosted()
     }
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -7,14 +7,12 @@
 
 #include "platform/events/run_loop.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// The run loop over the toolkit's event loop. Create and destroy it on the main thread, before
 /// respectively after everything that posts to it. What was posted and never ran is let go of at
 /// its end.
-class QtRunLoop final : public QObject, public RunLoop
-{
+class QtRunLoop final : public QObject, public RunLoop {
 public:
     QtRunLoop();
     ~QtRunLoop() override;
@@ -36,4 +34,4 @@ private:
     std::deque<std::function<void()>> posted_;
 };
 
-} // namespace gruk
+}  // namespace gruk

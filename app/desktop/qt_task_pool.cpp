@@ -5,15 +5,13 @@
 
 #include <QtConcurrentRun>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr int fewestThreads = 4;
 
-} // namespace
+}  // namespace
 
 QtTaskPool::QtTaskPool()
 {
@@ -36,4 +34,4 @@ bool QtTaskPool::waitForDone(std::chrono::milliseconds limit)
     return threads_.waitForDone(static_cast<int>(limit.count()));
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -6,13 +6,11 @@
 
 #include "app/model/task_pool.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// The application's pool of threads. Enough of them that one walk, one load and one look at a
 /// disk that does not answer never hold each other up.
-class QtTaskPool final : public TaskPool
-{
+class QtTaskPool final : public TaskPool {
 public:
     QtTaskPool();
 
@@ -28,4 +26,4 @@ private:
     QThreadPool threads_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -8,11 +8,9 @@
 
 #include <QSocketNotifier>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
@@ -25,10 +23,9 @@ extern "C" void noteSignal(int)
     [[maybe_unused]] const auto written = ::write(wakeDescriptor, &one, sizeof one);
 }
 
-} // namespace
+}  // namespace
 
-class TerminationSignals::Impl
-{
+class TerminationSignals::Impl {
 public:
     explicit Impl(std::function<void()> onSignal)
         : descriptor_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
@@ -42,8 +39,7 @@ public:
                              }
                          });
         wakeDescriptor = descriptor_;
-        struct sigaction action {
-        };
+        struct sigaction action {};
         action.sa_handler = noteSignal;
         // The next one of the kind takes its usual course.
         action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
@@ -76,4 +72,4 @@ TerminationSignals::TerminationSignals(std::function<void()> onSignal)
 
 TerminationSignals::~TerminationSignals() = default;
 
-} // namespace gruk
+}  // namespace gruk

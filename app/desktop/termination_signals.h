@@ -3,14 +3,12 @@
 #include <functional>
 #include <memory>
 
-namespace gruk
-{
+namespace gruk {
 
 /// Turns the signals that ask a process to end (SIGINT, SIGTERM, SIGHUP) into one call on the main
 /// thread, so that the program ends in order. A second signal of the kind ends it at once. One
 /// object in a process, on the main thread, within the life of the application object.
-class TerminationSignals
-{
+class TerminationSignals {
 public:
     explicit TerminationSignals(std::function<void()> onSignal);
     ~TerminationSignals();
@@ -22,4 +20,4 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -12,11 +12,9 @@
 #include "platform/files/known_folders.h"
 #include "platform/files/metadata.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 /// `given`, or what `makeDefault` makes when there is none.
 template <typename T, typename Default>
@@ -40,7 +38,7 @@ std::vector<FileURL> missingAmong(const std::vector<FileURL>& urls)
     return missing;
 }
 
-} // namespace
+}  // namespace
 
 FileURL applicationDirectory()
 {
@@ -49,8 +47,8 @@ FileURL applicationDirectory()
 }
 
 AppModel::AppModel(Collaborators collaborators)
-    : runLoop_(orDefault(std::move(collaborators.runLoop),
-                         [] { return std::make_shared<QtRunLoop>(); })),
+    : runLoop_(
+        orDefault(std::move(collaborators.runLoop), [] { return std::make_shared<QtRunLoop>(); })),
       taskPool_(orDefault(std::move(collaborators.taskPool),
                           [] { return std::make_shared<QtTaskPool>(); })),
       openPanel_(orDefault(std::move(collaborators.openPanel),
@@ -185,4 +183,4 @@ void AppModel::discard(std::shared_ptr<const void> value)
     }
 }
 
-} // namespace gruk
+}  // namespace gruk

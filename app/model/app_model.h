@@ -20,8 +20,7 @@
 #include "core/patrol/snapshot_store.h"
 #include "platform/events/run_loop.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// The one object that joins the core to the screens: every state that they show, and every
 /// operation that they ask for. It knows no widget.
@@ -29,21 +28,20 @@ namespace gruk
 /// Every observable field has a getter and a `…Changed` signal, emitted at each assignment. Main
 /// thread only; long work runs on the task pool and comes back through the run loop. It may be
 /// destroyed at any time: work that still runs is told to stop and its result is dropped.
-class AppModel : public QObject
-{
+class AppModel : public QObject {
     Q_OBJECT
 
 public:
     /// What the model works with. Every empty one is replaced by the live default.
     struct Collaborators {
-        std::shared_ptr<GrantStore> grantStore;
-        std::shared_ptr<SnapshotScanner> snapshotScanner;
-        std::shared_ptr<SnapshotStore> snapshotStore;
-        std::shared_ptr<RunLoop> runLoop;
-        std::shared_ptr<TaskPool> taskPool;
-        std::shared_ptr<OpenPanel> openPanel;
+        std::shared_ptr<GrantStore> grantStore = {};
+        std::shared_ptr<SnapshotScanner> snapshotScanner = {};
+        std::shared_ptr<SnapshotStore> snapshotStore = {};
+        std::shared_ptr<RunLoop> runLoop = {};
+        std::shared_ptr<TaskPool> taskPool = {};
+        std::shared_ptr<OpenPanel> openPanel = {};
         /// Writes one line to the system's log, on the main thread.
-        std::function<void(const std::string& line)> log;
+        std::function<void(const std::string& line)> log = {};
     };
 
     explicit AppModel(Collaborators collaborators = {});
@@ -53,7 +51,10 @@ public:
     [[nodiscard]] const std::vector<Grant>& grants() const { return grants_; }
     /// The selected realm's root, standardised, naming a directory; none when none is selected.
     [[nodiscard]] const std::optional<FileURL>& activeRootURL() const { return activeRootURL_; }
-    [[nodiscard]] const std::shared_ptr<ScopedAccess>& activeAccess() const { return activeAccess_; }
+    [[nodiscard]] const std::shared_ptr<ScopedAccess>& activeAccess() const
+    {
+        return activeAccess_;
+    }
     /// Whether the grant's own directory is at its place and can be opened for a patrol.
     [[nodiscard]] bool isConnected(const Grant& grant) const;
 
@@ -88,7 +89,10 @@ public:
     {
         return patrolProgress_;
     }
-    [[nodiscard]] const std::shared_ptr<ScopedAccess>& patrolAccess() const { return patrolAccess_; }
+    [[nodiscard]] const std::shared_ptr<ScopedAccess>& patrolAccess() const
+    {
+        return patrolAccess_;
+    }
 
     // What happened, and what did not.
     [[nodiscard]] const std::optional<std::string>& lastActionMessage() const
@@ -206,4 +210,4 @@ private:
 /// directory when there is none.
 [[nodiscard]] FileURL applicationDirectory();
 
-} // namespace gruk
+}  // namespace gruk

@@ -6,11 +6,9 @@
 #include "app/model/model_copy.h"
 #include "platform/foundation/errors.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 OpenPanelRequest panelRequest(std::optional<FileURL> startingDirectory)
 {
@@ -18,7 +16,7 @@ OpenPanelRequest panelRequest(std::optional<FileURL> startingDirectory)
             std::move(startingDirectory)};
 }
 
-} // namespace
+}  // namespace
 
 QCoro::Task<> AppModel::grantRealm()
 {
@@ -57,7 +55,7 @@ QCoro::Task<> AppModel::regrantRealm(Grant grant)
             rereadGrants();
             co_return;
         }
-    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the user is asked instead
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the user is asked instead
     }
     const std::optional<FileURL> chosen =
         co_await openPanel_->chooseDirectory(panelRequest(FileURL::directory(grant.path)));
@@ -100,4 +98,4 @@ void AppModel::rereadGrants()
     assign(territoriesAreStale_, true, &AppModel::territoriesAreStaleChanged);
 }
 
-} // namespace gruk
+}  // namespace gruk

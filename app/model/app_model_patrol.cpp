@@ -6,8 +6,7 @@
 #include "app/model/background.h"
 #include "app/model/model_copy.h"
 
-namespace gruk
-{
+namespace gruk {
 
 std::shared_ptr<ScopedAccess> AppModel::accessForPatrol(const FileURL& url) const
 {
@@ -38,8 +37,8 @@ QCoro::Task<> AppModel::patrolActiveRealm()
     co_await runPatrol(url, std::move(access));
 }
 
-QCoro::Task<std::optional<std::int64_t>>
-AppModel::runPatrol(FileURL url, std::shared_ptr<ScopedAccess> access)
+QCoro::Task<std::optional<std::int64_t>> AppModel::runPatrol(FileURL url,
+                                                             std::shared_ptr<ScopedAccess> access)
 {
     if (isPatrolling_) {
         co_return std::optional<std::int64_t>();
@@ -64,8 +63,7 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::patrolTaskBody(FileURL url, s
     const QPointer<AppModel> self = this;
     std::function<RealmFigures()> patrol = [url, stop, progress = progressHandler(),
                                             scanner = snapshotScanner_, store = snapshotStore_] {
-        return RealmFigures(
-            PatrolCoordinator::patrol(url, *scanner, *store, progress, stop));
+        return RealmFigures(PatrolCoordinator::patrol(url, *scanner, *store, progress, stop));
     };
     std::optional<std::int64_t> findings;
     try {
@@ -139,4 +137,4 @@ void AppModel::cancelPatrol()
     }
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -13,13 +13,11 @@
 #include "platform/events/run_loop.h"
 #include "platform/foundation/errors.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// Resumes one waiting coroutine exactly once: when told to, or when the last holder lets go of it
 /// untold, so that no coroutine waits for ever for work that nobody will do.
-class Resumption
-{
+class Resumption {
 public:
     explicit Resumption(std::coroutine_handle<> waiting) : waiting_(waiting) {}
     ~Resumption() { resume(); }
@@ -44,8 +42,7 @@ private:
 /// The coroutine goes on through the run loop, after everything posted before the work ended, with
 /// the result or the exception of the work; with `CancelledError` when pool or loop ended first.
 template <typename Result>
-class BackgroundWork
-{
+class BackgroundWork {
 public:
     BackgroundWork(std::shared_ptr<TaskPool> pool, std::shared_ptr<RunLoop> loop,
                    std::function<Result()> work)
@@ -103,4 +100,4 @@ template <typename Result>
     return {std::move(pool), std::move(loop), std::move(work)};
 }
 
-} // namespace gruk
+}  // namespace gruk

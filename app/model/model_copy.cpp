@@ -2,8 +2,7 @@
 
 #include "platform/foundation/utf8.h"
 
-namespace gruk::ModelCopy
-{
+namespace gruk::ModelCopy {
 
 std::string firstPatrolComplete(std::string_view name)
 {
@@ -32,4 +31,4 @@ std::string regrantFailedLog(std::string_view path, std::string_view error)
     return "Gruk: failed to re-grant access to " + displayText(path) + ": " + displayText(error);
 }
 
-} // namespace gruk::ModelCopy
+}  // namespace gruk::ModelCopy

@@ -9,8 +9,7 @@
 
 /// The sentences of the model: what happened, what did not, and what goes to the system's log.
 /// UTF-8; names that are not are written for the eye.
-namespace gruk::ModelCopy
-{
+namespace gruk::ModelCopy {
 
 /// What the open panel of a grant says.
 inline constexpr std::string_view openPanelMessage =
@@ -19,8 +18,7 @@ inline constexpr std::string_view grantAccessPrompt = "Grant Access";
 
 inline constexpr std::string_view noAccessToPatrol =
     "Gruk no longer has access to this location. Grant access again to patrol it.";
-inline constexpr std::string_view patrolStopped =
-    "Patrol stopped. No partial snapshot was saved.";
+inline constexpr std::string_view patrolStopped = "Patrol stopped. No partial snapshot was saved.";
 
 /// Of the realm called `name`: whether there was a snapshot before, and how many paths changed.
 [[nodiscard]] std::string firstPatrolComplete(std::string_view name);
@@ -30,4 +28,4 @@ inline constexpr std::string_view patrolStopped =
 [[nodiscard]] std::string grantFailedLog(std::string_view path, std::string_view error);
 [[nodiscard]] std::string regrantFailedLog(std::string_view path, std::string_view error);
 
-} // namespace gruk::ModelCopy
+}  // namespace gruk::ModelCopy

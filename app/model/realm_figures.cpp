@@ -5,11 +5,9 @@
 
 #include "core/patrol/realm_insights.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 bool isTopLevel(const SnapshotDelta& delta)
 {
@@ -37,7 +35,7 @@ void addSums(RealmFigures& figures)
     }
 }
 
-} // namespace
+}  // namespace
 
 RealmFigures::RealmFigures()
     : deltas(std::make_shared<const std::vector<SnapshotDelta>>()),
@@ -70,12 +68,13 @@ std::vector<SnapshotDelta> topLevelChanges(const std::vector<SnapshotDelta>& top
                                            const RemovedBytesByPath& removals)
 {
     std::vector<SnapshotDelta> changes;
-    std::copy_if(topLevelDeltas.begin(), topLevelDeltas.end(), std::back_inserter(changes),
-                 [&](const SnapshotDelta& delta) { return !removals.contains(delta.relativePath); });
+    std::copy_if(
+        topLevelDeltas.begin(), topLevelDeltas.end(), std::back_inserter(changes),
+        [&](const SnapshotDelta& delta) { return !removals.contains(delta.relativePath); });
     std::vector<SnapshotDelta> removed = LiveRemovals::removedDeltas(removals);
     std::move(removed.begin(), removed.end(), std::back_inserter(changes));
     std::stable_sort(changes.begin(), changes.end(), standsBefore);
     return changes;
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -8,8 +8,7 @@
 #include "core/patrol/patrol_coordinator.h"
 #include "core/patrol/realm_history.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// Everything that the screens show of one realm, put together away from the main thread, with
 /// the sums that would take too long to make there. Large parts are shared and never change.
@@ -46,4 +45,4 @@ inline constexpr std::size_t topLevelChangeLimit = 8;
 topLevelChanges(const std::vector<SnapshotDelta>& topLevelDeltas,
                 const RemovedBytesByPath& removals);
 
-} // namespace gruk
+}  // namespace gruk

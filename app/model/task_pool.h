@@ -2,13 +2,11 @@
 
 #include <functional>
 
-namespace gruk
-{
+namespace gruk {
 
 /// Where long work runs, away from the main thread. The application's is a pool of threads; tests
 /// use one that runs each piece when told to.
-class TaskPool
-{
+class TaskPool {
 public:
     virtual ~TaskPool() = default;
 
@@ -18,4 +16,4 @@ public:
     virtual void start(std::function<void()> work) = 0;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -9,11 +9,9 @@
 #include "app/theme/text.h"
 #include "core/patrol/byte_format.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 /// The change as a word, for whoever does not see its symbol.
 QString changeWord(SnapshotDelta::Change change)
@@ -22,7 +20,7 @@ QString changeWord(SnapshotDelta::Change change)
                              static_cast<qsizetype>(rawString(change).size()));
 }
 
-} // namespace
+}  // namespace
 
 ChangesSection::ChangesSection(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model), theme_(theme), none_(new Label(theme, TextStyle::body)),
@@ -82,4 +80,4 @@ QWidget* ChangesSection::makeRow(const SnapshotDelta& delta) const
     return row;
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -7,12 +7,10 @@
 
 class QVBoxLayout;
 
-namespace gruk
-{
+namespace gruk {
 
 /// What changed at the top level since the patrol before.
-class ChangesSection : public QWidget
-{
+class ChangesSection : public QWidget {
     Q_OBJECT
 
 public:
@@ -28,4 +26,4 @@ private:
     QVBoxLayout* rows_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-namespace gruk
-{
+namespace gruk {
 
 void FindingsGeometry::reset(std::size_t count)
 {
@@ -53,4 +52,4 @@ std::size_t FindingsGeometry::rowAt(int y) const
     return low;
 }
 
-} // namespace gruk
+}  // namespace gruk

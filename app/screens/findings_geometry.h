@@ -3,12 +3,10 @@
 #include <cstddef>
 #include <map>
 
-namespace gruk
-{
+namespace gruk {
 
 /// Where the rows of a long list stand: all of one height but for a few that are open. Pure.
-class FindingsGeometry
-{
+class FindingsGeometry {
 public:
     explicit FindingsGeometry(int rowHeight) : rowHeight_(rowHeight) {}
 
@@ -35,4 +33,4 @@ private:
     std::map<std::size_t, int> extras_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -8,11 +8,9 @@
 #include "app/theme/text.h"
 #include "core/patrol/patrol_copy.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 Label* paragraph(Theme& theme, TextStyle style, const QString& text = {})
 {
@@ -41,7 +39,7 @@ QVBoxLayout* columnIn(QWidget* card)
     return column;
 }
 
-} // namespace
+}  // namespace
 
 FirstRunPanel::FirstRunPanel(AppModel& model, Theme& theme, QWidget* parent)
     : Card(theme, Measure::cardPadding, parent)
@@ -52,8 +50,8 @@ FirstRunPanel::FirstRunPanel(AppModel& model, Theme& theme, QWidget* parent)
                        "saved as a misleading snapshot."));
     note->setColour(Role::ink, Strength::quiet);
     QVBoxLayout* column = columnIn(this);
-    column->addWidget(paragraph(theme, TextStyle::sectionTitle,
-                                QStringLiteral("First, Gruk needs a map")));
+    column->addWidget(
+        paragraph(theme, TextStyle::sectionTitle, QStringLiteral("First, Gruk needs a map")));
     column->addWidget(paragraph(
         theme, TextStyle::body,
         QStringLiteral("The first patrol looks for what it can already tell you about — duplicate "
@@ -75,8 +73,7 @@ BaselineNote::BaselineNote(AppModel& model, Theme& theme, QWidget* parent)
 {
     auto* headline = paragraph(theme, TextStyle::body);
     QVBoxLayout* column = columnIn(this);
-    column->addWidget(
-        paragraph(theme, TextStyle::lead, QStringLiteral("First patrol complete.")));
+    column->addWidget(paragraph(theme, TextStyle::lead, QStringLiteral("First patrol complete.")));
     column->addWidget(headline);
     column->addLayout(withSymbol(
         theme, Icon::map,
@@ -101,4 +98,4 @@ BaselineNote::BaselineNote(AppModel& model, Theme& theme, QWidget* parent)
     showModel();
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -13,15 +13,13 @@
 #include "core/patrol/byte_format.h"
 #include "core/patrol/live_removals.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr std::size_t shownAtFirst = 5;
 
-} // namespace
+}  // namespace
 
 HeavySection::HeavySection(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model), theme_(theme), introduction_(sectionNote(theme, {})),
@@ -99,4 +97,4 @@ QWidget* HeavySection::makeRow(const HeavyItem& item) const
     return row;
 }
 
-} // namespace gruk
+}  // namespace gruk

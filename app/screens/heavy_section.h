@@ -8,12 +8,10 @@
 
 class QVBoxLayout;
 
-namespace gruk
-{
+namespace gruk {
 
 /// "The big stuff": the heaviest items, the first few or all of them.
-class HeavySection : public QWidget
-{
+class HeavySection : public QWidget {
     Q_OBJECT
 
 public:
@@ -31,4 +29,4 @@ private:
     bool expandedHeavyItems_ = false;
 };
 
-} // namespace gruk
+}  // namespace gruk

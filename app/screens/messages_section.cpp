@@ -6,18 +6,16 @@
 #include "app/theme/text.h"
 #include "core/patrol/patrol_copy.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 QString textOf(const std::optional<std::string>& message)
 {
     return message ? displayString(*message) : QString();
 }
 
-} // namespace
+}  // namespace
 
 MessagesSection::MessagesSection(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model), coverage_(new StatusBanner(theme, Role::yellow, Icon::eye)),
@@ -54,4 +52,4 @@ void MessagesSection::showModel()
     setVisible(coverage || model_.errorMessage() || model_.lastActionMessage());
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -5,12 +5,10 @@
 #include "app/model/app_model.h"
 #include "app/theme/card.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// What the last patrol could not see, what did not work, and what happened, in this order.
-class MessagesSection : public QWidget
-{
+class MessagesSection : public QWidget {
     Q_OBJECT
 
 public:
@@ -25,4 +23,4 @@ private:
     StatusBanner* action_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -7,16 +7,14 @@
 
 #include "app/theme/card_painter.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr double barWidth = 28;
 constexpr double barHeight = 3;
 
-} // namespace
+}  // namespace
 
 MetricCard::MetricCard(Theme& theme, const QString& eyebrow, Role colour, QWidget* parent)
     : Card(theme, Measure::cardPadding, parent), colour_(colour), eyebrowText_(eyebrow),
@@ -78,4 +76,4 @@ void MetricCard::paintEvent(QPaintEvent* event)
                      theme().colour(colour_));
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -6,12 +6,10 @@
 
 class QStackedLayout;
 
-namespace gruk
-{
+namespace gruk {
 
 /// One of a page's figures: what it is, the figure, what it counts.
-class MetricCard : public Card
-{
+class MetricCard : public Card {
     Q_OBJECT
 
 public:
@@ -34,4 +32,4 @@ private:
     QStackedLayout* places_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -8,8 +8,7 @@
 #include "core/patrol/byte_format.h"
 #include "core/patrol/live_removals.h"
 
-namespace gruk
-{
+namespace gruk {
 
 MetricsRow::MetricsRow(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model),
@@ -36,21 +35,21 @@ MetricsRow::MetricsRow(AppModel& model, Theme& theme, QWidget* parent)
 
 void MetricsRow::resizeEvent(QResizeEvent* event)
 {
-    layout_->setDirection(event->size().width() < Measure::stackingWidth
-                              ? QBoxLayout::TopToBottom
-                              : QBoxLayout::LeftToRight);
+    layout_->setDirection(event->size().width() < Measure::stackingWidth ? QBoxLayout::TopToBottom
+                                                                         : QBoxLayout::LeftToRight);
     QWidget::resizeEvent(event);
 }
 
 void MetricsRow::showModel()
 {
-    const Bytes total = LiveRemovals::adjustedTotal(model_.latestTotalBytes(),
-                                                    model_.liveRemovedBytesByPath());
+    const Bytes total =
+        LiveRemovals::adjustedTotal(model_.latestTotalBytes(), model_.liveRemovedBytesByPath());
     mapped_->setFigure(QString::fromStdString(ByteFormat::string(total)),
                        QStringLiteral("allocated in this realm"));
     if (model_.previousSnapshot()) {
-        change_->setFigure(QString::fromStdString(ByteFormat::signedString(model_.netChangeBytes())),
-                           QStringLiteral("net allocated change"));
+        change_->setFigure(
+            QString::fromStdString(ByteFormat::signedString(model_.netChangeBytes())),
+            QStringLiteral("net allocated change"));
     } else {
         change_->setFigure(QStringLiteral("Baseline"),
                            QStringLiteral("comparison starts next time"));
@@ -62,4 +61,4 @@ void MetricsRow::showModel()
     }
 }
 
-} // namespace gruk
+}  // namespace gruk

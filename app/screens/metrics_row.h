@@ -7,12 +7,10 @@
 
 class QBoxLayout;
 
-namespace gruk
-{
+namespace gruk {
 
 /// The three figures of a realm, side by side, or stacked where the page is narrow.
-class MetricsRow : public QWidget
-{
+class MetricsRow : public QWidget {
     Q_OBJECT
 
 public:
@@ -31,4 +29,4 @@ private:
     QBoxLayout* layout_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -8,13 +8,12 @@
 #include "app/theme/card.h"
 #include "app/theme/work_mark.h"
 
-namespace gruk
-{
+namespace gruk {
 
 PatrolBar::PatrolBar(AppModel& model, Theme& theme, QWidget* parent)
-    : QWidget(parent), model_(model),
-      start_(new Button(theme, Button::Kind::primary, QString())), running_(new Card(theme)),
-      elsewhere_(new Card(theme)), elsewhereLine_(new Label(theme, TextStyle::bodyStrong)),
+    : QWidget(parent), model_(model), start_(new Button(theme, Button::Kind::primary, QString())),
+      running_(new Card(theme)), elsewhere_(new Card(theme)),
+      elsewhereLine_(new Label(theme, TextStyle::bodyStrong)),
       elsewhereNote_(new Label(theme, TextStyle::detail))
 {
     start_->setSymbol(Icon::hiking);
@@ -96,4 +95,4 @@ void PatrolBar::showProgress()
     }
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -6,12 +6,10 @@
 #include "app/theme/button.h"
 #include "app/theme/label.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// The page's one action, and in its place what runs: this realm's patrol, or another's.
-class PatrolBar : public QWidget
-{
+class PatrolBar : public QWidget {
     Q_OBJECT
 
 public:
@@ -32,4 +30,4 @@ private:
     Label* elsewhereNote_;
 };
 
-} // namespace gruk
+}  // namespace gruk

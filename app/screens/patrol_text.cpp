@@ -8,11 +8,9 @@
 #include "app/theme/text.h"
 #include "core/patrol/byte_format.h"
 
-namespace gruk::PatrolText
-{
+namespace gruk::PatrolText {
 
-namespace
-{
+namespace {
 
 constexpr std::int64_t longUntouchedDays = 90;
 constexpr std::int64_t daysAMonth = 30;
@@ -32,7 +30,7 @@ QString count(const std::optional<PatrolProgress>& progress)
     return groupedNumber(progress ? progress->pathsScanned : 0);
 }
 
-} // namespace
+}  // namespace
 
 QString lastPatrolled(const ScanSnapshot* latest)
 {
@@ -106,4 +104,4 @@ QString heavyIntroduction(Bytes total)
         .arg(bytesText(total));
 }
 
-} // namespace gruk::PatrolText
+}  // namespace gruk::PatrolText

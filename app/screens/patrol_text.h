@@ -11,8 +11,7 @@
 #include "core/patrol/scan_snapshot.h"
 
 /// What the patrol page puts into words. Pure; UTF-8 that is not becomes U+FFFD.
-namespace gruk::PatrolText
-{
+namespace gruk::PatrolText {
 
 /// "Last patrolled {date}", or that there was none. The date is in the local time of the user.
 [[nodiscard]] QString lastPatrolled(const ScanSnapshot* latest);
@@ -34,4 +33,4 @@ namespace gruk::PatrolText
 /// The line under "The big stuff".
 [[nodiscard]] QString heavyIntroduction(Bytes total);
 
-} // namespace gruk::PatrolText
+}  // namespace gruk::PatrolText

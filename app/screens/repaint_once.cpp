@@ -4,8 +4,7 @@
 
 #include <QMetaObject>
 
-namespace gruk
-{
+namespace gruk {
 
 RepaintOnce::RepaintOnce(std::function<void()> repaint, QObject* parent)
     : QObject(parent), repaint_(std::move(repaint))
@@ -27,4 +26,4 @@ void RepaintOnce::request()
         Qt::QueuedConnection);
 }
 
-} // namespace gruk
+}  // namespace gruk

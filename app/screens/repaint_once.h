@@ -4,13 +4,11 @@
 
 #include <QObject>
 
-namespace gruk
-{
+namespace gruk {
 
 /// Gathers a burst of changes into one call, made once the event loop is back in charge, so that a
 /// screen whose model assigns ten fields is rebuilt once.
-class RepaintOnce : public QObject
-{
+class RepaintOnce : public QObject {
     Q_OBJECT
 
 public:
@@ -30,4 +28,4 @@ private:
     bool isRequested_ = false;
 };
 
-} // namespace gruk
+}  // namespace gruk

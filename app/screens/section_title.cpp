@@ -4,8 +4,7 @@
 
 #include <QLayout>
 
-namespace gruk
-{
+namespace gruk {
 
 Label* sectionTitle(Theme& theme, const QString& text)
 {
@@ -33,4 +32,4 @@ void removeRows(QLayout& layout)
     }
 }
 
-} // namespace gruk
+}  // namespace gruk

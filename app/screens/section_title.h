@@ -6,8 +6,7 @@
 
 class QLayout;
 
-namespace gruk
-{
+namespace gruk {
 
 /// The title of a section of a page.
 [[nodiscard]] Label* sectionTitle(Theme& theme, const QString& text);
@@ -18,4 +17,4 @@ namespace gruk
 /// Takes every widget out of a layout; they end when the event loop is back in charge.
 void removeRows(QLayout& layout);
 
-} // namespace gruk
+}  // namespace gruk

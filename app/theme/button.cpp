@@ -5,17 +5,15 @@
 
 #include "app/theme/card_painter.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr double pressScale = 0.97;
 constexpr double pressOffset = 1.5;
 constexpr double outlineWidth = 1.2;
 
-} // namespace
+}  // namespace
 
 void applyPress(QPainter& painter, const QRectF& bounds)
 {
@@ -95,8 +93,7 @@ void Button::paintGround(QPainter& painter, const QRectF& body) const
         const QColor ground = theme_.colour(Role::fernDark);
         painter.fillPath(shape, underMouse() ? ground.lighter(108) : ground);
     } else {
-        painter.fillPath(shape,
-                         theme_.colour(underMouse() ? Role::paperInset : Role::paperCard));
+        painter.fillPath(shape, theme_.colour(underMouse() ? Role::paperInset : Role::paperCard));
         painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
     }
 }
@@ -107,9 +104,8 @@ void Button::paintContent(QPainter& painter, const QRectF& body) const
     const double textWidth = fontMetrics().horizontalAdvance(text());
     double left = body.center().x() - (iconWidth + textWidth) / 2;
     if (symbol_) {
-        const QPixmap icon =
-            iconPixmap(*symbol_, textColour(), Measure::smallIconSize, devicePixelRatioF());
-        painter.drawPixmap(QPointF(left, body.center().y() - Measure::smallIconSize / 2.0), icon);
+        drawIcon(painter, QPointF(left, body.center().y() - Measure::smallIconSize / 2.0), *symbol_,
+                 textColour(), Measure::smallIconSize);
         left += iconWidth;
     }
     QFont textFont = font();
@@ -141,8 +137,8 @@ void Button::leaveEvent(QEvent* event)
     update();
 }
 
-DisclosureButton::DisclosureButton(Theme& theme, const QString& closedText,
-                                   const QString& openText, QWidget* parent)
+DisclosureButton::DisclosureButton(Theme& theme, const QString& closedText, const QString& openText,
+                                   QWidget* parent)
     : Button(theme, Kind::link, closedText, parent), closedText_(closedText), openText_(openText)
 {
     setCheckable(true);
@@ -156,4 +152,4 @@ void DisclosureButton::showState()
     setSymbol(isOpen() ? Icon::chevronDown : Icon::chevronRight);
 }
 
-} // namespace gruk
+}  // namespace gruk

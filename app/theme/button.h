@@ -7,12 +7,10 @@
 #include "app/theme/icons.h"
 #include "app/theme/theme.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// A button with the press of the house. Return and Space press it.
-class Button : public QPushButton
-{
+class Button : public QPushButton {
     Q_OBJECT
 
 public:
@@ -51,8 +49,7 @@ private:
 };
 
 /// A link with a chevron that opens and closes what stands under it.
-class DisclosureButton : public Button
-{
+class DisclosureButton : public Button {
     Q_OBJECT
 
 public:
@@ -72,4 +69,4 @@ private:
 /// Scales and moves `painter` as everything that is pressed is, about the middle of `bounds`.
 void applyPress(QPainter& painter, const QRectF& bounds);
 
-} // namespace gruk
+}  // namespace gruk

@@ -6,8 +6,7 @@
 #include "app/theme/card_painter.h"
 #include "app/theme/label.h"
 
-namespace gruk
-{
+namespace gruk {
 
 Card::Card(Theme& theme, int padding, QWidget* parent) : QWidget(parent), theme_(theme)
 {
@@ -53,4 +52,4 @@ void StatusBanner::paintEvent(QPaintEvent* event)
     painter.fillPath(cutPath(body, cardCorners), theme().colour(colour_));
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -2,15 +2,16 @@
 
 #include <QWidget>
 
+#include "app/theme/icons.h"
 #include "app/theme/theme.h"
 
-namespace gruk
-{
+namespace gruk {
+
+class Label;
 
 /// A card that lies on the paper. Lay its content out in it: its margins leave room for padding
 /// and shadow.
-class Card : public QWidget
-{
+class Card : public QWidget {
     Q_OBJECT
 
 public:
@@ -26,8 +27,7 @@ private:
 };
 
 /// A card with one sentence that wraps, an icon, and a bar of its colour at the left.
-class StatusBanner : public Card
-{
+class StatusBanner : public Card {
     Q_OBJECT
 
 public:
@@ -41,7 +41,7 @@ protected:
 
 private:
     Role colour_;
-    class Label* message_;
+    Label* message_;
 };
 
-} // namespace gruk
+}  // namespace gruk

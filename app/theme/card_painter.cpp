@@ -4,11 +4,9 @@
 
 #include <QPainter>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr double outlineWidth = 1.2;
 constexpr double miterLimit = 10;
@@ -31,7 +29,7 @@ double shrinkToFit(const QRectF& bounds, const Corners& c)
     return scale;
 }
 
-} // namespace
+}  // namespace
 
 QPainterPath cutPath(const QRectF& bounds, const Corners& corners)
 {
@@ -81,4 +79,4 @@ void paintCard(QPainter& painter, const QRectF& bounds, const Theme& theme)
     painter.restore();
 }
 
-} // namespace gruk
+}  // namespace gruk

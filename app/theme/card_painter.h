@@ -6,8 +6,7 @@
 
 class QPainter;
 
-namespace gruk
-{
+namespace gruk {
 
 /// The radii of four corners.
 struct Corners {
@@ -31,4 +30,4 @@ inline constexpr Corners buttonCorners = {12, 9, 13, 8};
 /// A card that fills `bounds` with its hard shadow.
 void paintCard(QPainter& painter, const QRectF& bounds, const Theme& theme);
 
-} // namespace gruk
+}  // namespace gruk

@@ -7,17 +7,14 @@
 
 #include "app/theme/card_painter.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr int margin = Measure::focusGap + Measure::focusRing;
 
 /// Tells the frame how far outside its widget it lies.
-class RingStyle : public QProxyStyle
-{
+class RingStyle : public QProxyStyle {
 public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option,
                     const QWidget* widget) const override
@@ -42,7 +39,7 @@ bool comesFromTheKeyboard(Qt::FocusReason reason)
            || reason == Qt::ShortcutFocusReason;
 }
 
-} // namespace
+}  // namespace
 
 FocusRing::FocusRing(Theme& theme, QWidget& window)
     : QFocusFrame(&window), theme_(theme), window_(window)
@@ -77,4 +74,4 @@ void FocusRing::paintEvent(QPaintEvent*)
                        QPen(theme_.colour(Role::blue), Measure::focusRing));
 }
 
-} // namespace gruk
+}  // namespace gruk

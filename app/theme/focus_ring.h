@@ -4,13 +4,11 @@
 
 #include "app/theme/theme.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// The ring around whatever has the focus in one window, shown when the keyboard brought the focus
 /// there and not when the pointer did.
-class FocusRing : public QFocusFrame
-{
+class FocusRing : public QFocusFrame {
     Q_OBJECT
 
 public:
@@ -26,4 +24,4 @@ private:
     QWidget& window_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -1,16 +1,17 @@
 #include "app/theme/icons.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include <QPainter>
+#include <QPixmap>
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 /// What stands inside each drawing, in the order of the cases.
 constexpr std::array drawings = {
@@ -91,7 +92,7 @@ QByteArray svg(Icon icon, const QColor& colour)
     return text;
 }
 
-} // namespace
+}  // namespace
 
 Icon iconFor(SnapshotDelta::Change change)
 {
@@ -150,25 +151,31 @@ Icon iconFor(FileKind kind)
     return Icon::item;
 }
 
-QPixmap iconPixmap(Icon icon, const QColor& colour, int size, double ratio)
+double pixelRatio(const QPainter& painter)
 {
+    constexpr double quarters = 4;
+    return std::max(1.0, std::ceil(painter.deviceTransform().m11() * quarters) / quarters);
+}
+
+void drawIcon(QPainter& painter, const QPointF& topLeft, Icon icon, const QColor& colour, int size)
+{
+    const double ratio = pixelRatio(painter);
     const QString key = QStringLiteral("gruk-icon-%1-%2-%3-%4")
                             .arg(static_cast<int>(icon))
                             .arg(colour.rgba(), 0, 16)
                             .arg(size)
                             .arg(ratio);
     QPixmap pixmap;
-    if (QPixmapCache::find(key, &pixmap)) {
-        return pixmap;
+    if (!QPixmapCache::find(key, &pixmap)) {
+        pixmap = QPixmap(QSizeF(size * ratio, size * ratio).toSize());
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(Qt::transparent);
+        QSvgRenderer renderer(svg(icon, colour));
+        QPainter drawing(&pixmap);
+        renderer.render(&drawing, QRectF(0, 0, size, size));
+        QPixmapCache::insert(key, pixmap);
     }
-    pixmap = QPixmap(QSizeF(size * ratio, size * ratio).toSize());
-    pixmap.setDevicePixelRatio(ratio);
-    pixmap.fill(Qt::transparent);
-    QSvgRenderer renderer(svg(icon, colour));
-    QPainter painter(&pixmap);
-    renderer.render(&painter, QRectF(0, 0, size, size));
-    QPixmapCache::insert(key, pixmap);
-    return pixmap;
+    painter.drawPixmap(topLeft, pixmap);
 }
 
-} // namespace gruk
+}  // namespace gruk

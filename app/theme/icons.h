@@ -3,14 +3,15 @@
 #include <cstdint>
 
 #include <QColor>
-#include <QPixmap>
+#include <QPointF>
 
 #include "core/patrol/file_kind.h"
 #include "core/patrol/review_finding.h"
 #include "core/patrol/snapshot_delta.h"
 
-namespace gruk
-{
+class QPainter;
+
+namespace gruk {
 
 /// The one set of icons, on a 24-pixel grid, stroke 1.75, without colours of their own.
 enum class Icon : std::uint8_t {
@@ -51,8 +52,12 @@ enum class Icon : std::uint8_t {
 [[nodiscard]] Icon iconFor(ReviewFinding::Reason reason);
 [[nodiscard]] Icon iconFor(FileKind kind);
 
-/// The icon drawn in one colour, `size` logical pixels square, for a screen of that ratio. Drawn
-/// once and kept by the toolkit's cache.
-[[nodiscard]] QPixmap iconPixmap(Icon icon, const QColor& colour, int size, double ratio);
+/// Draws the icon in one colour, `size` logical pixels square, as sharp as what `painter` draws on.
+/// Rendered once for each colour and size and kept by the toolkit's cache.
+void drawIcon(QPainter& painter, const QPointF& topLeft, Icon icon, const QColor& colour, int size);
 
-} // namespace gruk
+/// How many pixels of what `painter` draws on make a logical one, in quarters, at least 1. (Asked
+/// of the painter and not of a widget, which may be drawn into a picture.)
+[[nodiscard]] double pixelRatio(const QPainter& painter);
+
+}  // namespace gruk

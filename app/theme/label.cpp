@@ -4,8 +4,7 @@
 
 #include "app/theme/text.h"
 
-namespace gruk
-{
+namespace gruk {
 
 Label::Label(Theme& theme, TextStyle style, QWidget* parent) : QLabel(parent), theme_(theme)
 {
@@ -83,8 +82,7 @@ void IconLabel::setColour(Role role, double opacity)
 void IconLabel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.drawPixmap(
-        0, 0, iconPixmap(icon_, theme_.colour(role_, opacity_), width(), devicePixelRatioF()));
+    drawIcon(painter, {}, icon_, theme_.colour(role_, opacity_), width());
 }
 
-} // namespace gruk
+}  // namespace gruk

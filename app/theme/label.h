@@ -5,12 +5,10 @@
 #include "app/theme/icons.h"
 #include "app/theme/theme.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// Plain text in one of the theme's fonts and colours. Never takes markup.
-class Label : public QLabel
-{
+class Label : public QLabel {
     Q_OBJECT
 
 public:
@@ -31,8 +29,7 @@ private:
 
 /// One line of text that gives way: elided where it does not fit, whole in its tooltip and to
 /// assistive technology.
-class ElidedLabel : public Label
-{
+class ElidedLabel : public Label {
     Q_OBJECT
 
 public:
@@ -51,8 +48,7 @@ private:
 };
 
 /// One icon. Decoration: what it means stands beside it in words.
-class IconLabel : public QWidget
-{
+class IconLabel : public QWidget {
     Q_OBJECT
 
 public:
@@ -71,4 +67,4 @@ private:
     double opacity_ = Strength::full;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -1,8 +1,7 @@
 #pragma once
 
 /// The few lengths of the window, in logical pixels. Screens name these and no figures.
-namespace gruk::Measure
-{
+namespace gruk::Measure {
 
 /// The steps of space.
 inline constexpr int hair = 4;
@@ -43,11 +42,10 @@ inline constexpr int smallestWindowHeight = 480;
 inline constexpr int figureWidth = 96;
 inline constexpr int reasonWidth = 124;
 
-} // namespace gruk::Measure
+}  // namespace gruk::Measure
 
 /// The strengths in which ink is used.
-namespace gruk::Strength
-{
+namespace gruk::Strength {
 
 inline constexpr double full = 1.0;
 inline constexpr double quiet = 0.64;
@@ -60,4 +58,4 @@ inline constexpr double disconnected = 0.55;
 inline constexpr double card = 0.88;
 inline constexpr double pressed = 0.88;
 
-} // namespace gruk::Strength
+}  // namespace gruk::Strength

@@ -2,11 +2,9 @@
 
 #include <array>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 /// One colour of one palette.
 struct Shade {
@@ -33,13 +31,12 @@ constexpr std::array<std::array<Shade, paletteThemeCount>, roleCount> colours = 
     {{{0x292724, 0xFBF8EF}, {0x2F261D, 0xFCF5E7}, {0x21282A, 0xF1F6F7}, {0x28252A, 0xF6F4F7}}},
 }};
 
-} // namespace
+}  // namespace
 
 QRgb paletteColour(Role role, AppPaletteTheme palette, ColourScheme scheme)
 {
-    const Shade& shade =
-        colours[static_cast<std::size_t>(role)][static_cast<std::size_t>(palette)];
+    const Shade& shade = colours[static_cast<std::size_t>(role)][static_cast<std::size_t>(palette)];
     return 0xFF00'0000U | (scheme == ColourScheme::dark ? shade.dark : shade.light);
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -4,8 +4,7 @@
 
 #include <QRgb>
 
-namespace gruk
-{
+namespace gruk {
 
 /// What a colour is for. The first twelve are the tinctures of the shields, in their order; the
 /// last three are the shades of paper. `fernDark` is the accent, `ink` the text, `red` marks
@@ -38,4 +37,4 @@ enum class ColourScheme : std::uint8_t { dark, light };
 /// The one table of colours. Opaque sRGB.
 [[nodiscard]] QRgb paletteColour(Role role, AppPaletteTheme palette, ColourScheme scheme);
 
-} // namespace gruk
+}  // namespace gruk

@@ -3,11 +3,11 @@
 #include <QPaintEvent>
 #include <QPainter>
 
-namespace gruk
-{
+#include "app/theme/icons.h"
 
-namespace
-{
+namespace gruk {
+
+namespace {
 
 constexpr int grainStep = 31;
 constexpr int firstColumn = 7;
@@ -20,7 +20,7 @@ constexpr double breakOffset = 2;
 /// After so many steps the grain repeats.
 constexpr int tileSize = grainStep * breakEvery;
 
-} // namespace
+}  // namespace
 
 PaperBackdrop::PaperBackdrop(Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme)
 {
@@ -33,17 +33,17 @@ PaperBackdrop::PaperBackdrop(Theme& theme, QWidget* parent) : QWidget(parent), t
 
 void PaperBackdrop::paintEvent(QPaintEvent* event)
 {
-    if (tile_.isNull() || tile_.devicePixelRatio() != devicePixelRatioF()) {
-        tile_ = makeTile();
-    }
     QPainter painter(this);
+    const double ratio = pixelRatio(painter);
+    if (tile_.isNull() || tile_.devicePixelRatio() != ratio) {
+        tile_ = makeTile(ratio);
+    }
     painter.setClipRegion(event->region());
     painter.drawTiledPixmap(rect(), tile_);
 }
 
-QPixmap PaperBackdrop::makeTile() const
+QPixmap PaperBackdrop::makeTile(double ratio) const
 {
-    const double ratio = devicePixelRatioF();
     QPixmap tile(QSizeF(tileSize * ratio, tileSize * ratio).toSize());
     tile.setDevicePixelRatio(ratio);
     tile.fill(theme_.colour(Role::paper));
@@ -60,4 +60,4 @@ QPixmap PaperBackdrop::makeTile() const
     return tile;
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -5,12 +5,10 @@
 
 #include "app/theme/theme.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// Fills its frame with paper and its grain.
-class PaperBackdrop : public QWidget
-{
+class PaperBackdrop : public QWidget {
     Q_OBJECT
 
 public:
@@ -20,10 +18,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    [[nodiscard]] QPixmap makeTile() const;
+    [[nodiscard]] QPixmap makeTile(double ratio) const;
 
     Theme& theme_;
     QPixmap tile_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -2,8 +2,7 @@
 
 #include <QPainter>
 
-namespace gruk
-{
+namespace gruk {
 
 Row::Row(Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme)
 {
@@ -16,4 +15,4 @@ void Row::paintEvent(QPaintEvent*)
     painter.fillRect(0, height() - 1, width(), 1, theme_.colour(Role::ink, Strength::divider));
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -4,12 +4,10 @@
 
 #include "app/theme/theme.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// One row of a list: no box, a thin line under it.
-class Row : public QWidget
-{
+class Row : public QWidget {
     Q_OBJECT
 
 public:
@@ -24,4 +22,4 @@ private:
     Theme& theme_;
 };
 
-} // namespace gruk
+}  // namespace gruk

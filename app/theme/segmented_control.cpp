@@ -7,16 +7,13 @@
 
 #include "app/theme/card_painter.h"
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr double outlineWidth = 1.2;
 
-class Segment : public QRadioButton
-{
+class Segment : public QRadioButton {
 public:
     Segment(Theme& theme, const QString& text) : QRadioButton(text), theme_(theme)
     {
@@ -45,8 +42,7 @@ protected:
             painter.strokePath(cutPath(body, buttonCorners),
                                QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
         }
-        painter.setPen(
-            theme_.colour(Role::ink, isChecked() ? Strength::full : Strength::quiet));
+        painter.setPen(theme_.colour(Role::ink, isChecked() ? Strength::full : Strength::quiet));
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
     }
 
@@ -54,7 +50,7 @@ private:
     Theme& theme_;
 };
 
-} // namespace
+}  // namespace
 
 SegmentedControl::SegmentedControl(Theme& theme, const QStringList& labels,
                                    const QString& accessibleName, QWidget* parent)
@@ -102,4 +98,4 @@ void SegmentedControl::paintEvent(QPaintEvent*)
     painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
 }
 
-} // namespace gruk
+}  // namespace gruk

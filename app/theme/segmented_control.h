@@ -6,12 +6,10 @@
 
 class QButtonGroup;
 
-namespace gruk
-{
+namespace gruk {
 
 /// A few choices side by side, one of them chosen. The arrow keys move between them.
-class SegmentedControl : public QWidget
-{
+class SegmentedControl : public QWidget {
     Q_OBJECT
 
 public:
@@ -33,4 +31,4 @@ private:
     QButtonGroup* group_;
 };
 
-} // namespace gruk
+}  // namespace gruk

@@ -4,8 +4,7 @@
 
 #include "platform/foundation/utf8.h"
 
-namespace gruk
-{
+namespace gruk {
 
 QString displayString(std::string_view bytes)
 {
@@ -38,4 +37,4 @@ QString groupedNumber(qint64 count)
     return QLocale().toString(count);
 }
 
-} // namespace gruk
+}  // namespace gruk

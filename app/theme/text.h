@@ -4,8 +4,7 @@
 
 #include <QString>
 
-namespace gruk
-{
+namespace gruk {
 
 /// Text of the model for the screen: UTF-8, and U+FFFD for every byte that is not.
 [[nodiscard]] QString displayString(std::string_view bytes);
@@ -20,4 +19,4 @@ namespace gruk
 /// A count as the user's locale groups it.
 [[nodiscard]] QString groupedNumber(qint64 count);
 
-} // namespace gruk
+}  // namespace gruk

@@ -6,11 +6,9 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 struct FontSpec {
     int pixelSize;
@@ -19,16 +17,16 @@ struct FontSpec {
 };
 
 constexpr std::array fontSpecs = {
-    FontSpec{11, QFont::Bold, 0.8},     // eyebrow
-    FontSpec{11, QFont::Medium, 0},     // small
-    FontSpec{12, QFont::Medium, 0},     // detail
-    FontSpec{13, QFont::Medium, 0},     // body
-    FontSpec{13, QFont::DemiBold, 0},   // bodyStrong
-    FontSpec{15, QFont::DemiBold, 0},   // lead
-    FontSpec{18, QFont::Bold, 0},       // sectionTitle
-    FontSpec{18, QFont::Black, 1.1},    // brand
-    FontSpec{24, QFont::Bold, 0},       // value
-    FontSpec{32, QFont::Bold, 0},       // pageTitle
+    FontSpec{11, QFont::Bold, 0.8},    // eyebrow
+    FontSpec{11, QFont::Medium, 0},    // small
+    FontSpec{12, QFont::Medium, 0},    // detail
+    FontSpec{13, QFont::Medium, 0},    // body
+    FontSpec{13, QFont::DemiBold, 0},  // bodyStrong
+    FontSpec{15, QFont::DemiBold, 0},  // lead
+    FontSpec{18, QFont::Bold, 0},      // sectionTitle
+    FontSpec{18, QFont::Black, 1.1},   // brand
+    FontSpec{24, QFont::Bold, 0},      // value
+    FontSpec{32, QFont::Bold, 0},      // pageTitle
 };
 
 /// The rounded face where it is installed, then the desktop's own. Its medium weight is packaged
@@ -44,7 +42,7 @@ QStringList families(QFont::Weight weight)
     return list;
 }
 
-} // namespace
+}  // namespace
 
 ColourScheme colourScheme(const QPalette& palette)
 {
@@ -124,4 +122,4 @@ void Theme::followApplication()
     }
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -8,8 +8,7 @@
 #include "app/theme/measures.h"
 #include "app/theme/palette.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// The kinds of text, each one font.
 enum class TextStyle {
@@ -29,8 +28,7 @@ enum class TextStyle {
 /// Colours by role and fonts by kind for every screen, in the palette chosen and in the light or
 /// dark of the desktop, which it follows by the application's palette. One object for all windows,
 /// wired to each screen. Main thread only.
-class Theme : public QObject
-{
+class Theme : public QObject {
     Q_OBJECT
 
 public:
@@ -62,4 +60,4 @@ private:
 /// Whether a desktop with this palette shows dark windows.
 [[nodiscard]] ColourScheme colourScheme(const QPalette& palette);
 
-} // namespace gruk
+}  // namespace gruk

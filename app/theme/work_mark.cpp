@@ -3,11 +3,9 @@
 #include <QPainter>
 #include <QTimerEvent>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr int stepMilliseconds = 60;
 constexpr int steps = 16;
@@ -15,7 +13,7 @@ constexpr int sixteenthsOfADegree = 16;
 constexpr double lineWidth = 2;
 constexpr int arcDegrees = 100;
 
-} // namespace
+}  // namespace
 
 WorkMark::WorkMark(Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme)
 {
@@ -56,4 +54,4 @@ void WorkMark::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
 }
 
-} // namespace gruk
+}  // namespace gruk

@@ -5,12 +5,10 @@
 
 #include "app/theme/theme.h"
 
-namespace gruk
-{
+namespace gruk {
 
 /// The small turning mark of ongoing work. Turns only while it is seen.
-class WorkMark : public QWidget
-{
+class WorkMark : public QWidget {
     Q_OBJECT
 
 public:
@@ -28,4 +26,4 @@ private:
     int step_ = 0;
 };
 
-} // namespace gruk
+}  // namespace gruk

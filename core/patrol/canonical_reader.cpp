@@ -7,6 +7,8 @@
 #include "core/patrol/json_scan.h"
 #include "core/patrol/snapshot_encoder.h"
 #include "core/patrol/snapshot_entries_builder.h"
+#include "platform/foundation/common_prefix.h"
+#include "platform/foundation/utf8.h"
 
 namespace gruk {
 
@@ -143,32 +145,48 @@ private:
 
 /// Takes entries and keeps none: for checking.
 struct EntryCheck {
-    static bool take(const EntryText& entry)
-    {
-        return entry.path.isPlain || jsonscan::pathMeaning(entry.path).has_value();
-    }
+    static bool take(std::string_view, const EntryText&) { return true; }
 };
 
 /// Takes entries into a snapshot.
 struct EntryCollector {
-    bool take(const EntryText& entry)
-    {
-        if (entry.path.isPlain) {
-            add(entry.path.text, entry);
-            return true;
-        }
-        const auto path = jsonscan::pathMeaning(entry.path);
-        if (!path) {
-            return false;
-        }
-        add(*path, entry);
-        return true;
-    }
-    void add(std::string_view path, const EntryText& entry)
+    bool take(std::string_view path, const EntryText& entry)
     {
         builder.addPath(path, entry.allocatedSize, entry.modifiedAt, entry.kind, entry.isDirectory);
+        return true;
     }
     SnapshotEntriesBuilder builder;
+};
+
+/// Tells what the paths of entries mean. Paths that follow each other begin alike, and what has
+/// been found to be UTF-8 is not looked at again.
+class PathReader {
+public:
+    std::optional<std::string_view> read(const RawString& raw)
+    {
+        if (raw.hasEscape) {
+            return jsonscan::pathMeaning(raw, room_);
+        }
+        if (!raw.hasNonASCII) {
+            return raw.text;
+        }
+        std::size_t known = commonPrefix(former_, raw.text);
+        while (known > 0 && known < raw.text.size() && isContinuation(raw.text[known])) {
+            --known;
+        }
+        if (!isValidUTF8(raw.text.substr(known))) {
+            return std::nullopt;
+        }
+        former_.replace(known, std::string::npos, raw.text.substr(known));
+        return raw.text;
+    }
+
+private:
+    static bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xc0U) == 0x80U; }
+
+    /// Text known to be UTF-8.
+    std::string former_;
+    std::string room_;
 };
 
 /// Runs `read` on the window until it finds what it reads, with ever more of the file in it.
@@ -208,14 +226,15 @@ bool CanonicalReader::readHead(ScanSnapshot& snapshot)
             || (at = literal(at, R"(,"entries":[)")) == nullptr) {
             return nullptr;
         }
+        std::string room;
         const auto uuid = UUID::parse(id.text);
-        auto path = jsonscan::pathMeaning(root);
+        const auto path = jsonscan::pathMeaning(root, room);
         const auto date = iso8601::parse(captured.text);
         if (!uuid || !path || !date) {
             return nullptr;
         }
         snapshot.id = *uuid;
-        snapshot.rootPath = std::move(*path);
+        snapshot.rootPath = *path;
         snapshot.capturedAt = *date;
         return at;
     });
@@ -228,6 +247,7 @@ bool CanonicalReader::readEntries(Entries& entries)
         return true;
     }
     EntryReader reader;
+    PathReader paths;
     EntryText entry;
     for (;;) {
         bool isTaken = true;
@@ -239,7 +259,8 @@ bool CanonicalReader::readEntries(Entries& entries)
             }
             isLast = *end == ']';
             // While the text is in the window.
-            isTaken = entries.take(entry);
+            const auto path = paths.read(entry.path);
+            isTaken = path && entries.take(*path, entry);
             return end + 1;
         });
         if (!isRead || !isTaken) {
@@ -271,12 +292,13 @@ bool CanonicalReader::readIssues(std::vector<ScanIssue>& issues)
                 || (at = literal(at, "}")) == nullptr) {
                 return nullptr;
             }
-            auto meaning = jsonscan::pathMeaning(path);
+            std::string room;
+            const auto meaning = jsonscan::pathMeaning(path, room);
             const auto known = scanIssueReason(reason.text);
             if (!meaning || !known) {
                 return nullptr;
             }
-            issue = {std::move(*meaning), *known};
+            issue = {std::string(*meaning), *known};
             return at;
         });
         if (!isRead) {

@@ -140,16 +140,14 @@ const char* string(const char* at, RawString& result)
         at += 2;
     }
     result.text = {start, static_cast<std::size_t>(at - start)};
-    result.isPlain = !hasNonASCII && !hasEscape;
+    result.hasEscape = hasEscape;
+    result.hasNonASCII = hasNonASCII;
     return at + 1;
 }
 
 std::optional<std::string> meaning(const RawString& raw)
 {
-    if (raw.isPlain) {
-        return std::string(raw.text);
-    }
-    if (!isValidUTF8(raw.text)) {
+    if (raw.hasNonASCII && !isValidUTF8(raw.text)) {
         return std::nullopt;
     }
     std::string out;
@@ -169,13 +167,20 @@ std::optional<std::string> meaning(const RawString& raw)
     return out;
 }
 
-std::optional<std::string> pathMeaning(const RawString& raw)
+std::optional<std::string_view> pathMeaning(const RawString& raw, std::string& room)
 {
-    if (raw.isPlain) {
-        return std::string(raw.text);
+    if (!raw.hasEscape) {
+        // Bytes that are not UTF-8 stand escaped, so that here the text is the path.
+        const bool isText = !raw.hasNonASCII || isValidUTF8(raw.text);
+        return isText ? std::optional(raw.text) : std::nullopt;
     }
     const auto text = meaning(raw);
-    return text ? pathFromJSONText(*text) : std::nullopt;
+    auto path = text ? pathFromJSONText(*text) : std::nullopt;
+    if (!path) {
+        return std::nullopt;
+    }
+    room = std::move(*path);
+    return room;
 }
 
 }  // namespace gruk::jsonscan

@@ -26,8 +26,8 @@ template <std::size_t size>
 /// A JSON string's text as it stands between its quotes.
 struct RawString {
     std::string_view text;
-    /// Neither escapes nor bytes above ASCII: the text is what it means.
-    bool isPlain = true;
+    bool hasEscape = false;
+    bool hasNonASCII = false;
 };
 
 /// Reads up to the closing quote and moves over it. Only the ends of escapes are looked at here;
@@ -38,8 +38,9 @@ struct RawString {
 /// are not UTF-8.
 [[nodiscard]] std::optional<std::string> meaning(const RawString& raw);
 
-/// The path that the string stands for, byte for byte; none if it stands for none.
-[[nodiscard]] std::optional<std::string> pathMeaning(const RawString& raw);
+/// The path that the string stands for, byte for byte; none if it stands for none. A view of the
+/// text itself where that is what it means, else of `room`.
+[[nodiscard]] std::optional<std::string_view> pathMeaning(const RawString& raw, std::string& room);
 
 /// A whole number in the 64-bit range as JSON writes it: no "+", no needless zero, no fraction.
 [[nodiscard]] inline const char* integer(const char* at, Bytes& value)

@@ -147,13 +147,14 @@ private:
     /// The name of the file beside it that this one seems to be a second download of.
     [[nodiscard]] std::optional<std::string> siblingOfDuplicate(const PathCursor& at) const
     {
-        const std::string_view path = at.path();
-        const std::size_t nameStart = path.rfind('/') + 1;  // 0 at the top level.
-        auto sibling = originalOfDuplicateName(path.substr(nameStart));
+        const std::string_view name = at.name();
+        const std::size_t nameStart = name.rfind('/') + 1;  // 0 but where a folder has no entry.
+        auto sibling = originalOfDuplicateName(name.substr(nameStart));
         if (!sibling) {
             return std::nullopt;
         }
-        const auto other = entries_.find(std::string(path.substr(0, nameStart)) + *sibling);
+        const auto other = entries_.findChild(entries_.parent(at.index()),
+                                              std::string(name.substr(0, nameStart)) + *sibling);
         if (!other || entries_.isDirectory(*other)
             || entries_.allocatedSize(*other) != entries_.allocatedSize(at.index())) {
             return std::nullopt;

@@ -19,14 +19,28 @@ std::size_t extensionStart(std::string_view name)
     return dot == std::string_view::npos || dot == 0 || dot + 1 == name.size() ? name.size() : dot;
 }
 
+/// Whether `rest` begins with exactly that component.
+bool beginsWith(std::string_view rest, std::string_view component)
+{
+    return rest.starts_with(component)
+           && (rest.size() == component.size() || rest[component.size()] == '/');
+}
+
 bool matches(std::string_view path)
 {
-    return path.starts_with("Library/Caches/")
-           || path.starts_with("Library/Developer/Xcode/DerivedData/") || path == ".gradle/caches"
-           || path.starts_with(".gradle/caches/")
-           || path.find("/node_modules/") != std::string_view::npos
-           || path.ends_with("/node_modules") || path.find("/.build/") != std::string_view::npos
-           || path.ends_with("/.build");
+    if (path.starts_with("Library/Caches/")
+        || path.starts_with("Library/Developer/Xcode/DerivedData/") || path == ".gradle/caches"
+        || path.starts_with(".gradle/caches/")) {
+        return true;
+    }
+    for (std::size_t slash = path.find('/'); slash != std::string_view::npos;
+         slash = path.find('/', slash + 1)) {
+        const std::string_view rest = path.substr(slash + 1);
+        if (beginsWith(rest, "node_modules") || beginsWith(rest, ".build")) {
+            return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace

@@ -130,23 +130,50 @@ SnapshotEntries::Index SnapshotEntries::subtreeEnd(Index index) const
     return end;
 }
 
-std::optional<SnapshotEntries::Index> SnapshotEntries::find(std::string_view relativePath) const
+std::optional<SnapshotEntries::Index> SnapshotEntries::findChild(Index parent,
+                                                                 std::string_view name) const
 {
-    Index low = 0;
+    const SnapshotTable& table = *table_;
+    Index low = parent == noIndex ? 0 : parent + 1;
     auto high = static_cast<Index>(size());
-    std::string path;
     while (low < high) {
         const Index middle = low + (high - low) / 2;
-        path.clear();
-        appendPath(*table_, middle, path);
-        const auto order = localizedStandardCompare(path, relativePath);
+        // The child of `parent` that holds the one in the middle, if one does: parents stand
+        // before what is in them.
+        Index child = middle;
+        Index above = table.parents[child];
+        while (above != parent && above != noIndex && (parent == noIndex || above > parent)) {
+            child = above;
+            above = table.parents[child];
+        }
+        const auto order = above == parent ? localizedStandardCompare(table.name(child), name)
+                                           : std::strong_ordering::greater;
         if (order == 0) {
-            return middle;
+            return child;
         }
         if (order < 0) {
             low = middle + 1;
         } else {
-            high = middle;
+            high = child;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<SnapshotEntries::Index> SnapshotEntries::find(std::string_view relativePath) const
+{
+    Index parent = noIndex;
+    std::size_t start = 0;
+    for (std::size_t end = 0; end < relativePath.size();) {
+        // A folder without an entry is part of the name of what lies in it.
+        end = std::min(relativePath.find('/', end + 1), relativePath.size());
+        const auto found = findChild(parent, relativePath.substr(start, end - start));
+        if (found) {
+            if (end == relativePath.size()) {
+                return found;
+            }
+            parent = *found;
+            start = end + 1;
         }
     }
     return std::nullopt;

@@ -56,7 +56,10 @@ public:
     [[nodiscard]] bool isTopLevel(Index index) const;
     /// One past the last entry whose path lies below this one.
     [[nodiscard]] Index subtreeEnd(Index index) const;
-    /// The entry of exactly that path. Logarithmic.
+    /// The entry whose parent is `parent` (`noIndex` for the top level) and whose name is exactly
+    /// that. Logarithmic.
+    [[nodiscard]] std::optional<Index> findChild(Index parent, std::string_view name) const;
+    /// The entry of exactly that path. Logarithmic for each component.
     [[nodiscard]] std::optional<Index> find(std::string_view relativePath) const;
 
     /// Sum of the top level, which is the size of the realm.

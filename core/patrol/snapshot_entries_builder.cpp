@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/patrol/snapshot_table.h"
+#include "platform/foundation/common_prefix.h"
 #include "platform/foundation/text_order.h"
 
 namespace gruk {
@@ -129,16 +130,14 @@ void sumIntoDirectories(SnapshotTable& table)
     }
 }
 
-/// Whether a snapshot can hold that path.
-bool isWellFormed(std::string_view path)
+/// Whether a snapshot can hold a path with these components, which begin at `start`.
+bool isWellFormed(std::string_view path, std::size_t start)
 {
-    if (path.empty() || path.find('\0') != std::string_view::npos) {
-        return false;
-    }
-    for (std::size_t start = 0; start <= path.size();) {
+    while (start <= path.size()) {
         const std::size_t end = std::min(path.find('/', start), path.size());
         const std::string_view name = path.substr(start, end - start);
-        if (name.empty() || name == "." || name == ".." || name.size() > NameArena::longestName) {
+        if (name.empty() || name == "." || name == ".." || name.size() > NameArena::longestName
+            || name.find('\0') != std::string_view::npos) {
             return false;
         }
         start = end + 1;
@@ -157,6 +156,38 @@ struct SnapshotEntriesBuilder::PathState {
     std::string former;
     std::vector<Ancestor> ancestors;
     bool isOrdered = true;
+
+    /// Whether the former path stands before `path`: `shared` bytes are the same in both, and the
+    /// component with the first difference begins at `start`.
+    [[nodiscard]] bool precedes(std::string_view path, std::size_t shared, std::size_t start) const
+    {
+        const std::string_view before = former;
+        if (shared == before.size() || shared == path.size()) {
+            return shared == before.size() && shared < path.size()
+                   && (path[shared] == '/' || localizedStandardCompare(before, path) < 0);
+        }
+        const auto component = [start](std::string_view text) {
+            return text.substr(start, text.find('/', start) - start);
+        };
+        return localizedStandardCompareNames(component(before), component(path)) < 0;
+    }
+
+    /// Makes `ancestors` those of `path`, the former path and its ancestors being the candidates;
+    /// returns where the rest of the path begins. `size` is how many entries there are.
+    std::size_t enter(std::string_view path, std::size_t shared, std::size_t size)
+    {
+        if (size > 0) {
+            ancestors.push_back({static_cast<Index>(size - 1), former.size()});
+        }
+        while (!ancestors.empty()) {
+            const std::size_t length = ancestors.back().pathLength;
+            if (length <= shared && length < path.size() && path[length] == '/') {
+                return length + 1;
+            }
+            ancestors.pop_back();
+        }
+        return 0;
+    }
 };
 
 SnapshotEntriesBuilder::SnapshotEntriesBuilder() : table_(std::make_unique<SnapshotTable>()) {}
@@ -176,40 +207,28 @@ void SnapshotEntriesBuilder::addPath(std::string_view relativePath, Bytes alloca
                                      std::optional<Date> modifiedAt, FileKind kind,
                                      bool isDirectory)
 {
-    if (!isWellFormed(relativePath)) {
-        throw InvalidEntryPath();
-    }
     if (!paths_) {
         paths_ = std::make_unique<PathState>();
     }
     PathState& state = *paths_;
-    if (table_->size() > 0 && state.isOrdered) {
-        state.isOrdered = localizedStandardCompare(state.former, relativePath) < 0;
+    // What this path has in common with the former one was looked at then.
+    const std::size_t shared = commonPrefix(state.former, relativePath);
+    const std::size_t slash =
+        shared == 0 ? std::string_view::npos : relativePath.rfind('/', shared - 1);
+    const std::size_t start = slash == std::string_view::npos ? 0 : slash + 1;
+    if (!isWellFormed(relativePath, start)) {
+        throw InvalidEntryPath();
     }
-    // The former entry may be the parent of this one, and so may each of its ancestors.
-    if (table_->size() > 0) {
-        state.ancestors.push_back({static_cast<Index>(table_->size() - 1), state.former.size()});
+    if (state.isOrdered) {
+        state.isOrdered = table_->size() == 0 || state.precedes(relativePath, shared, start);
     }
-    const auto shared =
-        static_cast<std::size_t>(std::mismatch(state.former.begin(), state.former.end(),
-                                               relativePath.begin(), relativePath.end())
-                                     .first
-                                 - state.former.begin());
-    while (!state.ancestors.empty()) {
-        const std::size_t length = state.ancestors.back().pathLength;
-        if (length <= shared && length < relativePath.size() && relativePath[length] == '/') {
-            break;
-        }
-        state.ancestors.pop_back();
-    }
-    const Index parent =
-        state.ancestors.empty() ? SnapshotTable::noIndex : state.ancestors.back().index;
-    const std::size_t nameStart =
-        state.ancestors.empty() ? 0 : state.ancestors.back().pathLength + 1;
+    const std::size_t nameStart = state.enter(relativePath, shared, table_->size());
     const std::string_view name = relativePath.substr(nameStart);
     if (name.size() > NameArena::longestName) {
         throw InvalidEntryPath();
     }
+    const Index parent =
+        state.ancestors.empty() ? SnapshotTable::noIndex : state.ancestors.back().index;
     table_->push(parent, table_->names.add(name), allocatedSize, modifiedAt, kind, isDirectory);
     state.former.replace(shared, std::string::npos, relativePath.substr(shared));
 }

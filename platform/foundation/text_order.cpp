@@ -10,6 +10,7 @@
 #include <limits>
 #include <memory>
 
+#include "platform/foundation/common_prefix.h"
 #include "platform/foundation/require.h"
 
 namespace gruk {
@@ -191,12 +192,11 @@ std::strong_ordering localizedStandardCompareNames(std::string_view a, std::stri
 
 std::strong_ordering localizedStandardCompare(std::string_view a, std::string_view b)
 {
-    const auto difference = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
-    if (difference.first == a.end() && difference.second == b.end()) {
+    const std::size_t at = commonPrefix(a, b);
+    if (at == a.size() && at == b.size()) {
         return std::strong_ordering::equal;
     }
     // All components before the one with the difference are the same.
-    const auto at = static_cast<std::size_t>(difference.first - a.begin());
     const std::size_t slash = at == 0 ? std::string_view::npos : a.rfind('/', at - 1);
     const std::size_t start = slash == std::string_view::npos ? 0 : slash + 1;
     const std::string_view nameA = a.substr(start, a.find('/', start) - start);

@@ -62,6 +62,9 @@ public:
           parent_(target_.deletingLastPathComponent())
     {
         makeDirectories(parent_);
+        if (!toSynchronize_.empty()) {
+            toSynchronize_.push_back(parent_.deletingLastPathComponent());
+        }
         removeLeftOvers(parent_.path(), target_.lastPathComponent(), calls_);
         createTemporary();
     }
@@ -104,7 +107,8 @@ public:
     }
 
 private:
-    /// Makes `directory` and what is missing above it.
+    /// Makes `directory` and what is missing above it, and notes in which directories the ones
+    /// above may have appeared.
     void makeDirectories(const FileURL& directory)
     {
         const auto make = [&] {
@@ -114,8 +118,8 @@ private:
         const FileURL above = directory.deletingLastPathComponent();
         if (result == -ENOENT && above != directory) {
             makeDirectories(above);
+            toSynchronize_.push_back(above.deletingLastPathComponent());
             result = make();
-            toSynchronize_.push_back(above);
         }
         if (result < 0) {
             throwErrno(-result, "make directory", directory.path());

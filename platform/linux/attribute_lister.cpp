@@ -27,7 +27,9 @@ struct AttributeArguments {
     std::uint32_t flags;
 };
 
-/// The kernel's limit for the list of one item's names.
+/// What is offered for the list of one item's names. The kernel allocates what is offered at every
+/// call, which for its limit of 64 KB takes as long as all the rest; few items have longer lists.
+constexpr std::size_t usualList = 256;
 constexpr std::size_t longestList = 65'536;
 /// Attributes that Gruk reads hold a date, a flag or an address.
 constexpr long longestValue = 1'048'576;
@@ -56,7 +58,7 @@ AttributeLister::AttributeLister(std::vector<std::string> names, TreeReader::Att
     for (std::string& name : names_) {
         name.insert(0, "user.");
     }
-    buffer_.resize(longestList);
+    buffer_.resize(usualList);
     using Access = TreeReader::AttributeAccess;
     if (access == Access::best && hasRelativeCalls(probe)) {
         way_ = Way::relative;
@@ -101,19 +103,29 @@ void AttributeLister::enter(int directory)
 
 std::uint32_t AttributeLister::list(const char* child)
 {
-    long length = 0;
-    switch (way_) {
-    case Way::relative:
-        length = listRelative(directory_, child, buffer_.data(), buffer_.size());
-        break;
-    case Way::workingDirectory:
-        length = ::llistxattr(child, buffer_.data(), buffer_.size());
-        break;
-    case Way::descriptorPath:
-        length = ::llistxattr(descriptorPath(child).c_str(), buffer_.data(), buffer_.size());
-        break;
+    long length = listNames(child);
+    if (length < 0 && errno == ERANGE) {
+        buffer_.resize(longestList);
+        length = listNames(child);
+        const std::uint32_t found =
+            length > 0 ? matches(buffer_.data(), static_cast<std::size_t>(length)) : 0;
+        buffer_.resize(usualList);
+        return found;
     }
     return length > 0 ? matches(buffer_.data(), static_cast<std::size_t>(length)) : 0;
+}
+
+long AttributeLister::listNames(const char* child)
+{
+    switch (way_) {
+    case Way::relative:
+        return listRelative(directory_, child, buffer_.data(), buffer_.size());
+    case Way::workingDirectory:
+        return ::llistxattr(child, buffer_.data(), buffer_.size());
+    case Way::descriptorPath:
+        break;
+    }
+    return ::llistxattr(descriptorPath(child).c_str(), buffer_.data(), buffer_.size());
 }
 
 std::optional<std::string> AttributeLister::read(const char* child, std::size_t index)

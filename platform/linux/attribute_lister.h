@@ -36,6 +36,7 @@ private:
 
     [[nodiscard]] bool takeOwnWorkingDirectory();
     [[nodiscard]] std::string descriptorPath(const char* child) const;
+    [[nodiscard]] long listNames(const char* child);
     [[nodiscard]] std::uint32_t matches(const char* list, std::size_t length) const;
     [[nodiscard]] long readValue(const char* child, const char* name, char* value,
                                  std::size_t size) const;

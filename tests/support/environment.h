@@ -4,13 +4,11 @@
 #include <optional>
 #include <string>
 
-namespace gruk::test
-{
+namespace gruk::test {
 
 /// Sets one environment variable (or takes it away) and puts back what it was at the end. One
 /// thread: the environment belongs to the whole process.
-class EnvironmentVariable
-{
+class EnvironmentVariable {
 public:
     EnvironmentVariable(std::string name, const std::optional<std::string>& value)
         : name_(std::move(name))
@@ -38,4 +36,4 @@ private:
     std::optional<std::string> former_;
 };
 
-} // namespace gruk::test
+}  // namespace gruk::test

@@ -11,13 +11,11 @@
 
 #include "platform/files/atomic_file.h"
 
-namespace gruk::test
-{
+namespace gruk::test {
 
 /// The calls of a replacement on the real disk, counted, each named by its field, with something
 /// done to one of them. Copies share the count. One thread.
-class FaultCalls
-{
+class FaultCalls {
 public:
     static constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
@@ -92,4 +90,4 @@ private:
     std::shared_ptr<std::vector<std::string>> names_ = std::make_shared<std::vector<std::string>>();
 };
 
-} // namespace gruk::test
+}  // namespace gruk::test

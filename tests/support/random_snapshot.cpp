@@ -1,5 +1,6 @@
 #include "tests/support/random_snapshot.h"
 
+#include <algorithm>
 #include <array>
 #include <set>
 
@@ -101,6 +102,23 @@ SnapshotEntry randomEntry(SeededGenerator& draw, const std::string& path)
             draw.bounded(3) == 0 ? FileKind::installer : kind, draw.bounded(3) == 0};
 }
 
+/// Sometimes puts "x (3).y" of the same size beside the last entry, "x.y".
+void addSecondDownload(SeededGenerator& draw, std::set<std::string>& paths,
+                       std::vector<SnapshotEntry>& entries)
+{
+    if (draw.bounded(6) != 0) {
+        return;
+    }
+    SnapshotEntry second = entries.back();
+    std::string& path = second.relativePath;
+    const std::size_t nameStart = path.rfind('/') + 1;
+    const std::size_t dot = path.find('.', nameStart + 1);
+    path.insert(std::min(dot, path.size()), " (" + std::to_string(draw.bounded(12)) + ")");
+    if (paths.insert(path).second) {
+        entries.push_back(second);
+    }
+}
+
 }  // namespace
 
 std::vector<SnapshotEntry> randomEntries(SeededGenerator& draw, std::size_t count)
@@ -119,6 +137,7 @@ std::vector<SnapshotEntry> randomEntries(SeededGenerator& draw, std::size_t coun
         }
         if (paths.insert(path).second) {
             entries.push_back(randomEntry(draw, path));
+            addSecondDownload(draw, paths, entries);
         }
     }
     return entries;

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <algorithm>
 #include <chrono>
+#include <functional>
 #include <latch>
+#include <mutex>
 #include <thread>
 
 #include "core/patrol/snapshot_scanner.h"
@@ -133,26 +135,27 @@ TEST_F(SnapshotScannerProgressTest, aScannerThatWasCancelledScansAgain)
 TEST_F(SnapshotScannerProgressTest, aSecondScanWaitsForTheFirst)
 {
     std::latch secondIsAboutToStart(1);
-    std::atomic<int> inside = 0;
-    std::atomic<bool> overlapped = false;
-    const auto watch = [&](const FileURL& url) {
-        overlapped = overlapped || inside.fetch_add(1) != 0;
-        if (url.path() == disk.path()) {
-            secondIsAboutToStart.wait();
+    std::mutex lock;
+    std::vector<std::thread::id> walking;
+    const auto chainOfFolders = [&](const FileURL& url) {
+        secondIsAboutToStart.wait();
+        {
+            const std::lock_guard guard(lock);
+            walking.push_back(std::this_thread::get_id());
         }
+        // Lets the other walk take its step now, if it can.
+        std::this_thread::yield();
         std::vector<FileEntry> children;
-        // A walk of its own depth, so that the two would interleave at every step.
-        if (url.path().size() < disk.path().size() + 2 * 50) {
+        if (url.path().size() < disk.path().size() + 2 * 200) {
             FileEntry child;
             child.id = url.appending("d", FileURL::Names::directory);
             child.isDirectory = true;
             child.deviceID = tree.device();
             children.push_back(child);
         }
-        inside.fetch_sub(1);
         return children;
     };
-    SnapshotScanner scanner(watch);
+    SnapshotScanner scanner(chainOfFolders);
     std::size_t firstSize = 0;
     std::size_t secondSize = 0;
     {
@@ -162,9 +165,11 @@ TEST_F(SnapshotScannerProgressTest, aSecondScanWaitsForTheFirst)
             secondSize = scanner.scan(disk.url(), {}).entries.size();
         });
     }
-    EXPECT_FALSE(overlapped);
-    EXPECT_EQ(firstSize, 50U);
-    EXPECT_EQ(secondSize, 50U);
+    EXPECT_EQ(firstSize, 200U);
+    EXPECT_EQ(secondSize, 200U);
+    const auto change = std::adjacent_find(walking.begin(), walking.end(), std::not_equal_to<>());
+    EXPECT_EQ(change - walking.begin(), 200);
+    EXPECT_EQ(std::adjacent_find(change + 1, walking.end(), std::not_equal_to<>()), walking.end());
 }
 
 }  // namespace gruk

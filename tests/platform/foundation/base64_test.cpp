@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 // The test vectors of RFC 4648, section 10.
 TEST(Base64, encodesTheVectorsOfItsStandard)
@@ -30,9 +28,9 @@ TEST(Base64, usesTheStandardAlphabet)
 
 TEST(Base64, refusesWhatItDoesNotWrite)
 {
-    for (const char* text : {"Zg", "Zg=", "Zg===", "=", "====", "Z===", "Zg==Zg==", "Zm9v\n",
-                             "Zm9v ", " Zm9v", "Zm=v", "Z=9v", "Zm9v====", "Zh==", "Zm9=", "Zm9*",
-                             "Zm\xC3\xA9v"}) {
+    for (const char* text :
+         {"Zg", "Zg=", "Zg===", "=", "====", "Z===", "Zg==Zg==", "Zm9v\n", "Zm9v ", " Zm9v", "Zm=v",
+          "Z=9v", "Zm9v====", "Zh==", "Zm9=", "Zm9*", "Zm\xC3\xA9v"}) {
         EXPECT_EQ(base64Decoded(text), std::nullopt) << text;
     }
 }
@@ -52,6 +50,6 @@ RC_GTEST_PROP(Base64, noTwoTextsReadAsTheSameBytes, ())
     RC_ASSERT((!bytes || base64Encoded(*bytes) == text));
 }
 
-} // namespace
+}  // namespace
 
-} // namespace gruk
+}  // namespace gruk

@@ -9,11 +9,9 @@
 #include <rapidcheck/gtest.h>
 #include <unicode/timezone.h>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
@@ -25,8 +23,7 @@ Date at(const char* text)
 }
 
 /// Sets the user's time zone for one test.
-class InZone
-{
+class InZone {
 public:
     explicit InZone(const char* zone) : former_(icu::TimeZone::createDefault())
     {
@@ -81,18 +78,40 @@ TEST(ISO8601, clampsYearsBeyondSixDigits)
 
 TEST(ISO8601, refusesEveryOtherForm)
 {
-    for (const char* text :
-         {"", "2026-11-20", "2026-11-20T08:05:09", "2026-11-20T08:05:09z", "2026-11-20t08:05:09Z",
-          "2026-11-20 08:05:09Z", "2026-11-20T08:05:09+00:00", "2026-11-20T08:05:09.5Z",
-          "20261120T080509Z", "2026-11-20T08:05Z", "2026-11-20T08:05:09Z ", " 2026-11-20T08:05:09Z",
-          "2026-00-20T08:05:09Z", "2026-13-20T08:05:09Z", "2026-11-00T08:05:09Z",
-          "2026-11-31T08:05:09Z", "2026-02-29T08:05:09Z", "1900-02-29T08:05:09Z",
-          "2026-11-20T24:00:00Z", "2026-11-20T08:60:09Z", "2026-11-20T08:05:60Z",
-          "2026/11/20T08:05:09Z", "2o26-11-20T08:05:09Z", "2026-11-2OT08:05:09Z",
-          "+002026-11-20T08:05:09Z", "-000000-11-20T08:05:09Z", "+009999-11-20T08:05:09Z",
-          "012026-11-20T08:05:09Z", "0012026-11-20T08:05:09Z", "*012026-11-20T08:05:09Z",
-          "+0012026-11-20T08:05:09Z", "-2026-11-20T08:05:09Z", "-026-11-20T08:05:09Z",
-          "+12-026-11-20T08:05:09Z"}) {
+    for (const char* text : {"",
+                             "2026-11-20",
+                             "2026-11-20T08:05:09",
+                             "2026-11-20T08:05:09z",
+                             "2026-11-20t08:05:09Z",
+                             "2026-11-20 08:05:09Z",
+                             "2026-11-20T08:05:09+00:00",
+                             "2026-11-20T08:05:09.5Z",
+                             "20261120T080509Z",
+                             "2026-11-20T08:05Z",
+                             "2026-11-20T08:05:09Z ",
+                             " 2026-11-20T08:05:09Z",
+                             "2026-00-20T08:05:09Z",
+                             "2026-13-20T08:05:09Z",
+                             "2026-11-00T08:05:09Z",
+                             "2026-11-31T08:05:09Z",
+                             "2026-02-29T08:05:09Z",
+                             "1900-02-29T08:05:09Z",
+                             "2026-11-20T24:00:00Z",
+                             "2026-11-20T08:60:09Z",
+                             "2026-11-20T08:05:60Z",
+                             "2026/11/20T08:05:09Z",
+                             "2o26-11-20T08:05:09Z",
+                             "2026-11-2OT08:05:09Z",
+                             "+002026-11-20T08:05:09Z",
+                             "-000000-11-20T08:05:09Z",
+                             "+009999-11-20T08:05:09Z",
+                             "012026-11-20T08:05:09Z",
+                             "0012026-11-20T08:05:09Z",
+                             "*012026-11-20T08:05:09Z",
+                             "+0012026-11-20T08:05:09Z",
+                             "-2026-11-20T08:05:09Z",
+                             "-026-11-20T08:05:09Z",
+                             "+12-026-11-20T08:05:09Z"}) {
         EXPECT_EQ(iso8601::parse(text), std::nullopt) << text;
     }
 }
@@ -119,9 +138,9 @@ TEST(ISO8601, agreesWithTheCLibraryOnEveryDayOfEightCenturies)
 
 RC_GTEST_PROP(ISO8601, readsBackEveryWholeSecond, ())
 {
-    const auto seconds = *rc::gen::oneOf(
-        rc::gen::inRange<std::int64_t>(-62'200'000'000, 253'500'000'000),
-        rc::gen::inRange<std::int64_t>(-31'600'000'000'000, 31'490'000'000'000));
+    const auto seconds =
+        *rc::gen::oneOf(rc::gen::inRange<std::int64_t>(-62'200'000'000, 253'500'000'000),
+                        rc::gen::inRange<std::int64_t>(-31'600'000'000'000, 31'490'000'000'000));
     const Date date{static_cast<double>(seconds)};
     const std::string text = iso8601::text(date);
     RC_ASSERT(text.size() <= iso8601MaxLength);
@@ -191,6 +210,6 @@ TEST(CalendarDays, answersForDatesBeyondEveryCalendar)
     EXPECT_EQ(calendarDays({infinity}, {infinity}), 0);
 }
 
-} // namespace
+}  // namespace
 
-} // namespace gruk
+}  // namespace gruk

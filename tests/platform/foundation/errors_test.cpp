@@ -4,13 +4,14 @@
 
 #include <gtest/gtest.h>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
-FileError fileError(std::errc code) { return {std::make_error_code(code), "open", "/a/b"}; }
+FileError fileError(std::errc code)
+{
+    return {std::make_error_code(code), "open", "/a/b"};
+}
 
 /// Throws `outer` with `inner` nested in it and hands what arrives to `look`.
 template <typename Outer, typename Inner, typename Look>
@@ -60,10 +61,9 @@ TEST(ErrorMeaning, judgesByTheNestedErrorWhenItsOwnSaysNothing)
                [](const std::exception& error) {
                    EXPECT_EQ(meaning(error), ErrorMeaning::accessRefused);
                });
-    withNested(fileError(std::errc::io_error), fileError(std::errc::no_such_file_or_directory),
-               [](const std::exception& error) {
-                   EXPECT_EQ(meaning(error), ErrorMeaning::noSuchItem);
-               });
+    withNested(
+        fileError(std::errc::io_error), fileError(std::errc::no_such_file_or_directory),
+        [](const std::exception& error) { EXPECT_EQ(meaning(error), ErrorMeaning::noSuchItem); });
 }
 
 TEST(ErrorMeaning, itsOwnCodeComesBeforeTheNestedOne)
@@ -88,9 +88,8 @@ TEST(ErrorMeaning, goesDownToTheLastNestedError)
 
 TEST(ErrorMeaning, aNestedThingThatIsNoErrorMeansOther)
 {
-    withNested(std::runtime_error("outer"), 42, [](const std::exception& error) {
-        EXPECT_EQ(meaning(error), ErrorMeaning::other);
-    });
+    withNested(std::runtime_error("outer"), 42,
+               [](const std::exception& error) { EXPECT_EQ(meaning(error), ErrorMeaning::other); });
 }
 
 TEST(ErrorMeaning, anErrorThatCouldNestButHoldsNothingMeansOther)
@@ -107,6 +106,6 @@ TEST(Describe, fallsBackWhenTheErrorHasNoWords)
     EXPECT_EQ(describe(std::runtime_error("words")), "words");
 }
 
-} // namespace
+}  // namespace
 
-} // namespace gruk
+}  // namespace gruk

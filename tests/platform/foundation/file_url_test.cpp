@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 using Names = FileURL::Names;
 using namespace std::string_literals;
@@ -145,8 +143,8 @@ RC_GTEST_PROP(FileURL, standardizingTwiceChangesNothingMore, ())
 RC_GTEST_PROP(FileURL, goingUpUndoesAppendingAName, ())
 {
     const FileURL base = FileURL(*anyPath()).standardized();
-    const std::string name = *rc::gen::nonEmpty(
-        rc::gen::container<std::string>(rc::gen::distinctFrom(rc::gen::inRange<char>(1, 127), '/')));
+    const std::string name = *rc::gen::nonEmpty(rc::gen::container<std::string>(
+        rc::gen::distinctFrom(rc::gen::inRange<char>(1, 127), '/')));
     const FileURL below = base.appending(name);
     RC_ASSERT(below.lastPathComponent() == name);
     RC_ASSERT(below.deletingLastPathComponent().path() == base.path());
@@ -154,6 +152,6 @@ RC_GTEST_PROP(FileURL, goingUpUndoesAppendingAName, ())
     RC_ASSERT(!pathIsAtOrBelow(base.path(), below.path()));
 }
 
-} // namespace
+}  // namespace
 
-} // namespace gruk
+}  // namespace gruk

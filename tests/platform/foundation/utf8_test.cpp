@@ -5,11 +5,9 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 const std::string replacement = "\xEF\xBF\xBD";
 
@@ -22,7 +20,7 @@ std::size_t naiveLength(std::string_view bytes)
     const auto at = [&](std::size_t i) {
         return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i]));
     };
-    const std::size_t length = at(0) < 0x80            ? 1
+    const std::size_t length = at(0) < 0x80             ? 1
                                : (at(0) & 0xE0) == 0xC0 ? 2
                                : (at(0) & 0xF0) == 0xE0 ? 3
                                : (at(0) & 0xF8) == 0xF0 ? 4
@@ -58,12 +56,12 @@ TEST(UTF8, agreesWithAPlainDecoderOnEveryPairOfBytes)
 
 TEST(UTF8, knowsTheEndsOfItsRanges)
 {
-    EXPECT_TRUE(isValidUTF8("\xED\x9F\xBF"));      // U+D7FF
-    EXPECT_FALSE(isValidUTF8("\xED\xA0\x80"));     // a surrogate
-    EXPECT_TRUE(isValidUTF8("\xEE\x80\x80"));      // U+E000
-    EXPECT_TRUE(isValidUTF8("\xF4\x8F\xBF\xBF"));  // U+10FFFF
-    EXPECT_FALSE(isValidUTF8("\xF4\x90\x80\x80")); // beyond
-    EXPECT_FALSE(isValidUTF8("\xC0\xAF"));         // an overlong "/"
+    EXPECT_TRUE(isValidUTF8("\xED\x9F\xBF"));       // U+D7FF
+    EXPECT_FALSE(isValidUTF8("\xED\xA0\x80"));      // a surrogate
+    EXPECT_TRUE(isValidUTF8("\xEE\x80\x80"));       // U+E000
+    EXPECT_TRUE(isValidUTF8("\xF4\x8F\xBF\xBF"));   // U+10FFFF
+    EXPECT_FALSE(isValidUTF8("\xF4\x90\x80\x80"));  // beyond
+    EXPECT_FALSE(isValidUTF8("\xC0\xAF"));          // an overlong "/"
     EXPECT_FALSE(isValidUTF8("\xE0\x80\xAF"));
     EXPECT_FALSE(isValidUTF8("\xF0\x80\x80\xAF"));
     EXPECT_TRUE(isValidUTF8(std::string_view("\0", 1)));
@@ -83,7 +81,7 @@ TEST(UTF8, findsTheOneBadByteInALongText)
 TEST(UTF8, showsEachStrayByteAsAReplacement)
 {
     EXPECT_EQ(displayText("caf\xE9.txt"), "caf" + replacement + ".txt");
-    EXPECT_EQ(displayText("\xE2\x82"), replacement + replacement); // the Euro sign cut off
+    EXPECT_EQ(displayText("\xE2\x82"), replacement + replacement);  // the Euro sign cut off
     EXPECT_EQ(displayText("\xC3\xA9\xFF\xC3\xA9"), "\xC3\xA9" + replacement + "\xC3\xA9");
     EXPECT_EQ(displayText("plain"), "plain");
     EXPECT_EQ(displayText(""), "");
@@ -92,8 +90,8 @@ TEST(UTF8, showsEachStrayByteAsAReplacement)
 RC_GTEST_PROP(UTF8, showsWhatAPlainDecoderShows, ())
 {
     const auto piece = rc::gen::elementOf(std::vector<std::string>{
-        "a", "/", "\x7F", "\x80", "\xBF", "\xC2", "\xC3\xA9", "\xE0", "\xA0", "\xED", "\xE2\x82\xAC",
-        "\xF0\x9F\x98\x80", "\xF4", "\x8F", "\xFF", "eight letters "});
+        "a", "/", "\x7F", "\x80", "\xBF", "\xC2", "\xC3\xA9", "\xE0", "\xA0", "\xED",
+        "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xF4", "\x8F", "\xFF", "eight letters "});
     std::string bytes;
     for (const std::string& part : *rc::gen::container<std::vector<std::string>>(piece)) {
         bytes += part;
@@ -111,6 +109,6 @@ RC_GTEST_PROP(UTF8, showsWhatAPlainDecoderShows, ())
     RC_ASSERT(isValidUTF8(displayText(bytes)));
 }
 
-} // namespace
+}  // namespace
 
-} // namespace gruk
+}  // namespace gruk

@@ -5,11 +5,9 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-namespace gruk
-{
+namespace gruk {
 
-namespace
-{
+namespace {
 
 TEST(UUID, writesUpperCaseInFiveGroups)
 {
@@ -64,6 +62,6 @@ RC_GTEST_PROP(UUID, readsBackItsText, ())
     RC_ASSERT(UUID::parse(uuid.text()) == uuid);
 }
 
-} // namespace
+}  // namespace
 
-} // namespace gruk
+}  // namespace gruk

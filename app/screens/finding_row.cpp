@@ -1,0 +1,199 @@
+#include "app/screens/finding_row.h"
+
+#include <array>
+
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "app/screens/patrol_text.h"
+#include "app/theme/card_painter.h"
+#include "app/theme/text.h"
+#include "core/patrol/byte_format.h"
+#include "core/patrol/finding_copy.h"
+
+namespace gruk {
+
+namespace {
+
+constexpr int panelIndent = Measure::iconSize + Measure::medium;
+constexpr int tallestText = 100'000;
+
+/// A small outlined word.
+class OutlinedLabel : public Label {
+public:
+    explicit OutlinedLabel(Theme& theme) : Label(theme, TextStyle::small)
+    {
+        setContentsMargins(Measure::small, Measure::hair, Measure::small, Measure::hair);
+        setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Maximum);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF body = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+        painter.strokePath(cutPath(body, buttonCorners),
+                           theme().colour(Role::ink, Strength::outline));
+        Label::paintEvent(event);
+    }
+};
+
+/// What the open panel says, and how.
+struct PanelText {
+    TextStyle style;
+    QString text;
+};
+
+std::array<PanelText, 3> panelTexts(const ReviewFinding& finding)
+{
+    return {{
+        {TextStyle::body,
+         displayString(FindingCopy::whyFlagged(finding.reason, finding.url.path()))},
+        {TextStyle::body, displayString(finding.explanation)},
+        {TextStyle::bodyStrong, displayString(FindingCopy::confidenceNote(finding.confidence))},
+    }};
+}
+
+QString sizeText(const ReviewFinding& finding)
+{
+    return QString::fromStdString(ByteFormat::string(finding.allocatedSize));
+}
+
+QLabel* figure(Theme& theme, TextStyle style, const QString& text)
+{
+    auto* label = new Label(theme, style);
+    label->setText(text);
+    label->setAlignment(Qt::AlignRight);
+    return label;
+}
+
+}  // namespace
+
+FindingRow::FindingRow(Theme& theme, const ReviewFinding& finding, bool isOpen, QWidget* parent)
+    : Row(theme, parent), path_(new ElidedLabel(theme, TextStyle::small, Qt::ElideMiddle)),
+      disclosure_(new DisclosureButton(theme, QStringLiteral("Why the Gruk flagged this"),
+                                       QStringLiteral("Hide why"))),
+      head_(new QWidget(this)), panel_(new QWidget(this))
+{
+    const QString name = displayName(finding.url.lastPathComponent());
+    setAccessibleName(QStringLiteral("%1, %2, %3")
+                          .arg(name, sizeText(finding), PatrolText::reasonLabel(finding.reason)));
+    build(finding);
+    buildPanel(finding);
+    disclosure_->setOpen(isOpen);
+    disclosure_->setAccessibleDescription(name);
+    showPanel();
+    connect(disclosure_, &QAbstractButton::toggled, this, [this](bool open) {
+        showPanel();
+        Q_EMIT openChanged(open);
+    });
+}
+
+int FindingRow::closedHeight(const Theme& theme)
+{
+    return 2 * Measure::small + QFontMetrics(theme.font(TextStyle::bodyStrong)).height()
+           + QFontMetrics(theme.font(TextStyle::small)).height() + Measure::smallestTarget + 1;
+}
+
+int FindingRow::openExtra(const Theme& theme, const ReviewFinding& finding, int width)
+{
+    const int textWidth = width - panelIndent - 2 * Measure::medium;
+    int height = 2 * Measure::medium + Measure::small;
+    const auto texts = panelTexts(finding);
+    for (const PanelText& part : texts) {
+        const QFontMetrics metrics(theme.font(part.style));
+        height +=
+            metrics.boundingRect(QRect(0, 0, textWidth, tallestText), Qt::TextWordWrap, part.text)
+                .height();
+    }
+    return height + static_cast<int>(texts.size() - 1) * Measure::small;
+}
+
+void FindingRow::build(const ReviewFinding& finding)
+{
+    auto* symbol = new IconLabel(theme(), iconFor(finding.reason), Measure::iconSize);
+    auto* name = new ElidedLabel(theme(), TextStyle::bodyStrong, Qt::ElideMiddle);
+    name->setFullText(displayName(finding.url.lastPathComponent()));
+    path_->setFullText(displayName(finding.url.path()));
+    path_->setColour(Role::ink, Strength::quiet);
+    auto* reason = new OutlinedLabel(theme());
+    reason->setText(PatrolText::reasonLabel(finding.reason));
+
+    auto* words = new QVBoxLayout;
+    words->setSpacing(0);
+    words->addWidget(name);
+    words->addWidget(path_);
+    words->addWidget(disclosure_, 0, Qt::AlignLeft);
+    auto* figures = new QVBoxLayout;
+    figures->setSpacing(0);
+    figures->addWidget(figure(theme(), TextStyle::bodyStrong, sizeText(finding)));
+    if (finding.byteDelta) {
+        figures->addWidget(
+            figure(theme(), TextStyle::small,
+                   QString::fromStdString(ByteFormat::signedString(*finding.byteDelta))));
+    }
+    figures->addStretch();
+
+    auto* row = new QHBoxLayout(head_);
+    row->setContentsMargins(0, Measure::small, 0, Measure::small);
+    row->setSpacing(Measure::medium);
+    row->addWidget(symbol, 0, Qt::AlignTop);
+    row->addLayout(words, 1);
+    row->addWidget(reason, 0, Qt::AlignTop);
+    row->addLayout(figures);
+    row->setStretch(1, 1);
+    figures->setSizeConstraint(QLayout::SetMinimumSize);
+}
+
+void FindingRow::buildPanel(const ReviewFinding& finding)
+{
+    auto* column = new QVBoxLayout(panel_);
+    column->setContentsMargins(Measure::medium, Measure::medium, Measure::medium, Measure::medium);
+    column->setSpacing(Measure::small);
+    for (const PanelText& part : panelTexts(finding)) {
+        auto* label = new Label(theme(), part.style);
+        label->setText(part.text);
+        label->setWordWrap(true);
+        column->addWidget(label);
+    }
+}
+
+void FindingRow::showPanel()
+{
+    panel_->setVisible(disclosure_->isOpen());
+    update();
+}
+
+void FindingRow::showGone()
+{
+    path_->setFullText(QStringLiteral("Already gone — next patrol will forget it"));
+    path_->setColour(Role::ink);
+}
+
+QRect FindingRow::panelRect() const
+{
+    const int top = closedHeight(theme());
+    return {panelIndent, top, width() - panelIndent, height() - top - Measure::small};
+}
+
+void FindingRow::resizeEvent(QResizeEvent* event)
+{
+    head_->setGeometry(0, 0, width(), closedHeight(theme()) - 1);
+    panel_->setGeometry(panelRect());
+    Row::resizeEvent(event);
+}
+
+void FindingRow::paintEvent(QPaintEvent* event)
+{
+    Row::paintEvent(event);
+    if (disclosure_->isOpen()) {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.fillPath(cutPath(panelRect(), buttonCorners), theme().colour(Role::paperInset));
+    }
+}
+
+}  // namespace gruk

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+#include <QWidget>
+
+#include "app/screens/finding_row.h"
+#include "app/screens/findings_geometry.h"
+
+namespace gruk {
+
+/// The findings, of which there may be a hundred thousand: as tall as all of them, but only those
+/// in view have a row of their own. Its owner says what is in view.
+class FindingsList : public QWidget {
+    Q_OBJECT
+
+public:
+    using Findings = std::shared_ptr<const std::vector<ReviewFinding>>;
+    /// A widget cannot be taller than some 16 million pixels, so that a longer list ends here.
+    static constexpr std::size_t mostRows = 150'000;
+
+    explicit FindingsList(Theme& theme, QWidget* parent = nullptr);
+
+    /// Shows these, never null, in their order; open ones stay open. Returns the former ones, for
+    /// the caller to let go of.
+    [[nodiscard]] Findings setFindings(Findings findings);
+    /// Takes the findings away, for an end in which nobody is to be told.
+    [[nodiscard]] Findings takeFindings();
+    [[nodiscard]] const Findings& findings() const { return findings_; }
+
+    /// Makes the rows between two heights of this widget, and drops the others.
+    void showWithin(int top, int bottom);
+
+    /// Where the findings with a row are.
+    [[nodiscard]] std::vector<FileURL> shownURLs() const;
+    /// Marks those rows whose item is gone.
+    void showGone(const std::vector<FileURL>& urls);
+
+    /// How many rows there are as widgets.
+    [[nodiscard]] std::size_t rowCount() const { return rows_.size(); }
+
+Q_SIGNALS:
+    /// Other findings than before have rows.
+    void shownChanged();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void dropRows();
+    FindingRow* makeRow(std::size_t index);
+    void setOpen(std::size_t index, bool isOpen);
+    void measureOpenRows();
+    void placeRows();
+
+    Theme& theme_;
+    Findings findings_;
+    FindingsGeometry geometry_;
+    std::map<std::size_t, FindingRow*> rows_;
+    /// Ids of the findings whose panel is open.
+    std::unordered_set<std::string> open_;
+    int viewTop_ = 0;
+    int viewBottom_ = 0;
+};
+
+}  // namespace gruk

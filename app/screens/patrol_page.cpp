@@ -1,0 +1,124 @@
+#include "app/screens/patrol_page.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include "app/screens/changes_section.h"
+#include "app/screens/findings_section.h"
+#include "app/screens/first_run_panel.h"
+#include "app/screens/heavy_section.h"
+#include "app/screens/messages_section.h"
+#include "app/screens/metrics_row.h"
+#include "app/screens/patrol_bar.h"
+#include "app/screens/patrol_text.h"
+#include "app/screens/repaint_once.h"
+#include "app/screens/section_title.h"
+#include "app/theme/paper_backdrop.h"
+#include "app/theme/text.h"
+
+namespace gruk {
+
+GrukPatrolView::GrukPatrolView(AppModel& model, Theme& theme, QWidget* parent)
+    : QScrollArea(parent), model_(model), theme_(theme), column_(new QWidget),
+      findings_(new FindingsSection(model, theme))
+{
+    setObjectName(QStringLiteral("patrolPage"));
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // The focus goes to what is on the page; the page itself scrolls by keys all the same.
+    setFocusPolicy(Qt::NoFocus);
+
+    column_->setMaximumWidth(Measure::columnWidth);
+    auto* rows = new QVBoxLayout(column_);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(Measure::rowGap);
+    fill(*rows);
+    rows->addStretch();
+
+    auto* paper = new PaperBackdrop(theme);
+    auto* centred = new QHBoxLayout(paper);
+    centred->setContentsMargins(Measure::pageMargin, Measure::pageMargin, Measure::pageMargin,
+                                Measure::pageMargin);
+    centred->addStretch(1);
+    centred->addWidget(column_, 1000);
+    centred->addStretch(1);
+    setWidget(paper);
+
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
+            &GrukPatrolView::tellWhatIsInView);
+    findings_->installEventFilter(this);
+}
+
+void GrukPatrolView::fill(QVBoxLayout& column)
+{
+    column.addWidget(makeHeader());
+    column.addWidget(new PatrolBar(model_, theme_));
+    column.addWidget(new MessagesSection(model_, theme_));
+    column.addWidget(new FirstRunPanel(model_, theme_));
+    column.addWidget(new MetricsRow(model_, theme_));
+    column.addWidget(new BaselineNote(model_, theme_));
+    column.addWidget(new ChangesSection(model_, theme_));
+    column.addWidget(findings_);
+    column.addWidget(new HeavySection(model_, theme_));
+    column.addWidget(sectionNote(
+        theme_, QStringLiteral("Review Only is on until you say otherwise. Nothing is ever deleted "
+                               "— the most the Gruk can do is move things to the system Trash, one "
+                               "confirmation at a time.")));
+}
+
+QWidget* GrukPatrolView::makeHeader()
+{
+    auto* header = new QWidget;
+    auto* eyebrow = new Label(theme_, TextStyle::eyebrow);
+    eyebrow->setText(QStringLiteral("THE REALM OF"));
+    eyebrow->setColour(Role::ink, Strength::quiet);
+    auto* name = new ElidedLabel(theme_, TextStyle::pageTitle, Qt::ElideMiddle);
+    name->setObjectName(QStringLiteral("realmName"));
+    name->setFullText(model_.activeRootURL()
+                          ? displayName(model_.activeRootURL()->lastPathComponent())
+                          : QStringLiteral("Selected location"));
+    auto* date = new Label(theme_, TextStyle::detail);
+    date->setObjectName(QStringLiteral("lastPatrolled"));
+    date->setColour(Role::ink, Strength::quiet);
+    auto* column = new QVBoxLayout(header);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(Measure::hair);
+    column->addWidget(eyebrow);
+    column->addWidget(name);
+    column->addWidget(date);
+
+    const auto showDate = [this, date] {
+        date->setText(PatrolText::lastPatrolled(model_.latestSnapshot().get()));
+    };
+    auto* repaint = new RepaintOnce(showDate, this);
+    repaint->on(model_, &AppModel::latestSnapshotChanged);
+    showDate();
+    return header;
+}
+
+void GrukPatrolView::resizeEvent(QResizeEvent* event)
+{
+    QScrollArea::resizeEvent(event);
+    tellWhatIsInView();
+}
+
+bool GrukPatrolView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == findings_
+        && (event->type() == QEvent::Move || event->type() == QEvent::Resize
+            || event->type() == QEvent::LayoutRequest)) {
+        tellWhatIsInView();
+    }
+    return QScrollArea::eventFilter(watched, event);
+}
+
+void GrukPatrolView::tellWhatIsInView()
+{
+    const int top = findings_->mapFrom(viewport(), QPoint(0, 0)).y();
+    findings_->showWithin(top, top + viewport()->height());
+}
+
+}  // namespace gruk

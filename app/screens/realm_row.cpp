@@ -1,0 +1,124 @@
+#include "app/screens/realm_row.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "app/theme/button.h"
+#include "app/theme/card_painter.h"
+#include "app/theme/text.h"
+#include "platform/foundation/file_url.h"
+
+namespace gruk {
+
+namespace {
+
+QString nameOf(const Grant& grant)
+{
+    return displayName(FileURL::directory(grant.path).standardized().lastPathComponent());
+}
+
+}  // namespace
+
+RealmRow::RealmRow(Theme& theme, const Grant& grant, QWidget* parent)
+    : QPushButton(parent), theme_(theme), name_(nameOf(grant)), path_(displayName(grant.path))
+{
+    setAccessibleName(QStringLiteral("%1, %2").arg(name_, path_));
+    setToolTip(toolTipText(path_));
+    setFixedHeight(Measure::realmRowHeight);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_Hover);
+    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void RealmRow::setActive(bool isActive)
+{
+    isActive_ = isActive;
+    setAccessibleDescription(isActive ? QStringLiteral("Selected") : QString());
+    update();
+}
+
+QSize RealmRow::sizeHint() const
+{
+    return {Measure::sidebarWidth - 2 * Measure::medium, Measure::realmRowHeight};
+}
+
+QSize RealmRow::minimumSizeHint() const
+{
+    return {Measure::huge, Measure::realmRowHeight};
+}
+
+void RealmRow::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF body = cardBody(rect());
+    if (isDown()) {
+        applyPress(painter, body);
+    }
+    if (isActive_) {
+        paintCard(painter, rect(), theme_);
+        const QRectF bar(body.left(), body.top() + Measure::medium, Measure::activeBar,
+                         body.height() - 2 * Measure::medium);
+        painter.fillRect(bar, theme_.colour(Role::fernDark));
+    } else if (underMouse()) {
+        painter.fillPath(cutPath(body, cardCorners), theme_.colour(Role::ink, Strength::shadow));
+    }
+
+    const QFont nameFont = theme_.font(TextStyle::bodyStrong);
+    const QFont pathFont = theme_.font(TextStyle::small);
+    const QFontMetrics nameMetrics(nameFont);
+    const QFontMetrics pathMetrics(pathFont);
+    const QRectF text = body.adjusted(Measure::medium, 0, -Measure::medium, 0);
+    const int width = static_cast<int>(text.width());
+    double top = body.center().y() - (nameMetrics.height() + pathMetrics.height()) / 2.0;
+    painter.setFont(nameFont);
+    painter.setPen(theme_.colour(Role::ink));
+    painter.drawText(QRectF(text.left(), top, width, nameMetrics.height()), Qt::TextSingleLine,
+                     nameMetrics.elidedText(name_, Qt::ElideMiddle, width));
+    top += nameMetrics.height();
+    painter.setFont(pathFont);
+    painter.setPen(theme_.colour(Role::ink, Strength::quiet));
+    painter.drawText(QRectF(text.left(), top, width, pathMetrics.height()), Qt::TextSingleLine,
+                     pathMetrics.elidedText(path_, Qt::ElideMiddle, width));
+}
+
+void RealmRow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        click();
+        return;
+    }
+    QPushButton::keyPressEvent(event);
+}
+
+DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant, QWidget* parent)
+    : QWidget(parent)
+{
+    const QString path = displayName(grant.path);
+    auto* name = new ElidedLabel(theme, TextStyle::bodyStrong, Qt::ElideMiddle);
+    name->setFullText(nameOf(grant));
+    name->setToolTip(toolTipText(path));
+    name->setColour(Role::ink, Strength::disconnected);
+    auto* state = new Label(theme, TextStyle::small);
+    state->setText(QStringLiteral("⚠︎ Disconnected"));
+    state->setColour(Role::ink, Strength::disconnected);
+    auto* again = new Button(theme, Button::Kind::link, QStringLiteral("Grant again…"));
+    again->setAccessibleDescription(path);
+
+    auto* line = new QHBoxLayout;
+    line->setSpacing(Measure::small);
+    line->addWidget(state);
+    line->addStretch();
+    line->addWidget(again);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(Measure::medium, Measure::hair, Measure::small, Measure::hair);
+    column->setSpacing(0);
+    column->addWidget(name);
+    column->addLayout(line);
+    setAccessibleName(QStringLiteral("%1, disconnected").arg(nameOf(grant)));
+
+    connect(again, &QPushButton::clicked, this, &DisconnectedRealmRow::regrantRequested);
+}
+
+}  // namespace gruk

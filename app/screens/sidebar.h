@@ -1,0 +1,46 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include <QWidget>
+
+#include "app/model/app_model.h"
+#include "app/theme/theme.h"
+
+class QVBoxLayout;
+
+namespace gruk {
+
+class RealmRow;
+
+/// The realms at the left of the window, and the way to grant another.
+class SidebarView : public QWidget {
+    Q_OBJECT
+
+public:
+    SidebarView(AppModel& model, Theme& theme, QWidget* parent = nullptr);
+
+    /// Looks again which realms are connected: a disk may have come or gone.
+    void refresh();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    [[nodiscard]] QWidget* makeBrand();
+    [[nodiscard]] QWidget* makeRealms();
+    void showRealms();
+    void addRow(const Grant& grant, bool isConnected);
+    void showContextMenu(QWidget& row, const Grant& grant, const QPoint& at);
+    void confirmRemoval(const Grant& grant);
+
+    AppModel& model_;
+    Theme& theme_;
+    QVBoxLayout* rows_ = nullptr;
+    /// What the rows show: each grant, and whether it is connected.
+    std::vector<std::pair<Grant, bool>> shown_;
+    std::vector<std::pair<std::string, RealmRow*>> realmRows_;
+};
+
+}  // namespace gruk

@@ -1,0 +1,238 @@
+#include "benchmarks/bench_sides.h"
+
+#include <fstream>
+#include <functional>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "benchmarks/bench_files.h"
+#include "benchmarks/bench_floor.h"
+#include "core/patrol/child_lister.h"
+#include "core/patrol/patrol_coordinator.h"
+#include "core/patrol/realm_history.h"
+#include "core/patrol/snapshot_decoder.h"
+#include "core/patrol/snapshot_encoder.h"
+#include "core/patrol/snapshot_entries_builder.h"
+#include "core/patrol/snapshot_scanner.h"
+#include "core/patrol/snapshot_store.h"
+#include "platform/files/file_reader.h"
+#include "platform/files/metadata.h"
+
+namespace gruk::benchmarks {
+
+namespace {
+
+using Arguments = std::span<const std::string>;
+
+double secondsOf(const std::function<void()>& work)
+{
+    const double began = monotonicSeconds();
+    work();
+    return monotonicSeconds() - began;
+}
+
+FileURL realmAt(const std::string& path)
+{
+    return FileURL::directory(path).standardized();
+}
+
+/// Snapshots of one tree as eight patrols of two realms would have left them.
+Figures prepare(Arguments arguments)
+{
+    constexpr int hour = 3'600;
+    ScanSnapshot snapshot = SnapshotScanner().scan(realmAt(arguments[0]), Date::now());
+    const Date now = snapshot.capturedAt;
+    const std::string realm = snapshot.rootPath;
+    const auto write = [&](const std::string& path, int count, bool withOther) {
+        OutputFile out(path);
+        const auto sink = [&](std::string_view text) { out.write(text); };
+        sink(SnapshotEncoder::storeHead);
+        for (int i = 0; i < count; ++i) {
+            if (i > 0) {
+                sink(SnapshotEncoder::betweenSnapshots);
+            }
+            const bool isOther = withOther && i % 2 == 1;
+            snapshot.id = UUID::random();
+            snapshot.rootPath = isOther ? realm + " and another" : realm;
+            snapshot.capturedAt = Date{now.secondsSince1970 - (count - i) * hour};
+            SnapshotEncoder::encode(snapshot, sink);
+        }
+        sink(SnapshotEncoder::storeTail);
+        out.close();
+    };
+    write(arguments[1] + stores::one, 1, false);
+    write(arguments[1] + stores::deep, 16, true);
+    return {};
+}
+
+Figures floor(Arguments arguments)
+{
+    std::uint64_t items = 0;
+    const double seconds = secondsOf([&] { items = bareWalk(arguments[0]); });
+    return {{"seconds", seconds}, {"items", static_cast<double>(items)}};
+}
+
+Figures scan(Arguments arguments)
+{
+    SnapshotScanner scanner;
+    ScanSnapshot snapshot;
+    const double seconds =
+        secondsOf([&] { snapshot = scanner.scan(realmAt(arguments[0]), Date::now()); });
+    return {{"seconds", seconds}};
+}
+
+/// Adds what is below `root` as the scanner does, but for the hard links.
+void addTree(const FileURL& root, SnapshotEntriesBuilder& entries)
+{
+    constexpr auto noIndex = SnapshotEntries::noIndex;
+    const auto device = itemFacts(root).deviceID;
+    const auto lister = makeLiveLister(root);
+    std::vector<std::pair<SnapshotEntries::Index, std::size_t>> pending = {{noIndex, 0}};
+    while (!pending.empty()) {
+        const auto [directory, depth] = pending.back();
+        pending.pop_back();
+        const std::string_view name =
+            directory == noIndex ? std::string_view() : entries.name(directory);
+        try {
+            lister->list(depth, name, [&](const ListedItem& item) {
+                if (item.isSymlink || item.deviceID != device) {
+                    return;
+                }
+                const auto entry = entries.add(directory, item.name, item.allocatedSize,
+                                               item.dateModified, item.kind, item.isDirectory);
+                if (item.isDirectory) {
+                    pending.emplace_back(entry, depth + 1);
+                }
+            });
+        } catch (const std::exception&) {
+            // A folder that cannot be listed has no children to order.
+            continue;
+        }
+    }
+}
+
+Figures order(Arguments arguments)
+{
+    SnapshotEntriesBuilder builder;
+    addTree(realmAt(arguments[0]), builder);
+    SnapshotEntries entries;
+    return {{"seconds", secondsOf([&] { entries = builder.finish(); })}};
+}
+
+Figures patrol(Arguments arguments)
+{
+    SnapshotScanner scanner;
+    SnapshotStore store{FileURL(arguments[1])};
+    std::optional<PatrolResult> result;
+    const double seconds = secondsOf([&] {
+        result = PatrolCoordinator::patrol(realmAt(arguments[0]), scanner, store,
+                                           [](std::int64_t, std::string_view) {});
+    });
+    return {{"seconds", seconds},
+            {"entries", static_cast<double>(result->snapshot.entries.size())},
+            {"peak_bytes", peakMemory()}};
+}
+
+Figures decode(Arguments arguments)
+{
+    const SnapshotStore store{FileURL(arguments[1])};
+    std::vector<ScanSnapshot> snapshots;
+    const double seconds =
+        secondsOf([&] { snapshots = store.snapshots(realmAt(arguments[0]).path()); });
+    if (snapshots.empty()) {
+        throw std::runtime_error("the store has no snapshot of the realm");
+    }
+    return {{"seconds", seconds}};
+}
+
+Figures read(Arguments arguments)
+{
+    return {{"seconds", secondsOf([&] { readWhole(arguments[0]); })}};
+}
+
+Figures encode(Arguments arguments)
+{
+    std::optional<FileReader> file = FileReader::open(FileURL(arguments[0]));
+    SnapshotDecoder decoder(file.value());
+    std::vector<ScanSnapshot> snapshots;
+    decoder.build(decoder.snapshots(),
+                  [&](ScanSnapshot&& snapshot) { snapshots.push_back(std::move(snapshot)); });
+    return {{"seconds", secondsOf([&] {
+                 OutputFile out(arguments[1]);
+                 const auto sink = [&](std::string_view text) { out.write(text); };
+                 sink(SnapshotEncoder::storeHead);
+                 SnapshotEncoder::encode(snapshots.front(), sink);
+                 sink(SnapshotEncoder::storeTail);
+                 out.close();
+             })}};
+}
+
+Figures write(Arguments arguments)
+{
+    const std::string bytes = readWhole(arguments[0]);
+    return {{"seconds", secondsOf([&] {
+                 OutputFile out(arguments[1]);
+                 constexpr std::size_t piece = std::size_t{1} << 20;
+                 for (std::size_t at = 0; at < bytes.size(); at += piece) {
+                     out.write(std::string_view(bytes).substr(at, piece));
+                 }
+                 out.close();
+             })}};
+}
+
+/// All but one sixteenth: the oldest snapshot of the realm is the one that a save drops.
+Figures copy(Arguments arguments)
+{
+    return {{"seconds", secondsOf([&] { copyPart(arguments[0], arguments[1], 15, 16); })}};
+}
+
+Figures history(Arguments arguments)
+{
+    const SnapshotStore store{FileURL(arguments[1])};
+    RealmHistory loaded;
+    const double seconds = secondsOf(
+        [&] { loaded = RealmHistoryLoader::load(realmAt(arguments[0]), store, Date::now()); });
+    if (!loaded.previousSnapshot) {
+        throw std::runtime_error("the store has no history of the realm");
+    }
+    return {{"seconds", seconds}};
+}
+
+Figures pass(Arguments arguments)
+{
+    std::size_t count = 0;
+    const double seconds = secondsOf([&] {
+        std::optional<FileReader> file = FileReader::open(FileURL(arguments[0]));
+        count = SnapshotDecoder(file.value()).snapshots().size();
+    });
+    return {{"seconds", seconds}, {"snapshots", static_cast<double>(count)}};
+}
+
+struct Side {
+    std::string_view name;
+    std::size_t argumentCount;
+    Figures (*measure)(Arguments);
+};
+
+constexpr Side sides[] = {
+    {"prepare", 2, prepare}, {"floor", 1, floor},     {"scan", 1, scan},
+    {"order", 1, order},     {"patrol", 2, patrol},   {"decode", 2, decode},
+    {"read", 1, read},       {"encode", 2, encode},   {"write", 2, write},
+    {"copy", 2, copy},       {"history", 2, history}, {"pass", 1, pass},
+};
+
+}  // namespace
+
+Figures measureSide(std::span<const std::string> arguments)
+{
+    for (const Side& side : sides) {
+        if (!arguments.empty() && arguments[0] == side.name
+            && arguments.size() == side.argumentCount + 1) {
+            return side.measure(arguments.subspan(1));
+        }
+    }
+    throw std::runtime_error("no such side");
+}
+
+}  // namespace gruk::benchmarks

@@ -1,0 +1,298 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <set>
+
+#include "core/patrol/snapshot_scanner.h"
+#include "platform/foundation/errors.h"
+#include "tests/support/temporary_directory.h"
+
+namespace gruk {
+
+namespace {
+
+using Paths = std::set<std::string>;
+
+ScanSnapshot scan(const FileURL& root)
+{
+    return SnapshotScanner().scan(root, Date{});
+}
+
+Paths paths(const ScanSnapshot& snapshot)
+{
+    Paths result;
+    for (PathCursor at(snapshot.entries); !at.isAtEnd(); at.advance()) {
+        result.insert(std::string(at.path()));
+    }
+    return result;
+}
+
+SnapshotEntry entry(const ScanSnapshot& snapshot, std::string_view path)
+{
+    const auto index = snapshot.entries.find(path);
+    EXPECT_TRUE(index) << "no entry " << path;
+    return index ? snapshot.entries[*index] : SnapshotEntry{};
+}
+
+/// Notes which items of one folder are opened while it lives.
+class OpenWatch {
+public:
+    explicit OpenWatch(const std::string& folder) : descriptor_(::inotify_init1(IN_NONBLOCK))
+    {
+        EXPECT_GE(::inotify_add_watch(descriptor_, folder.c_str(), IN_OPEN), 0);
+    }
+    ~OpenWatch() { ::close(descriptor_); }
+    OpenWatch(const OpenWatch&) = delete;
+    OpenWatch& operator=(const OpenWatch&) = delete;
+
+    Paths opened()
+    {
+        Paths names;
+        alignas(inotify_event) char buffer[16'384];
+        for (long count = 0; (count = ::read(descriptor_, buffer, sizeof buffer)) > 0;) {
+            for (const char* at = buffer; at < buffer + count;) {
+                inotify_event event{};
+                std::memcpy(&event, at, sizeof event);
+                names.insert(event.len == 0 ? "" : std::string(at + sizeof event));
+                at += sizeof event + event.len;
+            }
+        }
+        return names;
+    }
+
+private:
+    int descriptor_;
+};
+
+void makeSocket(const std::string& path)
+{
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ::close(socket);
+}
+
+}  // namespace
+
+TEST(SnapshotScannerLive, namesOfAnyBytesAreEntriesByteForByte)
+{
+    const test::TemporaryDirectory disk;
+    Paths expected;
+    for (int byte = 1; byte < 256; ++byte) {
+        const std::string letter(1, static_cast<char>(byte));
+        if (letter == "/") {
+            continue;
+        }
+        for (const std::string& name : {letter, "x" + letter + "y"}) {
+            if (name != ".") {
+                disk.file(name);
+                expected.insert(name);
+            }
+        }
+        const std::string inside = "folder " + letter + "/" + letter + "x";
+        disk.file(inside);
+        expected.insert({inside, inside.substr(0, inside.find('/'))});
+    }
+    const ScanSnapshot snapshot = scan(disk.url());
+    EXPECT_EQ(paths(snapshot), expected);
+    EXPECT_TRUE(snapshot.issues.empty());
+}
+
+TEST(SnapshotScannerLive, namesOf255BytesAreEntriesWhateverTheirBytes)
+{
+    const test::TemporaryDirectory disk;
+    Paths expected;
+    for (const char filler : {'x', '\xff', '\x80', ' ', '\n'}) {
+        const std::string name(255, filler);
+        disk.file(name + "/" + name);
+        expected.insert({name, name + "/" + name});
+    }
+    EXPECT_EQ(paths(scan(disk.url())), expected);
+}
+
+TEST(SnapshotScannerLive, aTreeOfThreeThousandFoldersIsWalkedToItsEnd)
+{
+    constexpr int depth = 3'000;
+    const test::TemporaryDirectory disk;
+    int folder = ::open(disk.path().c_str(), O_RDONLY | O_DIRECTORY);
+    std::string deepest;
+    for (int i = 0; i < depth; ++i) {
+        ASSERT_EQ(::mkdirat(folder, "down", 0700), 0);
+        const int next = ::openat(folder, "down", O_RDONLY | O_DIRECTORY);
+        ASSERT_GE(next, 0);
+        ::close(folder);
+        folder = next;
+        deepest += "down/";
+    }
+    const int file = ::openat(folder, "file", O_WRONLY | O_CREAT, 0600);
+    ASSERT_EQ(::write(file, "x", 1), 1);
+    ::fsync(file);
+    struct stat facts {};
+    ASSERT_EQ(::fstat(file, &facts), 0);
+    ::close(file);
+    ::close(folder);
+
+    const ScanSnapshot snapshot = scan(disk.url());
+    EXPECT_EQ(snapshot.entries.size(), std::size_t{depth} + 1);
+    EXPECT_TRUE(snapshot.issues.empty());
+    const SnapshotEntry last = entry(snapshot, deepest + "file");
+    EXPECT_EQ(last.allocatedSize, facts.st_blocks * 512);
+    for (SnapshotEntries::Index i = 0; i < snapshot.entries.size(); ++i) {
+        ASSERT_EQ(snapshot.entries.allocatedSize(i), last.allocatedSize) << i;
+    }
+}
+
+TEST(SnapshotScannerLive, fifosSocketsAndDevicesAreEntriesAndAreNeverOpened)
+{
+    const test::TemporaryDirectory disk;
+    Paths expected = {"fifo", "socket", "file"};
+    disk.file("file", 10);
+    ASSERT_EQ(::mkfifo(disk.path("fifo").c_str(), 0600), 0);
+    makeSocket(disk.path("socket"));
+    // Only root may make devices; where it may not either, there are none to be opened.
+    if (::mknod(disk.path("null").c_str(), S_IFCHR | 0600, makedev(1, 3)) == 0) {
+        expected.insert("null");
+    }
+    if (::mknod(disk.path("disk").c_str(), S_IFBLK | 0600, makedev(7, 0)) == 0) {
+        expected.insert("disk");
+    }
+    OpenWatch watch(disk.path());
+    const ScanSnapshot snapshot = scan(disk.url());
+    EXPECT_EQ(paths(snapshot), expected);
+    for (const std::string& path : expected) {
+        EXPECT_EQ(entry(snapshot, path).kind, FileKind::other) << path;
+        EXPECT_FALSE(entry(snapshot, path).isDirectory) << path;
+    }
+    // The folder itself is opened; the watch would tell of anything in it.
+    EXPECT_EQ(watch.opened(), Paths{""});
+    EXPECT_TRUE(snapshot.issues.empty());
+}
+
+TEST(SnapshotScannerLive, aSparseFileAccountsForItsBlocksOnly)
+{
+    const test::TemporaryDirectory disk;
+    const std::string path = disk.file("sparse");
+    ASSERT_EQ(::truncate(path.c_str(), 1'000'000'000), 0);
+    EXPECT_EQ(entry(scan(disk.url()), "sparse").allocatedSize, 0);
+}
+
+TEST(SnapshotScannerLive, aHardLinkedFileCountsOnceAcrossFolders)
+{
+    const test::TemporaryDirectory disk;
+    disk.file("a/one", 100'000);
+    disk.hardLink("b/c/two", "a/one");
+    disk.hardLink("three", "a/one");
+    disk.file("b/single", 50'000);
+    struct stat linked {};
+    struct stat single {};
+    ASSERT_EQ(::stat(disk.path("a/one").c_str(), &linked), 0);
+    ASSERT_EQ(::stat(disk.path("b/single").c_str(), &single), 0);
+    ASSERT_GT(linked.st_blocks, 0);
+
+    const ScanSnapshot snapshot = scan(disk.url());
+    EXPECT_EQ(snapshot.entries.size(), 7U);
+    EXPECT_EQ(entry(snapshot, "a/one").allocatedSize + entry(snapshot, "b/c/two").allocatedSize
+                  + entry(snapshot, "three").allocatedSize,
+              linked.st_blocks * 512);
+    EXPECT_EQ(snapshot.entries.totalBytes(), (linked.st_blocks + single.st_blocks) * 512);
+}
+
+TEST(SnapshotScannerLive, symbolicLinksAreNotThere)
+{
+    const test::TemporaryDirectory disk;
+    disk.file("real/x", 10);
+    disk.symbolicLink("to folder", disk.path("real"));
+    disk.symbolicLink("to file", "real/x");
+    disk.symbolicLink("to nothing", "nowhere");
+    disk.symbolicLink("real/up", "..");
+    EXPECT_EQ(paths(scan(disk.url())), (Paths{"real", "real/x"}));
+}
+
+TEST(SnapshotScannerLive, datesBefore1970AndAfter2106AreKept)
+{
+    const test::TemporaryDirectory disk;
+    struct Row {
+        const char* name;
+        time_t seconds;
+        long nanoseconds;
+    };
+    const Row rows[] = {{"1960", -315'619'200, 0},
+                        {"just before the epoch", -1, 500'000'000},
+                        {"2107", 4'323'456'000, 250'000'000},
+                        {"2200", 7'258'118'400, 0}};
+    for (const Row& row : rows) {
+        const timespec times[2] = {{row.seconds, row.nanoseconds}, {row.seconds, row.nanoseconds}};
+        const std::string path = disk.file(row.name);
+        ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+        struct stat facts {};
+        ASSERT_EQ(::stat(path.c_str(), &facts), 0);
+        if (facts.st_mtim.tv_sec != row.seconds) {
+            GTEST_SKIP() << "this file system does not keep " << row.name;
+        }
+    }
+    const ScanSnapshot snapshot = scan(disk.url());
+    for (const Row& row : rows) {
+        EXPECT_EQ(
+            entry(snapshot, row.name).modifiedAt,
+            Date{static_cast<double>(row.seconds) + static_cast<double>(row.nanoseconds) * 1e-9})
+            << row.name;
+    }
+}
+
+TEST(SnapshotScannerLive, aFolderThatVanishesInTheWalkHasDisappearedAndKeepsItsEntry)
+{
+    const test::TemporaryDirectory disk;
+    disk.file("stays/x");
+    disk.file("vanishes/deep/y", 10);
+    bool removed = false;
+    const ScanSnapshot snapshot =
+        SnapshotScanner().scan(disk.url(), {}, [&](std::int64_t, std::string_view) {
+            // Called at the end of the root, when both folders wait to be listed.
+            if (!removed) {
+                removed = true;
+                ::unlink(disk.path("vanishes/deep/y").c_str());
+                ::rmdir(disk.path("vanishes/deep").c_str());
+                ::rmdir(disk.path("vanishes").c_str());
+            }
+        });
+    EXPECT_EQ(paths(snapshot), (Paths{"stays", "stays/x", "vanishes"}));
+    EXPECT_EQ(snapshot.issues,
+              (std::vector<ScanIssue>{{"vanishes", ScanIssue::Reason::disappeared}}));
+}
+
+TEST(SnapshotScannerLive, aFolderSwappedForALinkInTheWalkIsNotFollowed)
+{
+    const test::TemporaryDirectory disk;
+    const test::TemporaryDirectory elsewhere;
+    elsewhere.file("secret");
+    disk.folder("swapped");
+    const ScanSnapshot snapshot =
+        SnapshotScanner().scan(disk.url(), {}, [&](std::int64_t, std::string_view path) {
+            if (path.empty()) {
+                ::rmdir(disk.path("swapped").c_str());
+                disk.symbolicLink("swapped", elsewhere.path());
+            }
+        });
+    EXPECT_EQ(paths(snapshot), Paths{"swapped"});
+    ASSERT_EQ(snapshot.issues.size(), 1U);
+    EXPECT_EQ(snapshot.issues.front().relativePath, "swapped");
+}
+
+TEST(SnapshotScannerLive, aRootThatIsNoDirectoryOrIsNotThereThrows)
+{
+    const test::TemporaryDirectory disk;
+    EXPECT_THROW(static_cast<void>(scan(FileURL(disk.file("file")))), FileError);
+    EXPECT_THROW(static_cast<void>(scan(FileURL(disk.path("gone")))), FileError);
+}
+
+}  // namespace gruk
