@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -22,8 +24,15 @@ private:
     std::string path_;
 };
 
+struct Buffer {
+    std::unique_ptr<char[]> bytes;
+    std::size_t size = 0;
+
+    [[nodiscard]] std::string_view text() const { return {bytes.get(), size}; }
+};
+
 /// The whole file, read into one fresh buffer of its size that nothing has touched before.
-std::string readWhole(const std::string& path);
+Buffer readWhole(const std::string& path);
 
 /// Copies the first `numerator` / `denominator` of a file, a megabyte at a time.
 void copyPart(const std::string& from, const std::string& to, std::uint64_t numerator,

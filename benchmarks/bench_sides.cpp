@@ -1,6 +1,5 @@
 #include "benchmarks/bench_sides.h"
 
-#include <fstream>
 #include <functional>
 #include <stdexcept>
 #include <utility>
@@ -170,12 +169,13 @@ Figures encode(Arguments arguments)
 
 Figures write(Arguments arguments)
 {
-    const std::string bytes = readWhole(arguments[0]);
+    const Buffer buffer = readWhole(arguments[0]);
+    const std::string_view bytes = buffer.text();
     return {{"seconds", secondsOf([&] {
                  OutputFile out(arguments[1]);
                  constexpr std::size_t piece = std::size_t{1} << 20;
                  for (std::size_t at = 0; at < bytes.size(); at += piece) {
-                     out.write(std::string_view(bytes).substr(at, piece));
+                     out.write(bytes.substr(at, piece));
                  }
                  out.close();
              })}};
@@ -216,10 +216,9 @@ struct Side {
 };
 
 constexpr Side sides[] = {
-    {"prepare", 2, prepare}, {"floor", 1, floor},     {"scan", 1, scan},
-    {"order", 1, order},     {"patrol", 2, patrol},   {"decode", 2, decode},
-    {"read", 1, read},       {"encode", 2, encode},   {"write", 2, write},
-    {"copy", 2, copy},       {"history", 2, history}, {"pass", 1, pass},
+    {"prepare", 2, prepare}, {"floor", 1, floor},   {"scan", 1, scan},       {"order", 1, order},
+    {"patrol", 2, patrol},   {"decode", 2, decode}, {"read", 1, read},       {"encode", 2, encode},
+    {"write", 2, write},     {"copy", 2, copy},     {"history", 2, history}, {"pass", 1, pass},
 };
 
 }  // namespace

@@ -46,6 +46,10 @@ FileURL applicationDirectory()
     return support.appending("Gruk", FileURL::Names::directory);
 }
 
+AppModel::AppModel() : AppModel(Collaborators())
+{
+}
+
 AppModel::AppModel(Collaborators collaborators)
     : runLoop_(
         orDefault(std::move(collaborators.runLoop), [] { return std::make_shared<QtRunLoop>(); })),

@@ -44,7 +44,9 @@ public:
         std::function<void(const std::string& line)> log = {};
     };
 
-    explicit AppModel(Collaborators collaborators = {});
+    /// All live.
+    AppModel();
+    explicit AppModel(Collaborators collaborators);
     ~AppModel() override;
 
     // The realms.
