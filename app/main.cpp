@@ -11,7 +11,7 @@
 #include "app/desktop/termination_signals.h"
 #include "app/model/app_model.h"
 #include "app/screens/main_window.h"
-#include "app/theme/theme.h"
+#include "app/theme/house_style.h"
 
 namespace {
 
@@ -38,6 +38,7 @@ int runWindow(QApplication& application)
     int code = 0;
     {
         gruk::Theme theme;
+        gruk::installHouseStyle(theme);
         gruk::AppModel model({.runLoop = std::make_shared<gruk::QtRunLoop>(),
                               .taskPool = taskPool,
                               .openPanel = openPanel});
@@ -63,7 +64,6 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("Gruk"));
     QApplication::setApplicationVersion(QStringLiteral(GRUK_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.gruk.Gruk"));
-    QApplication::setStyle(QStringLiteral("Fusion"));
 
     QCommandLineParser arguments;
     arguments.setApplicationDescription(

@@ -46,9 +46,7 @@ FileURL applicationDirectory()
     return support.appending("Gruk", FileURL::Names::directory);
 }
 
-AppModel::AppModel() : AppModel(Collaborators())
-{
-}
+AppModel::AppModel() : AppModel(Collaborators()) {}
 
 AppModel::AppModel(Collaborators collaborators)
     : runLoop_(

@@ -67,6 +67,7 @@ QLabel* figure(Theme& theme, TextStyle style, const QString& text)
     auto* label = new Label(theme, style);
     label->setText(text);
     label->setAlignment(Qt::AlignRight);
+    label->setMinimumWidth(Measure::figureWidth);
     return label;
 }
 
@@ -144,8 +145,6 @@ void FindingRow::build(const ReviewFinding& finding)
     row->addLayout(words, 1);
     row->addWidget(reason, 0, Qt::AlignTop);
     row->addLayout(figures);
-    row->setStretch(1, 1);
-    figures->setSizeConstraint(QLayout::SetMinimumSize);
 }
 
 void FindingRow::buildPanel(const ReviewFinding& finding)

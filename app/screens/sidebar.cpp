@@ -1,11 +1,11 @@
 #include "app/screens/sidebar.h"
 
 #include <QMenu>
-#include <QMessageBox>
 #include <QPainter>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "app/screens/confirmation_dialog.h"
 #include "app/screens/realm_row.h"
 #include "app/screens/repaint_once.h"
 #include "app/screens/section_title.h"
@@ -31,6 +31,7 @@ SidebarView::SidebarView(AppModel& model, Theme& theme, QWidget* parent)
     auto* heading = new Label(theme, TextStyle::eyebrow);
     heading->setText(QStringLiteral("Realms"));
     heading->setColour(Role::ink, Strength::quiet);
+    heading->setContentsMargins(Measure::medium, 0, 0, 0);
     auto* grantAnother =
         new Button(theme, Button::Kind::secondary, QStringLiteral("Grant another realm…"));
     grantAnother->setSymbol(Icon::folderAdd);
@@ -63,7 +64,7 @@ QWidget* SidebarView::makeBrand()
     line->setText(QStringLiteral("Local storage patrol"));
     line->setColour(Role::ink, Strength::quiet);
     auto* column = new QVBoxLayout(brand);
-    column->setContentsMargins(Measure::small, 0, 0, 0);
+    column->setContentsMargins(Measure::medium, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(name);
     column->addWidget(line);
@@ -73,7 +74,6 @@ QWidget* SidebarView::makeBrand()
 QWidget* SidebarView::makeRealms()
 {
     auto* realms = new QWidget;
-    realms->setAutoFillBackground(false);
     rows_ = new QVBoxLayout;
     rows_->setSpacing(Measure::hair);
     auto* column = new QVBoxLayout(realms);
@@ -87,7 +87,13 @@ QWidget* SidebarView::makeRealms()
     scroll->setWidgetResizable(true);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setWidget(realms);
-    scroll->viewport()->setAutoFillBackground(false);
+    const auto dress = [this, scroll] {
+        QPalette colours = theme_.windowPalette();
+        colours.setColor(QPalette::Window, theme_.colour(Role::paperInset));
+        scroll->setPalette(colours);
+    };
+    connect(&theme_, &Theme::changed, scroll, dress);
+    dress();
     return scroll;
 }
 
@@ -150,21 +156,16 @@ void SidebarView::showContextMenu(QWidget& row, const Grant& grant, const QPoint
 void SidebarView::confirmRemoval(const Grant& grant)
 {
     const FileURL url = FileURL::directory(grant.path).standardized();
-    auto* question = new QMessageBox(this);
-    question->setObjectName(QStringLiteral("removalDialog"));
-    question->setAttribute(Qt::WA_DeleteOnClose);
-    question->setPalette(theme_.windowPalette());
-    question->setTextFormat(Qt::PlainText);
-    question->setText(QStringLiteral("Remove %1?").arg(displayName(url.lastPathComponent())));
-    question->setInformativeText(
+    const Confirmation confirmation = {
+        QStringLiteral("Remove %1?").arg(displayName(url.lastPathComponent())),
         QStringLiteral("The Gruk stops watching this realm. Nothing here is deleted — your files "
-                       "stay exactly where they are. You can grant it again any time."));
-    QPushButton* remove =
-        question->addButton(QStringLiteral("Remove Realm"), QMessageBox::DestructiveRole);
-    QPushButton* cancel = question->addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
-    question->setDefaultButton(cancel);
-    question->setEscapeButton(cancel);
-    connect(remove, &QPushButton::clicked, this, [this, grant] { model_.removeRealm(grant); });
+                       "stay exactly where they are. You can grant it again any time."),
+        QStringLiteral("Remove Realm"),
+        QStringLiteral("Cancel"),
+    };
+    auto* question = new ConfirmationDialog(theme_, confirmation, this);
+    question->setObjectName(QStringLiteral("removalDialog"));
+    connect(question, &QDialog::accepted, this, [this, grant] { model_.removeRealm(grant); });
     question->open();
 }
 

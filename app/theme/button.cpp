@@ -44,13 +44,21 @@ void Button::setSymbol(Icon icon)
 
 QSize Button::sizeHint() const
 {
-    const int padding = kind_ == Kind::link ? Measure::hair : Measure::large;
-    const int icon = symbol_ ? Measure::smallIconSize + Measure::small : 0;
-    const int height = kind_ == Kind::primary     ? Measure::primaryButtonHeight
-                       : kind_ == Kind::secondary ? Measure::buttonHeight
-                                                  : Measure::smallestTarget;
+    const int padding = kind_ == Kind::link ? 0 : Measure::large;
+    const int icon = iconWidth();
+    const int height = kind_ == Kind::primary ? Measure::primaryButtonHeight
+                       : kind_ == Kind::link  ? Measure::smallestTarget
+                                              : Measure::buttonHeight;
     const int shadow = kind_ == Kind::link ? 0 : Measure::shadowOffset;
     return {fontMetrics().horizontalAdvance(text()) + icon + 2 * padding + shadow, height + shadow};
+}
+
+int Button::iconWidth() const
+{
+    if (!symbol_) {
+        return 0;
+    }
+    return Measure::smallIconSize + (kind_ == Kind::link ? Measure::hair : Measure::small);
 }
 
 QColor Button::textColour() const
@@ -60,6 +68,8 @@ QColor Button::textColour() const
         return theme_.colour(Role::paperCard);
     case Kind::secondary:
         return theme_.colour(Role::ink);
+    case Kind::destructive:
+        return theme_.colour(Role::red);
     case Kind::link:
         break;
     }
@@ -94,19 +104,22 @@ void Button::paintGround(QPainter& painter, const QRectF& body) const
         painter.fillPath(shape, underMouse() ? ground.lighter(108) : ground);
     } else {
         painter.fillPath(shape, theme_.colour(underMouse() ? Role::paperInset : Role::paperCard));
-        painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
+        const QColor outline = kind_ == Kind::destructive
+                                   ? theme_.colour(Role::red)
+                                   : theme_.colour(Role::ink, Strength::outline);
+        painter.strokePath(shape, QPen(outline, outlineWidth));
     }
 }
 
 void Button::paintContent(QPainter& painter, const QRectF& body) const
 {
-    const int iconWidth = symbol_ ? Measure::smallIconSize + Measure::small : 0;
     const double textWidth = fontMetrics().horizontalAdvance(text());
-    double left = body.center().x() - (iconWidth + textWidth) / 2;
+    double left =
+        kind_ == Kind::link ? body.left() : body.center().x() - (iconWidth() + textWidth) / 2;
     if (symbol_) {
         drawIcon(painter, QPointF(left, body.center().y() - Measure::smallIconSize / 2.0), *symbol_,
                  textColour(), Measure::smallIconSize);
-        left += iconWidth;
+        left += iconWidth();
     }
     QFont textFont = font();
     textFont.setUnderline(kind_ == Kind::link && underMouse() && isEnabled());

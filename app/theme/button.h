@@ -18,6 +18,8 @@ public:
         /// The one action of a page.
         primary,
         secondary,
+        /// One that takes something away: never filled, never the default.
+        destructive,
         /// Text alone, underlined under the pointer.
         link,
     };
@@ -39,6 +41,7 @@ protected:
     [[nodiscard]] Theme& theme() const { return theme_; }
 
 private:
+    [[nodiscard]] int iconWidth() const;
     [[nodiscard]] QColor textColour() const;
     void paintGround(QPainter& painter, const QRectF& body) const;
     void paintContent(QPainter& painter, const QRectF& body) const;

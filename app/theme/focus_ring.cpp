@@ -47,6 +47,7 @@ FocusRing::FocusRing(Theme& theme, QWidget& window)
     auto* style = new RingStyle;
     style->setParent(this);
     setStyle(style);
+    hide();
     qApp->installEventFilter(this);
 }
 

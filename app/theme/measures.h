@@ -39,8 +39,9 @@ inline constexpr int defaultWindowHeight = 760;
 inline constexpr int smallestWindowWidth = 640;
 inline constexpr int smallestWindowHeight = 480;
 /// What a size or a change may take at the right of a row.
-inline constexpr int figureWidth = 96;
-inline constexpr int reasonWidth = 124;
+inline constexpr int figureWidth = 72;
+/// How wide the text of a dialog runs.
+inline constexpr int dialogTextWidth = 380;
 
 }  // namespace gruk::Measure
 

@@ -77,6 +77,9 @@ QFont Theme::font(TextStyle style) const
     font.setFamilies(families(spec.weight));
     font.setPixelSize(spec.pixelSize);
     font.setWeight(spec.weight);
+    if (style == TextStyle::eyebrow) {
+        font.setCapitalization(QFont::AllUppercase);
+    }
     if (spec.tracking > 0) {
         font.setLetterSpacing(QFont::AbsoluteSpacing, spec.tracking);
     }

@@ -145,7 +145,16 @@ private:
 
 /// Takes entries and keeps none: for checking.
 struct EntryCheck {
-    static bool take(std::string_view, const EntryText&) { return true; }
+    bool take(std::string_view path, const EntryText&)
+    {
+        // What this path has in common with the former one was looked at then.
+        const std::size_t shared = commonPrefix(former, path);
+        const std::size_t slash =
+            shared == 0 ? std::string_view::npos : path.rfind('/', shared - 1);
+        former.replace(shared, std::string::npos, path.substr(shared));
+        return isWellFormedEntryPath(path, slash == std::string_view::npos ? 0 : slash + 1);
+    }
+    std::string former;
 };
 
 /// Takes entries into a snapshot.

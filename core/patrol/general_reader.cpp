@@ -285,7 +285,7 @@ private:
     bool endEntry(json::error_code& error)
     {
         if (!isBuilding_) {
-            return true;
+            return isWellFormedEntryPath(entry_.relativePath) || refuse(error);
         }
         try {
             builder_->addPath(entry_.relativePath, entry_.allocatedSize, entry_.modifiedAt,

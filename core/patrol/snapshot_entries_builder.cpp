@@ -130,8 +130,9 @@ void sumIntoDirectories(SnapshotTable& table)
     }
 }
 
-/// Whether a snapshot can hold a path with these components, which begin at `start`.
-bool isWellFormed(std::string_view path, std::size_t start)
+}  // namespace
+
+bool isWellFormedEntryPath(std::string_view path, std::size_t start)
 {
     while (start <= path.size()) {
         const std::size_t end = std::min(path.find('/', start), path.size());
@@ -144,8 +145,6 @@ bool isWellFormed(std::string_view path, std::size_t start)
     }
     return true;
 }
-
-}  // namespace
 
 /// Where the list of paths stands: the path before, and its ancestors that have entries.
 struct SnapshotEntriesBuilder::PathState {
@@ -216,7 +215,7 @@ void SnapshotEntriesBuilder::addPath(std::string_view relativePath, Bytes alloca
     const std::size_t slash =
         shared == 0 ? std::string_view::npos : relativePath.rfind('/', shared - 1);
     const std::size_t start = slash == std::string_view::npos ? 0 : slash + 1;
-    if (!isWellFormed(relativePath, start)) {
+    if (!isWellFormedEntryPath(relativePath, start)) {
         throw InvalidEntryPath();
     }
     if (state.isOrdered) {

@@ -18,6 +18,11 @@ public:
     }
 };
 
+/// Whether a snapshot can hold that path: one or more components joined by "/", none of them
+/// empty, "." or "..", without NUL, none longer than 65,535 bytes. Looks at the components that
+/// begin at `start` only.
+[[nodiscard]] bool isWellFormedEntryPath(std::string_view path, std::size_t start = 0);
+
 /// Builds `SnapshotEntries`, either from a walk (`add`, children of one folder in one run) or from
 /// a list of paths (`addPath`). Use one of the two. One thread.
 class SnapshotEntriesBuilder {
@@ -35,8 +40,7 @@ public:
               std::optional<Date> modifiedAt, FileKind kind, bool isDirectory);
 
     /// Adds an entry by its whole path. Cheapest when paths come in the text order. Throws
-    /// `InvalidEntryPath` unless the path is one or more components joined by "/", none of them
-    /// empty, "." or "..", without NUL, each part at most 65,535 bytes.
+    /// `InvalidEntryPath` unless the path is well formed.
     void addPath(std::string_view relativePath, Bytes allocatedSize, std::optional<Date> modifiedAt,
                  FileKind kind, bool isDirectory);
 

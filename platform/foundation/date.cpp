@@ -85,7 +85,7 @@ constexpr std::array<char, 200> makeDigitPairs()
 
 constexpr std::array<char, 200> digitPairs = makeDigitPairs();
 
-char* writePair(std::uint32_t value, char* out)
+char* writePair(std::size_t value, char* out)
 {
     out[0] = digitPairs[2 * value];
     out[1] = digitPairs[2 * value + 1];
@@ -234,11 +234,11 @@ std::optional<Date> parse(std::string_view text)
     const std::uint32_t minute = readDigits(rest + 10, 2, failed);
     const std::uint32_t second = readDigits(rest + 13, 2, failed);
     const std::optional<std::int64_t> year = readYear(text.substr(0, yearLength));
-    failed |= !year || month < 1 || month > 12 || hour > 23 || minute > 59 || second > 59;
-    if (failed || day < 1 || day > daysInMonth(*year, month)) {
+    failed |= month < 1 || month > 12 || hour > 23 || minute > 59 || second > 59;
+    if (failed || !year || day < 1 || day > daysInMonth(*year, month)) {
         return std::nullopt;
     }
-    const std::int64_t ofDay = std::int64_t{hour} * 3'600 + minute * 60 + second;
+    const std::int64_t ofDay = std::int64_t{hour} * 3'600 + std::int64_t{minute} * 60 + second;
     return Date{static_cast<double>(daysTo({*year, month, day}) * secondsPerDay + ofDay)};
 }
 

@@ -105,7 +105,7 @@ FileURL resolveBookmark(std::string_view bookmark)
     if (!parsed) {
         throwErrno(EINVAL, "resolve", "bookmark");
     }
-    const FileURL place = FileURL::directory(parsed->place.path());
+    FileURL place = FileURL::directory(parsed->place.path());
     const Descriptor directory = openPlace(place.path());
     const int error = directory.isOpen() ? ENOENT : errno;
     if (directory.isOpen() && isSameDirectory(directory, parsed->identity)) {

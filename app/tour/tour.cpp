@@ -1,0 +1,280 @@
+#include "app/tour/tour.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+#include <QApplication>
+#include <QCoro/QCoroSignal>
+#include <QMenu>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include "app/desktop/qt_task_pool.h"
+#include "app/screens/finding_row.h"
+#include "app/screens/realm_row.h"
+#include "app/theme/house_style.h"
+#include "app/tour/sample_realm.h"
+#include "app/tour/tree_copy.h"
+
+namespace gruk::tour {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int crowdedFindings = 2'000;
+constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
+constexpr QSize smallSize{820, 560};
+constexpr QSize largeSize{1920, 1080};
+constexpr int tallestPage = 6'000;
+
+FileURL urlOf(const fs::path& path)
+{
+    return FileURL::directory(path.native());
+}
+
+QScrollArea* pageOf(Stage& stage)
+{
+    return qobject_cast<QScrollArea*>(stage.window().page());
+}
+
+}  // namespace
+
+Tour::Tour(Camera& camera, fs::path realms, std::optional<fs::path> folder)
+    : camera_(camera), realms_(std::move(realms)), folder_(std::move(folder)),
+      threads_(std::make_shared<QtTaskPool>())
+{
+    installHouseStyle(theme_);
+    makeRealms();
+}
+
+void Tour::makeRealms()
+{
+    makeSampleRealm(realms_ / "Forest");
+    makeTidyRealm(realms_ / "Letters");
+    makeTidyRealm(realms_ / "Old disk");
+    makeCrowdedRealm(realms_ / "Scans", crowdedFindings);
+    realm_ = realms_ / "Forest";
+    if (folder_) {
+        const fs::path source = fs::canonical(*folder_);
+        realm_ = realms_ / "copy" / source.filename();
+        const TreeCopy copy = copyTree(source, realm_);
+        std::fprintf(stderr, "copied %lld items of %s, left out %lld%s\n",
+                     static_cast<long long>(copy.copied), source.c_str(),
+                     static_cast<long long>(copy.skipped),
+                     copy.hasSpaceOfOriginal ? "" : "; the larger files take no space");
+    }
+}
+
+void Tour::changeRealm()
+{
+    if (folder_) {
+        changeCopy(realm_);
+    } else {
+        changeSampleRealm(realm_);
+    }
+}
+
+QCoro::Task<> Tour::run()
+{
+    {
+        Stage stage(theme_, threads_);
+        co_await showFirstStart(stage);
+        co_await showPatrols(stage);
+        co_await showLooks(stage);
+        co_await showOpenParts(stage);
+        co_await showTidyRealm(stage);
+        co_await showCrowdedRealm(stage);
+        co_await showLostRealm(stage);
+        co_await showRemoval(stage);
+    }
+    co_await showRunningPatrol();
+    co_await showPatrolElsewhere();
+}
+
+QCoro::Task<> Tour::showFirstStart(Stage& stage)
+{
+    co_await take(stage, "01-welcome");
+    co_await stage.model().grantRealm(urlOf(realm_));
+    co_await take(stage, "02-no-baseline");
+}
+
+QCoro::Task<> Tour::showPatrols(Stage& stage)
+{
+    co_await stage.model().patrolActiveRealm();
+    co_await take(stage, "04-after-first-patrol");
+    changeRealm();
+    co_await stage.model().patrolActiveRealm();
+    co_await take(stage, "05-after-second-patrol");
+    co_await takeWholePage(stage, "06-whole-page");
+}
+
+QCoro::Task<> Tour::showLooks(Stage& stage)
+{
+    for (const auto& [suffix, size] :
+         {std::pair("small", smallSize), std::pair("large", largeSize)}) {
+        stage.window().resize(size);
+        co_await take(stage, std::string("07-after-second-patrol-") + suffix);
+    }
+    stage.window().resize(usualSize);
+    co_await stage.settle();
+    camera_.take(stage.window(), "08-after-second-patrol-light-2x", 2);
+
+    const std::pair<const char*, AppPaletteTheme> palettes[] = {
+        {"ember", AppPaletteTheme::ember},
+        {"tide", AppPaletteTheme::tide},
+        {"dusk", AppPaletteTheme::dusk},
+    };
+    for (const auto& [name, palette] : palettes) {
+        theme_.setPaletteTheme(palette);
+        co_await take(stage, std::string("09-palette-") + name);
+    }
+    theme_.setPaletteTheme(AppPaletteTheme::woodland);
+}
+
+QCoro::Task<> Tour::showOpenParts(Stage& stage)
+{
+    const auto rows = stage.window().findChildren<FindingRow*>();
+    if (!rows.isEmpty()) {
+        static_cast<QAbstractButton*>(rows.first()->disclosure())->click();
+        co_await stage.settle();
+        pageOf(stage)->ensureWidgetVisible(rows.first(), 0, usualSize.height() / 3);
+        co_await take(stage, "10-why-open");
+    }
+    auto* showAll = stage.window().findChild<QPushButton*>(QStringLiteral("showAllHeavyItems"));
+    if (showAll != nullptr && showAll->isVisible()) {
+        showAll->click();
+        co_await stage.settle();
+    }
+    QScrollBar* bar = pageOf(stage)->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    co_await take(stage, "11-all-of-the-big-stuff");
+}
+
+QCoro::Task<> Tour::showTidyRealm(Stage& stage)
+{
+    co_await stage.model().grantRealm(urlOf(realms_ / "Letters"));
+    co_await stage.settle();
+    co_await stage.model().patrolActiveRealm();
+    co_await stage.model().patrolActiveRealm();
+    co_await take(stage, "14-nothing-to-review");
+
+    stage.pool().hold();
+    co_await stage.model().selectRealm(urlOf(realm_));
+    co_await stage.repaint();
+    camera_.take(stage.window(), "15-loading-light");
+    stage.pool().release();
+    co_await stage.settle();
+}
+
+QCoro::Task<> Tour::showCrowdedRealm(Stage& stage)
+{
+    co_await stage.model().grantRealm(urlOf(realms_ / "Scans"));
+    co_await stage.settle();
+    co_await stage.model().patrolActiveRealm();
+    co_await stage.settle();
+    pageOf(stage)->verticalScrollBar()->setValue(usualSize.height());
+    co_await take(stage, "16-too-much");
+}
+
+QCoro::Task<> Tour::showLostRealm(Stage& stage)
+{
+    co_await stage.model().grantRealm(urlOf(realms_ / "Old disk"));
+    co_await stage.settle();
+    fs::remove_all(realms_ / "Old disk");
+    co_await stage.model().patrolActiveRealm();
+    co_await take(stage, "17-disconnected-realm");
+}
+
+QCoro::Task<> Tour::showRemoval(Stage& stage)
+{
+    auto* row = stage.window().findChild<RealmRow*>();
+    Q_EMIT row->customContextMenuRequested(row->rect().center());
+    auto* menu = row->findChild<QMenu*>();
+    co_await stage.repaint();
+    camera_.take(*menu, "18-realm-menu-light");
+    menu->actions().constFirst()->trigger();
+    menu->close();
+    co_await stage.repaint();
+    auto* dialog = stage.window().findChild<QDialog*>(QStringLiteral("removalDialog"));
+    camera_.take(*dialog, "19-removal-light");
+    dialog->reject();
+    co_await stage.repaint();
+}
+
+QCoro::Task<> Tour::showRunningPatrol()
+{
+    const auto gate = std::make_shared<WalkGate>();
+    Stage stage(theme_, threads_, WalkGate::scannerBehind(gate));
+    AppModel& model = stage.model();
+    co_await model.selectRealm(urlOf(realms_ / "Forest"));
+    co_await model.grantRealm(urlOf(realms_ / "Forest"));
+    co_await stage.settle();
+    QCoro::Task<> patrol = model.patrolActiveRealm();
+    while (!model.patrolProgress() || model.patrolProgress()->currentFolderPath.empty()) {
+        co_await qCoro(&model, &AppModel::patrolProgressChanged);
+    }
+    for (const ColourScheme scheme : {ColourScheme::light, ColourScheme::dark}) {
+        setScheme(scheme);
+        co_await stage.repaint();
+        camera_.take(stage.window(),
+                     scheme == ColourScheme::light ? "03-patrolling-light" : "03-patrolling-dark");
+    }
+    setScheme(ColourScheme::light);
+    model.cancelPatrol();
+    gate->open();
+    co_await patrol;
+    co_await take(stage, "12-patrol-stopped");
+}
+
+QCoro::Task<> Tour::showPatrolElsewhere()
+{
+    const auto gate = std::make_shared<WalkGate>();
+    Stage stage(theme_, threads_, WalkGate::scannerBehind(gate));
+    AppModel& model = stage.model();
+    co_await model.grantRealm(urlOf(realms_ / "Forest"));
+    co_await stage.settle();
+    QCoro::Task<> patrol = model.patrolActiveRealm();
+    while (!model.patrolProgress() || model.patrolProgress()->currentFolderPath.empty()) {
+        co_await qCoro(&model, &AppModel::patrolProgressChanged);
+    }
+    co_await model.selectRealm(urlOf(realms_ / "Letters"));
+    co_await qCoro(&model, &AppModel::isLoadingRealmHistoryChanged);
+    co_await stage.repaint();
+    camera_.take(stage.window(), "13-patrol-elsewhere-light");
+    gate->open();
+    co_await patrol;
+    co_await stage.settle();
+}
+
+QCoro::Task<> Tour::take(Stage& stage, std::string name)
+{
+    setScheme(ColourScheme::dark);
+    co_await stage.settle();
+    camera_.take(stage.window(), name + "-dark");
+    setScheme(ColourScheme::light);
+    co_await stage.settle();
+    camera_.take(stage.window(), name + "-light");
+}
+
+QCoro::Task<> Tour::takeWholePage(Stage& stage, std::string name)
+{
+    const int height = pageOf(stage)->widget()->sizeHint().height();
+    stage.window().resize(usualSize.width(), std::min(height, tallestPage));
+    co_await take(stage, std::move(name));
+    stage.window().resize(usualSize);
+    co_await stage.settle();
+}
+
+void Tour::setScheme(ColourScheme scheme)
+{
+    // As a desktop does it: by the application's palette, which the theme follows.
+    const bool isDark = scheme == ColourScheme::dark;
+    QPalette palette;
+    palette.setColor(QPalette::Window, isDark ? Qt::black : Qt::white);
+    palette.setColor(QPalette::WindowText, isDark ? Qt::white : Qt::black);
+    QApplication::setPalette(palette);
+}
+
+}  // namespace gruk::tour

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <QCoro/QCoroTask>
+
+#include "app/theme/theme.h"
+#include "app/tour/camera.h"
+#include "app/tour/stage.h"
+
+namespace gruk::tour {
+
+/// Drives the real model and screens through their states and takes a picture of each.
+class Tour {
+public:
+    /// `realms` is a folder for the realms that the tour makes; with a `folder`, a copy of it is
+    /// the realm that is patrolled.
+    Tour(Camera& camera, std::filesystem::path realms, std::optional<std::filesystem::path> folder);
+
+    /// Goes through every scene. The event loop must run.
+    [[nodiscard]] QCoro::Task<> run();
+
+private:
+    struct Look {
+        std::string suffix;
+        QSize size;
+        int scale = 1;
+    };
+
+    void makeRealms();
+    void changeRealm();
+
+    QCoro::Task<> showFirstStart(Stage& stage);
+    QCoro::Task<> showPatrols(Stage& stage);
+    QCoro::Task<> showLooks(Stage& stage);
+    QCoro::Task<> showOpenParts(Stage& stage);
+    QCoro::Task<> showRunningPatrol();
+    QCoro::Task<> showPatrolElsewhere();
+    QCoro::Task<> showTidyRealm(Stage& stage);
+    QCoro::Task<> showCrowdedRealm(Stage& stage);
+    QCoro::Task<> showLostRealm(Stage& stage);
+    QCoro::Task<> showRemoval(Stage& stage);
+
+    /// Takes the picture in light and in dark.
+    QCoro::Task<> take(Stage& stage, std::string name);
+    QCoro::Task<> takeWholePage(Stage& stage, std::string name);
+    void setScheme(ColourScheme scheme);
+
+    Camera& camera_;
+    std::filesystem::path realms_;
+    std::optional<std::filesystem::path> folder_;
+    std::filesystem::path realm_;
+    std::shared_ptr<TaskPool> threads_;
+    Theme theme_;
+};
+
+}  // namespace gruk::tour
