@@ -19,6 +19,8 @@ namespace {
 
 /// What is gathered before it is written; more in one call gains nothing.
 constexpr std::size_t bufferSize = 1'048'576;
+/// Smaller pieces are gathered, larger ones written as they come.
+constexpr std::size_t copyingPays = 65'536;
 /// How often a call may be interrupted in a row before that is an error of its own.
 constexpr int patience = 100;
 constexpr int nameAttempts = 16;
@@ -76,12 +78,12 @@ public:
 
     void write(std::string_view bytes)
     {
-        if (buffer_.size() + bytes.size() < bufferSize) {
+        if (bytes.size() < copyingPays && buffer_.size() + bytes.size() < bufferSize) {
             buffer_ += bytes;
             return;
         }
         flush();
-        if (bytes.size() < bufferSize) {
+        if (bytes.size() < copyingPays) {
             buffer_ += bytes;
         } else {
             writeAll(bytes);
