@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QCoro/QCoroSignal>
+#include <QDialog>
 #include <QMenu>
 #include <QScrollArea>
 #include <QScrollBar>

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/patrol/json_text.h"
+#include "core/patrol/snapshot_table.h"
 
 namespace gruk::SnapshotEncoder {
 
@@ -65,30 +66,48 @@ char* put(char* at, std::string_view text)
     return at + text.size();
 }
 
-/// Dates of a realm cluster on few days: the text of the day before is kept.
+/// The dates of a realm lie on some thousands of days at most: the text of a day is kept for the
+/// next date on it.
 class DateText {
 public:
     char* put(char* at, Date date)
     {
         const double seconds = std::floor(date.secondsSince1970);
-        if (!(seconds >= dayStart_ && seconds < dayStart_ + secondsPerDay)) {
-            char* end = iso8601::write(date, at);
-            if (static_cast<std::size_t>(end - at) == text_.size()) {
-                std::memcpy(text_.data(), at, text_.size());
-                dayStart_ = std::floor(seconds / secondsPerDay) * secondsPerDay;
-            }
-            return end;
+        if (!(seconds >= 0 && seconds < lastKept)) {
+            return iso8601::write(date, at);
         }
-        const auto time = static_cast<unsigned>(seconds - dayStart_);
-        std::memcpy(at, text_.data(), text_.size());
+        const auto whole = static_cast<std::uint64_t>(seconds);
+        const auto day = static_cast<std::uint32_t>(whole / secondsPerDay);
+        Day& kept = days_[day % days_.size()];
+        if (kept.day != day) {
+            keep(kept, day);
+        }
+        const auto time = static_cast<unsigned>(whole % secondsPerDay);
+        std::memcpy(at, kept.text.data(), kept.text.size());
+        std::memcpy(at + 10, "Thh:mm:ssZ", 10);
         putTwoDigits(at + 11, time / 3600);
         putTwoDigits(at + 14, time / 60 % 60);
         putTwoDigits(at + 17, time % 60);
-        return at + text_.size();
+        return at + 20;
     }
 
 private:
-    static constexpr double secondsPerDay = 86'400;
+    struct Day {
+        std::uint32_t day = ~std::uint32_t{0};
+        /// "2026-11-20".
+        std::array<char, 10> text{};
+    };
+    static constexpr std::uint64_t secondsPerDay = 86'400;
+    /// The first second of the year 10000, from which on the text is longer.
+    static constexpr double lastKept = 253'402'300'800.0;
+
+    static void keep(Day& kept, std::uint32_t day)
+    {
+        char text[iso8601MaxLength];
+        iso8601::write(Date{static_cast<double>(day * secondsPerDay)}, text);
+        std::memcpy(kept.text.data(), text, kept.text.size());
+        kept.day = day;
+    }
 
     static void putTwoDigits(char* at, unsigned value)
     {
@@ -96,10 +115,7 @@ private:
         at[1] = static_cast<char>('0' + value % 10);
     }
 
-    /// "2026-11-20T08:05:09Z"; only years of four digits are kept.
-    std::array<char, 20> text_{};
-    /// No date lies in the day before the first.
-    double dayStart_ = std::numeric_limits<double>::quiet_NaN();
+    std::vector<Day> days_ = std::vector<Day>(4'096);
 };
 
 /// The parts of an entry that follow its sizes and dates, one text for each kind and mark.
@@ -133,13 +149,13 @@ private:
 /// content is written, so that each name is escaped once.
 class EntryWriter {
 public:
-    EntryWriter(const SnapshotEntries& entries, Output& output) : entries_(entries), output_(output)
+    EntryWriter(const SnapshotEntries& entries, Output& output) : table_(entries.table()), output_(output)
     {
     }
 
     void run()
     {
-        for (Index index = 0; index < entries_.size(); ++index) {
+        for (Index index = 0; index < table_.size(); ++index) {
             makePath(index);
             write(index);
         }
@@ -155,7 +171,7 @@ private:
 
     void makePath(Index index)
     {
-        const Index parent = entries_.parent(index);
+        const Index parent = table_.parents[index];
         if (parent != SnapshotEntries::noIndex && parent + 1 == index) {
             ancestors_.push_back({parent, path_.size()});
         } else {
@@ -169,7 +185,7 @@ private:
             path_.resize(ancestors_.back().length);
             path_ += '/';
         }
-        appendJSONPath(path_, entries_.name(index));
+        appendJSONPath(path_, table_.name(index));
     }
 
     void write(Index index)
@@ -178,17 +194,17 @@ private:
         at = put(at, index == 0 ? R"({"relativePath":")" : R"(,{"relativePath":")");
         at = put(at, path_);
         at = put(at, R"(","allocatedSize":)");
-        at = std::to_chars(at, at + 20, entries_.allocatedSize(index)).ptr;
-        if (const auto modified = entries_.modifiedAt(index)) {
+        at = std::to_chars(at, at + 20, table_.sizes[index]).ptr;
+        if (const auto modified = table_.modified(index)) {
             at = put(at, R"(,"modifiedAt":")");
             at = dates_.put(at, *modified);
             *at++ = '"';
         }
-        at = put(at, tails_(entries_.kind(index), entries_.isDirectory(index)));
+        at = put(at, tails_(table_.kind(index), table_.isDirectory(index)));
         output_.used(at);
     }
 
-    const SnapshotEntries& entries_;
+    const SnapshotTable& table_;
     Output& output_;
     const Tails tails_;
     DateText dates_;

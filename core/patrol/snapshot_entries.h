@@ -62,6 +62,9 @@ public:
     /// The entry of exactly that path. Logarithmic for each component.
     [[nodiscard]] std::optional<Index> find(std::string_view relativePath) const;
 
+    /// The columns behind the list, for the loops over all of it that must be quick.
+    [[nodiscard]] const SnapshotTable& table() const noexcept { return *table_; }
+
     /// Sum of the top level, which is the size of the realm.
     [[nodiscard]] Bytes totalBytes() const;
 

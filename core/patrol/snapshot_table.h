@@ -15,8 +15,8 @@
 #include "platform/foundation/date.h"
 #include "platform/foundation/require.h"
 
-/// How a snapshot holds its entries. Behind `SnapshotEntries` and its builder; nobody else
-/// includes this.
+/// How a snapshot holds its entries. Behind `SnapshotEntries` and its builder; beside them only
+/// the loops over a million entries in this folder include it.
 
 namespace gruk {
 

@@ -288,9 +288,37 @@ TEST(SnapshotScannerLive, aFolderSwappedForALinkInTheWalkIsNotFollowed)
     EXPECT_EQ(snapshot.issues.front().relativePath, "swapped");
 }
 
+TEST(SnapshotScannerLive, aFolderSwappedForAFIFOInTheWalkIsUnreadableAndNotOpened)
+{
+    const test::TemporaryDirectory disk;
+    disk.folder("swapped");
+    const ScanSnapshot snapshot =
+        SnapshotScanner().scan(disk.url(), {}, [&](std::int64_t, std::string_view path) {
+            if (path.empty()) {
+                ::rmdir(disk.path("swapped").c_str());
+                ::mkfifo(disk.path("swapped").c_str(), 0600);
+            }
+        });
+    EXPECT_EQ(snapshot.issues,
+              (std::vector<ScanIssue>{{"swapped", ScanIssue::Reason::unreadable}}));
+}
+
+TEST(SnapshotScannerLive, aRootThatIsALinkToAFolderIsWalkedUnderItsOwnPath)
+{
+    const test::TemporaryDirectory disk;
+    disk.file("real/x");
+    const std::string link = disk.symbolicLink("link", "real");
+    const ScanSnapshot snapshot = scan(FileURL::directory(link));
+    EXPECT_EQ(snapshot.rootPath, link);
+    EXPECT_EQ(paths(snapshot), Paths{"x"});
+}
+
 TEST(SnapshotScannerLive, aRootThatIsNoDirectoryOrIsNotThereThrows)
 {
     const test::TemporaryDirectory disk;
+    // Opening it would block for ever.
+    ASSERT_EQ(::mkfifo(disk.path("fifo").c_str(), 0600), 0);
+    EXPECT_THROW(static_cast<void>(scan(FileURL(disk.path("fifo")))), FileError);
     EXPECT_THROW(static_cast<void>(scan(FileURL(disk.file("file")))), FileError);
     EXPECT_THROW(static_cast<void>(scan(FileURL(disk.path("gone")))), FileError);
 }

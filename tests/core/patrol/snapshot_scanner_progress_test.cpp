@@ -17,6 +17,7 @@ namespace gruk {
 namespace {
 
 using Paths = std::vector<std::string>;
+using PatrolReport = std::pair<std::int64_t, std::string>;
 
 class SnapshotScannerProgressTest : public testing::Test {
 protected:
@@ -32,17 +33,18 @@ protected:
 
 }  // namespace
 
-TEST_F(SnapshotScannerProgressTest, aShortRunReportsOnceAtTheEndOfTheRoot)
+TEST_F(SnapshotScannerProgressTest, aRunOfLessThanATenthOfASecondReportsOnceAtTheEndOfTheRoot)
 {
     tree.file("a/b");
     tree.file("c");
-    std::vector<std::pair<std::int64_t, std::string>> reports;
+    std::vector<PatrolReport> reports;
+    const auto start = std::chrono::steady_clock::now();
     static_cast<void>(scan(
         [&](std::int64_t count, std::string_view path) { reports.emplace_back(count, path); }));
-    // A machine that stalls for a tenth of a second in between may report again; never before.
-    ASSERT_FALSE(reports.empty());
-    EXPECT_EQ(reports.front(), (std::pair<std::int64_t, std::string>(2, "")));
-    EXPECT_LE(reports.size(), 2U);
+    if (std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(100)) {
+        GTEST_SKIP() << "this machine stalled for a tenth of a second in between";
+    }
+    EXPECT_EQ(reports, (std::vector<PatrolReport>{{2, ""}}));
 }
 
 TEST_F(SnapshotScannerProgressTest, anEmptyRealmReportsItsRootToo)
