@@ -19,18 +19,25 @@ std::size_t extensionStart(std::string_view name)
     return dot == std::string_view::npos || dot == 0 || dot + 1 == name.size() ? name.size() : dot;
 }
 
-/// Whether `rest` begins with exactly that component.
+/// Whether `rest` begins with exactly that component. The first letter is asked first: this runs
+/// for each folder above each entry.
 bool beginsWith(std::string_view rest, std::string_view component)
 {
-    return rest.starts_with(component)
+    return !rest.empty() && rest.front() == component.front() && rest.starts_with(component)
            && (rest.size() == component.size() || rest[component.size()] == '/');
+}
+
+/// The locations of a home folder, which match at the top of a realm.
+bool isCacheOfAHome(std::string_view path)
+{
+    return path.starts_with("Library/Caches/")
+           || path.starts_with("Library/Developer/Xcode/DerivedData/") || path == ".gradle/caches"
+           || path.starts_with(".gradle/caches/");
 }
 
 bool matches(std::string_view path)
 {
-    if (path.starts_with("Library/Caches/")
-        || path.starts_with("Library/Developer/Xcode/DerivedData/") || path == ".gradle/caches"
-        || path.starts_with(".gradle/caches/")) {
+    if (!path.empty() && (path.front() == 'L' || path.front() == '.') && isCacheOfAHome(path)) {
         return true;
     }
     for (std::size_t slash = path.find('/'); slash != std::string_view::npos;
