@@ -31,13 +31,16 @@ struct EntryText {
     bool isDirectory = false;
 };
 
-/// The dates of a realm cluster on few days: the day read last is kept.
+/// The dates of a realm lie on some thousands of days at most: what a day means is kept for the
+/// next date on it.
 class DateReader {
 public:
     /// Reads a date up to its closing quote and moves over it; null when none stands there.
     const char* read(const char* at, Date& date)
     {
-        if (at[20] == '"' && std::memcmp(at, day_.data(), day_.size()) == 0 && readTime(at, date)) {
+        Day& kept = days_[place(at)];
+        if (at[20] == '"' && std::memcmp(at, kept.text.data(), kept.text.size()) == 0
+            && readTime(at, kept.start, date)) {
             return at + 21;
         }
         std::size_t length = 0;
@@ -49,32 +52,42 @@ public:
             return nullptr;
         }
         if (length == 20) {
-            std::memcpy(day_.data(), at, day_.size());
-            const double seconds = parsed->secondsSince1970;
-            dayStart_ = std::floor(seconds / 86'400) * 86'400;
+            std::memcpy(kept.text.data(), at, kept.text.size());
+            kept.start = std::floor(parsed->secondsSince1970 / 86'400) * 86'400;
         }
         date = *parsed;
         return at + length + 1;
     }
 
 private:
-    /// The time behind the kept day: "hh:mm:ssZ" at the twelfth place.
-    bool readTime(const char* at, Date& date) const
+    struct Day {
+        /// "2026-11-20T"; at first nothing that any date begins with.
+        std::array<char, 11> text{};
+        double start = 0;
+    };
+
+    /// Where the day of a date is kept: by the digits of its year's end, its month and day.
+    static std::size_t place(const char* at)
     {
-        const auto digit = [at](int place) { return static_cast<unsigned>(at[place] - '0'); };
+        const auto digit = [at](int i) { return static_cast<unsigned char>(at[i]) & 15U; };
+        return (digit(3) * 372 + (digit(5) * 10 + digit(6)) * 31 + digit(8) * 10 + digit(9)) % 4096;
+    }
+
+    /// The time behind the day: "hh:mm:ssZ" at the twelfth place.
+    static bool readTime(const char* at, double dayStart, Date& date)
+    {
+        const auto digit = [at](int i) { return static_cast<unsigned>(at[i] - '0'); };
         const unsigned hours = digit(11) * 10 + digit(12);
         const unsigned minutes = digit(14) * 10 + digit(15);
         const unsigned seconds = digit(17) * 10 + digit(18);
         const bool isTime = digit(11) < 10 && digit(12) < 10 && digit(14) < 6 && digit(15) < 10
                             && digit(17) < 6 && digit(18) < 10 && hours < 24 && at[13] == ':'
                             && at[16] == ':' && at[19] == 'Z';
-        date.secondsSince1970 = dayStart_ + (hours * 3600 + minutes * 60 + seconds);
+        date.secondsSince1970 = dayStart + (hours * 3600 + minutes * 60 + seconds);
         return isTime;
     }
 
-    /// "2026-11-20T"; at first nothing that any date begins with.
-    std::array<char, 11> day_{};
-    double dayStart_ = 0;
+    std::vector<Day> days_ = std::vector<Day>(4'096);
 };
 
 /// Reads entries, one after another.
@@ -148,13 +161,20 @@ struct EntryCheck {
     bool take(std::string_view path, const EntryText&)
     {
         // What this path has in common with the former one was looked at then.
-        const std::size_t shared = commonPrefix(former, path);
-        const std::size_t slash =
-            shared == 0 ? std::string_view::npos : path.rfind('/', shared - 1);
-        former.replace(shared, std::string::npos, path.substr(shared));
-        return isWellFormedEntryPath(path, slash == std::string_view::npos ? 0 : slash + 1);
+        const std::size_t shared = commonPrefix({former.data(), formerSize}, path);
+        std::size_t start = shared;
+        while (start > 0 && path[start - 1] != '/') {
+            --start;
+        }
+        if (former.size() < path.size()) {
+            former.resize(2 * path.size());
+        }
+        std::memcpy(former.data() + shared, path.data() + shared, path.size() - shared);
+        formerSize = path.size();
+        return isWellFormedEntryPath(path, start);
     }
-    std::string former;
+    std::vector<char> former;
+    std::size_t formerSize = 0;
 };
 
 /// Takes entries into a snapshot.

@@ -8,7 +8,7 @@
 #include "core/patrol/snapshot_store.h"
 #include "platform/foundation/errors.h"
 
-namespace gruk {
+namespace gruk::SnapshotDecoder {
 
 namespace {
 
@@ -17,71 +17,88 @@ namespace {
     throw SnapshotStoreError(SnapshotStoreError::Case::corruptStore);
 }
 
-}  // namespace
-
-SnapshotDecoder::SnapshotDecoder(FileReader& file) : file_(file)
+StoreContents checkOrThrow(FileReader& file)
 {
-    try {
-        check();
-    } catch (const FileError&) {
+    StoreContents contents;
+    file.seek(0);
+    if (auto found = CanonicalReader(file).check()) {
+        contents.snapshots = std::move(*found);
+        contents.isCanonical = true;
+        return contents;
+    }
+    file.seek(0);
+    const bool isStore = GeneralReader::read(
+        file, [](std::size_t) { return false; },
+        [&](const StoredSnapshot& stored, ScanSnapshot&&) {
+            contents.snapshots.push_back(stored);
+        });
+    if (!isStore) {
         refuse();
     }
+    return contents;
 }
 
-void SnapshotDecoder::check()
+void buildGenerally(FileReader& file, const std::vector<StoredSnapshot>& wanted,
+                    FunctionRef<void(ScanSnapshot&&)> take)
 {
-    if (auto found = CanonicalReader(file_).check()) {
-        snapshots_ = std::move(*found);
-        isCanonical_ = true;
-        return;
-    }
-    file_.seek(0);
+    file.seek(0);
+    const auto isWanted = [&](std::size_t ordinal) {
+        return std::any_of(wanted.begin(), wanted.end(),
+                           [ordinal](const StoredSnapshot& one) { return one.ordinal == ordinal; });
+    };
     const bool isStore = GeneralReader::read(
-        file_, [](std::size_t) { return false; },
-        [this](const StoredSnapshot& stored, ScanSnapshot&&) { snapshots_.push_back(stored); });
+        file, isWanted, [&](const StoredSnapshot& stored, ScanSnapshot&& snapshot) {
+            if (isWanted(stored.ordinal)) {
+                take(std::move(snapshot));
+            }
+        });
     if (!isStore) {
         refuse();
     }
 }
 
-void SnapshotDecoder::build(const std::vector<StoredSnapshot>& wanted,
-                            FunctionRef<void(ScanSnapshot&&)> take)
+ScanSnapshot buildCanonically(FileReader& file, const StoredSnapshot& stored)
+{
+    try {
+        if (auto snapshot = CanonicalReader(file).build(stored.begin)) {
+            return std::move(*snapshot);
+        }
+    } catch (const InvalidEntryPath&) {
+        // Its paths do not make up a snapshot.
+    }
+    refuse();
+}
+
+}  // namespace
+
+StoreContents check(FileReader& file)
+{
+    try {
+        return checkOrThrow(file);
+    } catch (const FileError&) {
+        refuse();
+    }
+}
+
+void build(FileReader& file, const StoreContents& contents,
+           const std::vector<StoredSnapshot>& wanted, FunctionRef<void(ScanSnapshot&&)> take)
 {
     if (wanted.empty()) {
         return;
     }
-    if (!isCanonical_) {
-        file_.seek(0);
-        const auto isWanted = [&](std::size_t ordinal) {
-            return std::any_of(wanted.begin(), wanted.end(), [ordinal](const StoredSnapshot& one) {
-                return one.ordinal == ordinal;
-            });
-        };
-        const bool isStore = GeneralReader::read(
-            file_, isWanted, [&](const StoredSnapshot& stored, ScanSnapshot&& snapshot) {
-                if (isWanted(stored.ordinal)) {
-                    take(std::move(snapshot));
-                }
-            });
-        if (!isStore) {
-            refuse();
-        }
+    if (!contents.isCanonical) {
+        buildGenerally(file, wanted, take);
         return;
     }
     for (const StoredSnapshot& stored : wanted) {
-        std::optional<ScanSnapshot> snapshot;
+        ScanSnapshot snapshot;
         try {
-            snapshot = CanonicalReader(file_).build(stored.begin);
-        } catch (const InvalidEntryPath&) {
-            refuse();
+            snapshot = buildCanonically(file, stored);
         } catch (const FileError&) {
             refuse();
         }
-        if (!snapshot) {
-            refuse();
-        }
-        take(std::move(*snapshot));
+        take(std::move(snapshot));
     }
 }
 
-}  // namespace gruk
+}  // namespace gruk::SnapshotDecoder

@@ -11,30 +11,17 @@
 
 namespace gruk {
 
-/// Reads one open store. Everything that is not a store of version 1 is refused with
+/// Reads one open store. What is not a store of version 1 is refused with
 /// `SnapshotStoreError::corruptStore`; so is a file that cannot be read. One thread.
-class SnapshotDecoder {
-public:
-    /// Borrows `file`, which stands at its start. Checks every byte of it; `snapshots` tells what
-    /// is there.
-    explicit SnapshotDecoder(FileReader& file);
+namespace SnapshotDecoder {
 
-    /// All snapshots of the file, in its order.
-    [[nodiscard]] const std::vector<StoredSnapshot>& snapshots() const { return snapshots_; }
+/// Checks every byte of the file from its start on and tells what is there.
+[[nodiscard]] StoreContents check(FileReader& file);
 
-    /// Whether the file is in the form that Gruk writes, so that the text of a snapshot can be
-    /// taken over as it stands.
-    [[nodiscard]] bool isCanonical() const { return isCanonical_; }
+/// Builds those of the file's snapshots, given in its order, and hands each to `take`. `contents`
+/// is what `check` found.
+void build(FileReader& file, const StoreContents& contents,
+           const std::vector<StoredSnapshot>& wanted, FunctionRef<void(ScanSnapshot&&)> take);
 
-    /// Builds those of the snapshots, given in the file's order, and hands each to `take`.
-    void build(const std::vector<StoredSnapshot>& wanted, FunctionRef<void(ScanSnapshot&&)> take);
-
-private:
-    void check();
-
-    FileReader& file_;
-    std::vector<StoredSnapshot> snapshots_;
-    bool isCanonical_ = false;
-};
-
+}  // namespace SnapshotDecoder
 }  // namespace gruk

@@ -149,7 +149,8 @@ private:
 /// content is written, so that each name is escaped once.
 class EntryWriter {
 public:
-    EntryWriter(const SnapshotEntries& entries, Output& output) : table_(entries.table()), output_(output)
+    EntryWriter(const SnapshotEntries& entries, Output& output)
+        : table_(entries.table()), output_(output)
     {
     }
 

@@ -143,24 +143,46 @@ void SnapshotStore::save(const ScanSnapshot& snapshot)
     }
     const std::lock_guard lock(lock_);
     std::optional<FileReader> old = openStore(fileURL_);
-    std::optional<SnapshotDecoder> decoder;
-    if (old) {
-        decoder.emplace(*old);
-    }
-    const Retention retention =
-        retain(decoder ? decoder->snapshots() : std::vector<StoredSnapshot>(), snapshot);
+    const StoreContents contents = old ? contentsOf(*old) : StoreContents();
+    const Retention retention = retain(contents.snapshots, snapshot);
     AtomicFile file(fileURL_, calls_);
     StoreWriter writer(file);
-    if (decoder && decoder->isCanonical()) {
+    if (contents.isCanonical) {
         writer.copy(*old, retention.kept);
-    } else if (decoder) {
-        decoder->build(retention.kept, [&](ScanSnapshot&& kept) { writer.add(kept); });
+    } else if (old) {
+        SnapshotDecoder::build(*old, contents, retention.kept,
+                               [&](ScanSnapshot&& kept) { writer.add(kept); });
     }
     if (retention.keepsNew) {
         writer.add(snapshot);
     }
     writer.finish();
     file.commit();
+}
+
+/// What is in the file. A save follows its patrol's first look at the store, and checking a large
+/// store again takes as long as copying it; so what was found holds as long as the file is the
+/// same and untouched. A file changed within the last moments is not trusted to be untouched:
+/// the file system's clock may be too coarse to tell one change from the next.
+StoreContents SnapshotStore::contentsOf(FileReader& file) const
+{
+    constexpr std::int64_t clockDoubt = 2'000'000'000;
+    FileStamp stamp;
+    try {
+        stamp = file.stamp();
+    } catch (const FileError&) {
+        throw SnapshotStoreError(SnapshotStoreError::Case::corruptStore);
+    }
+    if (checked_ && checked_->stamp == stamp) {
+        return checked_->contents;
+    }
+    checked_.reset();
+    StoreContents contents = SnapshotDecoder::check(file);
+    const auto now = static_cast<std::int64_t>(Date::now().secondsSince1970 * 1e9);
+    if (now - std::max(stamp.modified, stamp.changed) > clockDoubt) {
+        checked_ = Checked{stamp, contents};
+    }
+    return contents;
 }
 
 std::vector<ScanSnapshot> SnapshotStore::snapshots(std::string_view rootPath) const
@@ -177,15 +199,16 @@ std::vector<ScanSnapshot> SnapshotStore::latestSnapshots(std::string_view rootPa
     if (!file) {
         return result;
     }
-    SnapshotDecoder decoder(*file);
-    std::vector<StoredSnapshot> wanted = ofRealm(decoder.snapshots(), rootPath);
+    const StoreContents contents = contentsOf(*file);
+    std::vector<StoredSnapshot> wanted = ofRealm(contents.snapshots, rootPath);
     if (wanted.size() > count) {
         wanted.erase(wanted.begin(), wanted.end() - static_cast<std::ptrdiff_t>(count));
     }
     std::sort(wanted.begin(), wanted.end(), [](const StoredSnapshot& a, const StoredSnapshot& b) {
         return a.ordinal < b.ordinal;
     });
-    decoder.build(wanted, [&](ScanSnapshot&& snapshot) { result.push_back(std::move(snapshot)); });
+    SnapshotDecoder::build(*file, contents, wanted,
+                           [&](ScanSnapshot&& snapshot) { result.push_back(std::move(snapshot)); });
     std::stable_sort(
         result.begin(), result.end(),
         [](const ScanSnapshot& a, const ScanSnapshot& b) { return a.capturedAt < b.capturedAt; });

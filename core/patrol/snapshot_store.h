@@ -11,7 +11,9 @@
 #include <vector>
 
 #include "core/patrol/scan_snapshot.h"
+#include "core/patrol/stored_snapshot.h"
 #include "platform/files/atomic_file.h"
+#include "platform/files/file_reader.h"
 #include "platform/foundation/file_url.h"
 
 namespace gruk {
@@ -41,9 +43,10 @@ private:
 
 /// Keeps the last 8 snapshots of every realm in one JSON file (docs/formats.md).
 ///
-/// Every call reads and checks the whole file, and every save writes it anew, whole or not at
-/// all; what is kept passes through as the bytes that it was. A file that is not a store is never
-/// overwritten: it fails every call until it is taken away.
+/// Every call checks the whole file, unless it was checked before and has not been touched since,
+/// and every save writes it anew, whole or not at all; what is kept passes through as the bytes
+/// that it was. A file that is not a store is never overwritten: it fails every call until it is
+/// taken away.
 ///
 /// Any thread; one lock is held across the reading and writing. Nothing guards against a second
 /// process. Slow for large stores: never the main thread.
@@ -69,10 +72,19 @@ public:
                                                             std::size_t count) const;
 
 private:
+    /// What a state of the file was found to hold.
+    struct Checked {
+        FileStamp stamp;
+        StoreContents contents;
+    };
+
+    [[nodiscard]] StoreContents contentsOf(FileReader& file) const;
+
     FileURL fileURL_;
     FileCalls calls_;
-    /// Guards the file.
+    /// Guards the file, and `checked_`.
     mutable std::mutex lock_;
+    mutable std::optional<Checked> checked_;
 };
 
 }  // namespace gruk

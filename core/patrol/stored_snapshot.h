@@ -23,4 +23,13 @@ struct StoredSnapshot {
     std::uint64_t end = 0;
 };
 
+/// What checking a whole store found.
+struct StoreContents {
+    /// In the file's order.
+    std::vector<StoredSnapshot> snapshots;
+    /// Whether the file is in the form that Gruk writes, so that the text of a snapshot can be
+    /// taken over as it stands.
+    bool isCanonical = false;
+};
+
 }  // namespace gruk

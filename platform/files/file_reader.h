@@ -9,6 +9,19 @@
 
 namespace gruk {
 
+/// What tells one state of a file from another: which file it is, its length, and when it was last
+/// changed in any way. A plain value.
+struct FileStamp {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t size = 0;
+    /// Nanoseconds since 1970 of the last change of its content, and of anything about it.
+    std::int64_t modified = 0;
+    std::int64_t changed = 0;
+
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
 /// Reads one file from a place on, piece by piece. What is open stays the same file also when
 /// another is put in its place meanwhile. One thread at a time.
 class FileReader {
@@ -27,6 +40,9 @@ public:
 
     /// Goes on at that byte. Throws `FileError`.
     void seek(std::uint64_t offset);
+
+    /// The state that the file is in now. Throws `FileError`.
+    [[nodiscard]] FileStamp stamp() const;
 
 private:
     FileReader(int descriptor, std::string path);

@@ -76,4 +76,17 @@ void FileReader::seek(std::uint64_t offset)
     }
 }
 
+FileStamp FileReader::stamp() const
+{
+    struct stat facts {};
+    if (::fstat(descriptor_, &facts) != 0) {
+        throwErrno(errno, "read", path_);
+    }
+    const auto nanoseconds = [](const timespec& time) {
+        return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+    };
+    return {facts.st_dev, facts.st_ino, facts.st_size, nanoseconds(facts.st_mtim),
+            nanoseconds(facts.st_ctim)};
+}
+
 }  // namespace gruk

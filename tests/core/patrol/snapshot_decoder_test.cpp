@@ -205,11 +205,12 @@ TEST(SnapshotDecoder, readsAnyFormThatJSONAllows)
         "schemaVersion" : 1 } )"
                              "\n";
     FileReader file = opened(directory, text);
-    SnapshotDecoder decoder(file);
-    EXPECT_FALSE(decoder.isCanonical());
-    ASSERT_EQ(decoder.snapshots().size(), 1U);
+    const StoreContents contents = SnapshotDecoder::check(file);
+    EXPECT_FALSE(contents.isCanonical);
+    ASSERT_EQ(contents.snapshots.size(), 1U);
     std::vector<ScanSnapshot> built;
-    decoder.build(decoder.snapshots(), [&](ScanSnapshot&& one) { built.push_back(one); });
+    SnapshotDecoder::build(file, contents, contents.snapshots,
+                           [&](ScanSnapshot&& one) { built.push_back(one); });
     ASSERT_EQ(built.size(), 1U);
     EXPECT_EQ(built[0].rootPath, "/home/caf\u00e9");
     ASSERT_EQ(built[0].entries.size(), 2U);
@@ -270,7 +271,7 @@ TEST(SnapshotDecoder, refusesWhatIsNoStore)
     for (const std::string& text : texts) {
         FileReader file = opened(directory, text);
         try {
-            const SnapshotDecoder decoder(file);
+            static_cast<void>(SnapshotDecoder::check(file));
             ADD_FAILURE() << "taken: " << text;
         } catch (const SnapshotStoreError& error) {
             EXPECT_EQ(error.which(), SnapshotStoreError::Case::corruptStore);
@@ -287,8 +288,9 @@ TEST(SnapshotDecoder, refusesToBuildASnapshotWithAPathThatStandsTwice)
     std::string text = textOf({snapshot});
     text[text.find("\"b\"") + 1] = 'a';
     FileReader file = opened(directory, text);
-    SnapshotDecoder decoder(file);
-    EXPECT_THROW(decoder.build(decoder.snapshots(), [](ScanSnapshot&&) {}), SnapshotStoreError);
+    const StoreContents contents = SnapshotDecoder::check(file);
+    EXPECT_THROW(SnapshotDecoder::build(file, contents, contents.snapshots, [](ScanSnapshot&&) {}),
+                 SnapshotStoreError);
 }
 
 TEST(SnapshotDecoder, putsPathsInOrderThatStandInAnother)

@@ -71,6 +71,50 @@ private:
     int descriptor_;
 };
 
+/// Folders in folders, "down/down/…", made one inside the other: no call takes a path as long.
+class DeepFolders {
+public:
+    DeepFolders(const std::string& root, int depth)
+        : innermost_(::open(root.c_str(), O_RDONLY | O_DIRECTORY))
+    {
+        for (int i = 0; i < depth; ++i) {
+            EXPECT_EQ(::mkdirat(innermost_, "down", 0700), 0);
+            enter("down");
+            path_ += "down/";
+        }
+    }
+    ~DeepFolders() { ::close(innermost_); }
+    DeepFolders(const DeepFolders&) = delete;
+    DeepFolders& operator=(const DeepFolders&) = delete;
+
+    /// The relative path of the innermost folder, with a "/" behind it.
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+    /// Puts "file" into the innermost folder; returns its allocated bytes.
+    [[nodiscard]] Bytes addFile() const
+    {
+        const int file = ::openat(innermost_, "file", O_WRONLY | O_CREAT, 0600);
+        EXPECT_EQ(::write(file, "x", 1), 1);
+        ::fsync(file);
+        struct stat facts {};
+        EXPECT_EQ(::fstat(file, &facts), 0);
+        ::close(file);
+        return facts.st_blocks * 512;
+    }
+
+private:
+    void enter(const char* name)
+    {
+        const int next = ::openat(innermost_, name, O_RDONLY | O_DIRECTORY);
+        EXPECT_GE(next, 0);
+        ::close(innermost_);
+        innermost_ = next;
+    }
+
+    int innermost_;
+    std::string path_;
+};
+
 void makeSocket(const std::string& path)
 {
     const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
@@ -122,33 +166,15 @@ TEST(SnapshotScannerLive, namesOf255BytesAreEntriesWhateverTheirBytes)
 
 TEST(SnapshotScannerLive, aTreeOfThreeThousandFoldersIsWalkedToItsEnd)
 {
-    constexpr int depth = 3'000;
     const test::TemporaryDirectory disk;
-    int folder = ::open(disk.path().c_str(), O_RDONLY | O_DIRECTORY);
-    std::string deepest;
-    for (int i = 0; i < depth; ++i) {
-        ASSERT_EQ(::mkdirat(folder, "down", 0700), 0);
-        const int next = ::openat(folder, "down", O_RDONLY | O_DIRECTORY);
-        ASSERT_GE(next, 0);
-        ::close(folder);
-        folder = next;
-        deepest += "down/";
-    }
-    const int file = ::openat(folder, "file", O_WRONLY | O_CREAT, 0600);
-    ASSERT_EQ(::write(file, "x", 1), 1);
-    ::fsync(file);
-    struct stat facts {};
-    ASSERT_EQ(::fstat(file, &facts), 0);
-    ::close(file);
-    ::close(folder);
-
+    const DeepFolders deep(disk.path(), 3'000);
+    const Bytes size = deep.addFile();
     const ScanSnapshot snapshot = scan(disk.url());
-    EXPECT_EQ(snapshot.entries.size(), std::size_t{depth} + 1);
+    EXPECT_EQ(snapshot.entries.size(), 3'001U);
     EXPECT_TRUE(snapshot.issues.empty());
-    const SnapshotEntry last = entry(snapshot, deepest + "file");
-    EXPECT_EQ(last.allocatedSize, facts.st_blocks * 512);
+    EXPECT_EQ(entry(snapshot, deep.path() + "file").allocatedSize, size);
     for (SnapshotEntries::Index i = 0; i < snapshot.entries.size(); ++i) {
-        ASSERT_EQ(snapshot.entries.allocatedSize(i), last.allocatedSize) << i;
+        ASSERT_EQ(snapshot.entries.allocatedSize(i), size) << i;
     }
 }
 

@@ -210,15 +210,37 @@ TEST_F(SnapshotStoreCorruptionTest, valuesOfTheRightTypeThatAreOffAreCorrupt)
     }
 }
 
-TEST_F(SnapshotStoreCorruptionTest, aPathThatNoWalkCanFindOrThatStandsTwiceIsCorruptForItsRealm)
+TEST_F(SnapshotStoreCorruptionTest, aPathThatNoWalkCanFindIsCorruptForEveryRealm)
 {
-    for (const char* path :
-         {"", "/z", "z/", "z//y", "z/../y", ".", "..", "a \\u0000ff", "z\\u0000"}) {
+    for (const char* path : {"", "/z", "z/", "z//y", "z/../y", ".", "..", "z\\u0000"}) {
+        EXPECT_EQ(verdict(with(R"("relativePath":"z")",
+                               std::string("\"relativePath\":\"") + path + "\"")),
+                  Verdict::corrupt)
+            << path;
+    }
+}
+
+TEST_F(SnapshotStoreCorruptionTest, aPathThatStandsTwiceIsCorruptForItsRealm)
+{
+    for (const char* path : {"a \\u0000ff", "a \\u0000ff/b\\\"\\\\\\n.png"}) {
         disk.fileWith("s.json", with(R"("relativePath":"z")",
                                      std::string("\"relativePath\":\"") + path + "\""));
         EXPECT_EQ(outcome([this] { static_cast<void>(store.snapshots("/r\xfe")); }),
                   Verdict::corrupt)
             << path;
+    }
+}
+
+TEST_F(SnapshotStoreCorruptionTest, aKeyThatStandsTwiceInOneObjectIsCorrupt)
+{
+    for (const char* member :
+         {R"("schemaVersion":1)", R"("snapshots":[])", R"("isComplete":true)", R"("issues":[])",
+          R"("entries":[])", R"("kind":"image")", R"("isDirectory":false)", R"("allocatedSize":0)",
+          R"("reason":"disappeared")", R"("relativePath":"z")"}) {
+        const std::string text(member);
+        const std::string key = text.substr(0, text.find(':') + 1);
+        EXPECT_EQ(verdict(with(key, text + "," + key)), Verdict::corrupt) << member;
+        EXPECT_EQ(verdict(" " + with(key, text + "," + key)), Verdict::corrupt) << member;
     }
 }
 

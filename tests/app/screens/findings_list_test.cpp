@@ -1,0 +1,220 @@
+#include "app/screens/findings_list.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+namespace gruk {
+
+namespace {
+
+FindingsList::Findings makeFindings(int count)
+{
+    auto findings = std::make_shared<std::vector<ReviewFinding>>();
+    for (int number = 0; number < count; ++number) {
+        ReviewFinding finding;
+        finding.id = "oldInstaller:" + std::to_string(number);
+        finding.url = FileURL("/realm/item" + std::to_string(number));
+        finding.reason = ReviewFinding::Reason::oldInstaller;
+        finding.explanation = "An explanation that goes on for a while. ";
+        finding.confidence = number % 2 == 0 ? 0.8 : 0.79;
+        findings->push_back(std::move(finding));
+    }
+    return findings;
+}
+
+/// A list in a scrolling page, as the patrol page has it.
+struct Page {
+    Theme theme;
+    QScrollArea scroll;
+    FindingsList* list = new FindingsList(theme);
+
+    Page()
+    {
+        auto* content = new QWidget;
+        auto* column = new QVBoxLayout(content);
+        column->addWidget(list);
+        scroll.setFocusPolicy(Qt::NoFocus);
+        scroll.setWidgetResizable(true);
+        scroll.setWidget(content);
+        scroll.resize(600, 400);
+        QObject::connect(scroll.verticalScrollBar(), &QScrollBar::valueChanged, list,
+                         [this] { tellWhatIsInView(); });
+        scroll.show();
+        QApplication::setActiveWindow(&scroll);
+        QApplication::processEvents();
+    }
+
+    void show(FindingsList::Findings findings)
+    {
+        static_cast<void>(list->setFindings(std::move(findings)));
+        QApplication::processEvents();
+        tellWhatIsInView();
+        QApplication::processEvents();
+    }
+
+    void tellWhatIsInView()
+    {
+        const int top = list->mapFrom(scroll.viewport(), QPoint(0, 0)).y();
+        list->showWithin(top, top + scroll.viewport()->height());
+    }
+
+    [[nodiscard]] FindingRow* row(const QString& name) const
+    {
+        for (FindingRow* each : list->findChildren<FindingRow*>()) {
+            if (each->isVisible() && each->accessibleName().startsWith(name + QLatin1Char(','))) {
+                return each;
+            }
+        }
+        return nullptr;
+    }
+};
+
+void press(Qt::Key key)
+{
+    QWidget* focused = QApplication::focusWidget();
+    ASSERT_NE(focused, nullptr);
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(focused, &down);
+    QApplication::processEvents();
+}
+
+}  // namespace
+
+TEST(FindingsList, aHundredThousandFindingsMakeAHandfulOfRows)
+{
+    Page page;
+    page.show(makeFindings(100'000));
+    EXPECT_LT(page.list->rowCount(), 20U);
+    EXPECT_GT(page.list->rowCount(), 4U);
+    EXPECT_NE(page.row(QStringLiteral("item0")), nullptr);
+
+    QScrollBar* bar = page.scroll.verticalScrollBar();
+    bar->setValue(bar->maximum());
+    QApplication::processEvents();
+    EXPECT_LT(page.list->rowCount(), 20U);
+    EXPECT_NE(page.row(QStringLiteral("item99999")), nullptr);
+    EXPECT_EQ(page.row(QStringLiteral("item0")), nullptr);
+}
+
+TEST(FindingsList, isAsTallAsAllItsRows)
+{
+    Page page;
+    page.show(makeFindings(1'000));
+    EXPECT_EQ(page.list->height(), 1'000 * FindingRow::closedHeight(page.theme));
+    page.show(makeFindings(0));
+    EXPECT_EQ(page.list->height(), 0);
+    EXPECT_EQ(page.list->rowCount(), 0U);
+}
+
+TEST(FindingsList, endsWhereAWidgetCannotBeTaller)
+{
+    Page page;
+    page.show(makeFindings(static_cast<int>(FindingsList::mostRows) + 10));
+    const int rowHeight = FindingRow::closedHeight(page.theme);
+    EXPECT_EQ(page.list->height(), static_cast<int>(FindingsList::mostRows) * rowHeight);
+    EXPECT_LT(page.list->height(), QWIDGETSIZE_MAX);
+}
+
+TEST(FindingsList, anOpenRowMakesRoomForItsPanelAndClosesAgain)
+{
+    Page page;
+    page.show(makeFindings(50));
+    const int closed = page.list->height();
+    FindingRow* row = page.row(QStringLiteral("item1"));
+    auto* disclosure = qobject_cast<QAbstractButton*>(row->disclosure());
+    disclosure->click();
+    QApplication::processEvents();
+    EXPECT_GT(page.list->height(), closed + 40);
+    EXPECT_EQ(page.row(QStringLiteral("item2"))->y(), row->y() + row->height());
+    EXPECT_EQ(page.list->height() - closed, row->height() - FindingRow::closedHeight(page.theme));
+    disclosure->click();
+    EXPECT_EQ(page.list->height(), closed);
+}
+
+TEST(FindingsList, aPanelNeedsMoreRoomWhereItIsNarrow)
+{
+    Page page;
+    page.show(makeFindings(5));
+    qobject_cast<QAbstractButton*>(page.row(QStringLiteral("item1"))->disclosure())->click();
+    const int wide = page.list->height();
+    page.scroll.resize(320, 400);
+    QApplication::processEvents();
+    EXPECT_GT(page.list->height(), wide);
+}
+
+TEST(FindingsList, whatIsOpenStaysOpenInAnotherOrder)
+{
+    Page page;
+    const FindingsList::Findings findings = makeFindings(10);
+    page.show(findings);
+    qobject_cast<QAbstractButton*>(page.row(QStringLiteral("item3"))->disclosure())->click();
+    auto reversed =
+        std::make_shared<std::vector<ReviewFinding>>(findings->rbegin(), findings->rend());
+    page.show(reversed);
+    EXPECT_GT(page.row(QStringLiteral("item3"))->height(), FindingRow::closedHeight(page.theme));
+    EXPECT_EQ(page.row(QStringLiteral("item4"))->height(), FindingRow::closedHeight(page.theme));
+}
+
+TEST(FindingsList, theTabKeyGoesDownTheListRowByRow)
+{
+    Page page;
+    page.show(makeFindings(200));
+    page.row(QStringLiteral("item0"))->disclosure()->setFocus(Qt::TabFocusReason);
+    for (int number = 0; number < 60; ++number) {
+        const FindingRow* row = page.row(QStringLiteral("item%1").arg(number));
+        ASSERT_NE(row, nullptr) << number;
+        ASSERT_EQ(QApplication::focusWidget(), row->disclosure()) << number;
+        press(Qt::Key_Tab);
+    }
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(QApplication::focusWidget(), page.row(QStringLiteral("item59"))->disclosure());
+}
+
+TEST(FindingsList, returnOpensTheRowInFocus)
+{
+    Page page;
+    page.show(makeFindings(5));
+    FindingRow* row = page.row(QStringLiteral("item2"));
+    row->disclosure()->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Return);
+    EXPECT_GT(row->height(), FindingRow::closedHeight(page.theme));
+}
+
+TEST(FindingsList, theRowInFocusStaysWhenItIsScrolledAway)
+{
+    Page page;
+    page.show(makeFindings(1'000));
+    page.row(QStringLiteral("item0"))->disclosure()->setFocus(Qt::TabFocusReason);
+    page.scroll.verticalScrollBar()->setValue(page.scroll.verticalScrollBar()->maximum());
+    QApplication::processEvents();
+    EXPECT_NE(page.row(QStringLiteral("item0")), nullptr);
+    EXPECT_EQ(page.row(QStringLiteral("item50")), nullptr);
+}
+
+TEST(FindingsList, aFindingOfExactlyEightTenthsConfidenceReadsSolid)
+{
+    Page page;
+    page.show(makeFindings(2));
+    const auto lastLine = [&](const char* name) {
+        FindingRow* row = page.row(QString::fromLatin1(name));
+        qobject_cast<QAbstractButton*>(row->disclosure())->click();
+        QString text;
+        for (const QLabel* label : row->findChildren<QLabel*>()) {
+            text = label->wordWrap() ? label->text() : text;
+        }
+        return text;
+    };
+    EXPECT_EQ(lastLine("item0"),
+              QStringLiteral("The facts here are solid. The decision is still yours."));
+    EXPECT_EQ(lastLine("item1"),
+              QStringLiteral("Good evidence, not certainty — worth a glance before anything "
+                             "moves."));
+}
+
+}  // namespace gruk

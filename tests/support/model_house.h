@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/model/app_model.h"
+#include "tests/support/manual_run_loop.h"
+#include "tests/support/manual_task_pool.h"
+#include "tests/support/scripted_open_panel.h"
+#include "tests/support/temporary_directory.h"
+
+namespace gruk::test {
+
+/// A model with everything that it works with under the test's control: its files in a folder of
+/// the test's own, its main thread and its pool by hand, its panel scripted.
+class ModelHouse {
+public:
+    explicit ModelHouse(std::shared_ptr<SnapshotScanner> scanner = nullptr);
+
+    /// Runs work and main thread until neither has anything left.
+    void settle();
+
+    /// Makes a folder with one file of 8 KB in it, grants it, and returns its place.
+    FileURL makeRealm(const std::string& name);
+    /// Grants a realm, patrols it and leaves it selected.
+    FileURL makePatrolledRealm(const std::string& name);
+
+    void select(const FileURL& url);
+    void patrol();
+
+    /// The snapshots stored for a realm.
+    [[nodiscard]] std::vector<ScanSnapshot> stored(const FileURL& url) const;
+    [[nodiscard]] const Grant& grantOf(const FileURL& url) const;
+
+    TemporaryDirectory directory;
+    std::shared_ptr<ManualRunLoop> loop = std::make_shared<ManualRunLoop>();
+    std::shared_ptr<ManualTaskPool> pool = std::make_shared<ManualTaskPool>();
+    std::shared_ptr<ScriptedOpenPanel> panel = std::make_shared<ScriptedOpenPanel>();
+    std::vector<std::string> logLines;
+    std::shared_ptr<SnapshotStore> store;
+    std::unique_ptr<AppModel> model;
+};
+
+}  // namespace gruk::test

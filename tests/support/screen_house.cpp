@@ -1,0 +1,95 @@
+#include "tests/support/screen_house.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QLabel>
+
+namespace gruk::test {
+
+ScreenHouse::ScreenHouse(std::shared_ptr<SnapshotScanner> scanner)
+    : ModelHouse(std::move(scanner)), window(std::make_unique<SweepView>(*model, theme))
+{
+    window->show();
+    repaint();
+}
+
+ScreenHouse::~ScreenHouse()
+{
+    window.reset();
+}
+
+void ScreenHouse::repaint()
+{
+    constexpr int turns = 5;
+    for (int turn = 0; turn < turns; ++turn) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+void ScreenHouse::settle()
+{
+    do {
+        ModelHouse::settle();
+        repaint();
+    } while (pool->count() > 0);
+}
+
+FileURL ScreenHouse::makePatrolledRealm(const std::string& name)
+{
+    const FileURL url = makeRealm(name);
+    settle();
+    patrol();
+    return url;
+}
+
+void ScreenHouse::patrol()
+{
+    model->patrolActiveRealm();
+    settle();
+}
+
+QStringList ScreenHouse::texts() const
+{
+    QStringList texts;
+    for (const QLabel* label : window->findChildren<QLabel*>()) {
+        if (label->isVisible()) {
+            texts.append(label->text());
+        }
+    }
+    for (const QAbstractButton* each : window->findChildren<QAbstractButton*>()) {
+        if (each->isVisible()) {
+            texts.append(each->text());
+        }
+    }
+    return texts;
+}
+
+QAbstractButton* ScreenHouse::button(const QString& text) const
+{
+    for (QAbstractButton* each : window->findChildren<QAbstractButton*>()) {
+        if (each->isVisible() && each->text() == text) {
+            return each;
+        }
+    }
+    return nullptr;
+}
+
+QStringList namelessControls(const QWidget& window)
+{
+    QStringList nameless;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        if (!widget->isVisible() || widget->focusPolicy() == Qt::NoFocus) {
+            continue;
+        }
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+        if (accessible == nullptr || accessible->text(QAccessible::Name).isEmpty()) {
+            nameless.append(QString::fromLatin1(widget->metaObject()->className()));
+        }
+    }
+    return nameless;
+}
+
+}  // namespace gruk::test
