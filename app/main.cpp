@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
+#include <string_view>
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -31,6 +34,33 @@ void reportFatal(QtMsgType type, const QMessageLogContext&, const QString& messa
     std::fprintf(stderr, "%s\n", qPrintable(message));
 }
 
+void nameApplication()
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Gruk"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(GRUK_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.gruk.Gruk"));
+}
+
+/// Whether only words are asked for, which need no display.
+bool asksForWords(int argc, char* argv[])
+{
+    constexpr std::string_view options[] = {"-h", "--help", "--help-all", "-v", "--version"};
+    return std::any_of(argv + 1, argv + argc, [&](const char* argument) {
+        return std::find(std::begin(options), std::end(options), argument) != std::end(options);
+    });
+}
+
+/// Ends the process when only words were asked for, or something that there is not.
+void readArguments(const QCoreApplication& application)
+{
+    QCommandLineParser arguments;
+    arguments.setApplicationDescription(
+        QStringLiteral("Maps your folders, remembers them, and shows what changed."));
+    arguments.addHelpOption();
+    arguments.addVersionOption();
+    arguments.process(application);
+}
+
 int runWindow(QApplication& application)
 {
     const auto taskPool = std::make_shared<gruk::QtTaskPool>();
@@ -58,18 +88,14 @@ int runWindow(QApplication& application)
 
 int main(int argc, char* argv[])
 {
+    nameApplication();
+    if (asksForWords(argc, argv)) {
+        const QCoreApplication application(argc, argv);
+        readArguments(application);
+    }
     const QtMessageHandler usual = qInstallMessageHandler(reportFatal);
     QApplication application(argc, argv);
     qInstallMessageHandler(usual);
-    QApplication::setApplicationName(QStringLiteral("Gruk"));
-    QApplication::setApplicationVersion(QStringLiteral(GRUK_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.gruk.Gruk"));
-
-    QCommandLineParser arguments;
-    arguments.setApplicationDescription(
-        QStringLiteral("Maps your folders, remembers them, and shows what changed."));
-    arguments.addHelpOption();
-    arguments.addVersionOption();
-    arguments.process(application);
+    readArguments(application);
     return runWindow(application);
 }

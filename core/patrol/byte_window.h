@@ -17,7 +17,7 @@ public:
     /// How far past `end` may be looked.
     static constexpr std::size_t padding = 64;
 
-    /// Borrows `file`, and begins where it stands, which is to be its start.
+    /// Borrows `file`, and begins where `seek` puts it.
     explicit ByteWindow(FileReader& file) : file_(file) {}
 
     [[nodiscard]] const char* at() const { return buffer_.get() + begin_; }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <future>
 #include <string>
 
 #include "core/patrol/json_scan.h"
@@ -21,6 +22,10 @@ using jsonscan::RawString;
 constexpr std::size_t usualEntry = 4'096;
 /// No entry is longer: the path of a tree a few thousand folders deep, every byte escaped.
 constexpr std::size_t longestEntry = std::size_t{1} << 24;
+
+/// From this size on a second thread is worth its start.
+constexpr std::uint64_t worthTwoThreads = std::uint64_t{1} << 24;
+constexpr std::size_t searchSize = std::size_t{1} << 18;
 
 /// One entry as it stands in the text.
 struct EntryText {
@@ -356,27 +361,90 @@ bool CanonicalReader::readSnapshot(ScanSnapshot& snapshot, Entries& entries)
 
 std::optional<std::vector<StoredSnapshot>> CanonicalReader::check()
 {
+    const auto size = static_cast<std::uint64_t>(file_.stamp().size);
+    const auto middle =
+        size >= worthTwoThreads ? findSnapshotAfter(size / 2) : std::optional<std::uint64_t>();
+    if (!middle) {
+        return checkFromStart(std::nullopt);
+    }
+    FileReader other = file_.another();
+    auto later = std::async(std::launch::async, [&other, start = *middle] {
+        return CanonicalReader(other).checkToEnd(start);
+    });
+    Found first = checkFromStart(*middle);
+    const Found second = later.get();
+    if (!first || !second) {
+        return std::nullopt;
+    }
+    for (const StoredSnapshot& snapshot : *second) {
+        first->push_back(snapshot);
+        first->back().ordinal = first->size() - 1;
+    }
+    return first;
+}
+
+/// Checks from the start of the file up to `stop`, where a snapshot begins, or to its end.
+CanonicalReader::Found CanonicalReader::checkFromStart(std::optional<std::uint64_t> stop)
+{
+    window_.seek(0);
     if (!window_.take(SnapshotEncoder::storeHead)) {
         return std::nullopt;
     }
+    if (!stop && window_.take(SnapshotEncoder::storeTail)) {
+        window_.fill(1);
+        return window_.size() == 0 ? Found(std::in_place) : std::nullopt;
+    }
+    return checkSnapshots(stop);
+}
+
+/// Checks from `start`, where a snapshot begins, to the end of the file.
+CanonicalReader::Found CanonicalReader::checkToEnd(std::uint64_t start)
+{
+    window_.seek(start);
+    return checkSnapshots(std::nullopt);
+}
+
+CanonicalReader::Found CanonicalReader::checkSnapshots(std::optional<std::uint64_t> stop)
+{
     std::vector<StoredSnapshot> result;
-    if (!window_.take(SnapshotEncoder::storeTail)) {
-        do {
-            ScanSnapshot snapshot;
-            EntryCheck entries;
-            const std::uint64_t begin = window_.offset();
-            if (!readSnapshot(snapshot, entries)) {
-                return std::nullopt;
-            }
-            result.push_back({snapshot.id, std::move(snapshot.rootPath), snapshot.capturedAt,
-                              result.size(), begin, window_.offset()});
-        } while (window_.take(SnapshotEncoder::betweenSnapshots));
-        if (!window_.take(SnapshotEncoder::storeTail)) {
+    do {
+        if (stop && window_.offset() >= *stop) {
+            return window_.offset() == *stop ? Found(std::move(result)) : std::nullopt;
+        }
+        ScanSnapshot snapshot;
+        EntryCheck entries;
+        const std::uint64_t begin = window_.offset();
+        if (!readSnapshot(snapshot, entries)) {
             return std::nullopt;
         }
+        result.push_back({snapshot.id, std::move(snapshot.rootPath), snapshot.capturedAt,
+                          result.size(), begin, window_.offset()});
+    } while (window_.take(SnapshotEncoder::betweenSnapshots));
+    if (stop || !window_.take(SnapshotEncoder::storeTail)) {
+        return std::nullopt;
     }
     window_.fill(1);
-    return window_.size() == 0 ? std::optional(std::move(result)) : std::nullopt;
+    return window_.size() == 0 ? Found(std::move(result)) : std::nullopt;
+}
+
+/// Where the first snapshot behind `offset` begins, by the text between two: it can stand nowhere
+/// else, since quotes within a JSON string are escaped. None when there is no other.
+std::optional<std::uint64_t> CanonicalReader::findSnapshotAfter(std::uint64_t offset)
+{
+    static constexpr std::string_view between = R"(},{"id":")";
+    window_.seek(offset);
+    for (;;) {
+        window_.fill(searchSize);
+        const std::string_view text(window_.at(), window_.size());
+        const std::size_t found = text.find(between);
+        if (found != std::string_view::npos) {
+            return window_.offset() + found + 2;
+        }
+        if (text.size() < searchSize) {
+            return std::nullopt;
+        }
+        window_.moveTo(window_.end() - between.size());
+    }
 }
 
 std::optional<ScanSnapshot> CanonicalReader::build(std::uint64_t offset)

@@ -15,10 +15,11 @@ namespace gruk {
 /// `GeneralReader`, which has the last word on whether it is a store at all. One thread.
 class CanonicalReader {
 public:
-    /// Reads from where `file` stands. Borrowed.
-    explicit CanonicalReader(FileReader& file) : window_(file) {}
+    /// Borrows `file`.
+    explicit CanonicalReader(FileReader& file) : file_(file), window_(file) {}
 
-    /// Checks the whole file from its start; none when any byte of it is not of the form.
+    /// Checks the whole file; none when any byte of it is not of the form. A large file is checked
+    /// in two halves at once, each on a thread of its own.
     [[nodiscard]] std::optional<std::vector<StoredSnapshot>> check();
 
     /// Builds the snapshot whose text begins at `offset`; none when it is not of the form. Throws
@@ -26,6 +27,13 @@ public:
     [[nodiscard]] std::optional<ScanSnapshot> build(std::uint64_t offset);
 
 private:
+    using Found = std::optional<std::vector<StoredSnapshot>>;
+
+    Found checkFromStart(std::optional<std::uint64_t> stop);
+    Found checkToEnd(std::uint64_t start);
+    Found checkSnapshots(std::optional<std::uint64_t> stop);
+    std::optional<std::uint64_t> findSnapshotAfter(std::uint64_t offset);
+
     template <typename Entries>
     bool readSnapshot(ScanSnapshot& snapshot, Entries& entries);
     template <typename Entries>
@@ -33,6 +41,7 @@ private:
     bool readHead(ScanSnapshot& snapshot);
     bool readIssues(std::vector<ScanIssue>& issues);
 
+    FileReader& file_;
     ByteWindow window_;
 };
 

@@ -20,7 +20,6 @@ namespace {
 StoreContents checkOrThrow(FileReader& file)
 {
     StoreContents contents;
-    file.seek(0);
     if (auto found = CanonicalReader(file).check()) {
         contents.snapshots = std::move(*found);
         contents.isCanonical = true;

@@ -38,8 +38,11 @@ public:
     /// `FileError`.
     std::size_t read(char* buffer, std::size_t size);
 
-    /// Goes on at that byte. Throws `FileError`.
-    void seek(std::uint64_t offset);
+    /// Goes on at that byte.
+    void seek(std::uint64_t offset) { offset_ = offset; }
+
+    /// Another reader of the same open file, at its start. Throws `FileError`.
+    [[nodiscard]] FileReader another() const;
 
     /// The state that the file is in now. Throws `FileError`.
     [[nodiscard]] FileStamp stamp() const;
@@ -49,6 +52,7 @@ private:
 
     int descriptor_ = -1;
     std::string path_;
+    std::uint64_t offset_ = 0;
 };
 
 }  // namespace gruk

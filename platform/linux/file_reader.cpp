@@ -38,7 +38,8 @@ FileReader::FileReader(int descriptor, std::string path)
 }
 
 FileReader::FileReader(FileReader&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)), path_(std::move(other.path_))
+    : descriptor_(std::exchange(other.descriptor_, -1)), path_(std::move(other.path_)),
+      offset_(other.offset_)
 {
 }
 
@@ -46,6 +47,7 @@ FileReader& FileReader::operator=(FileReader&& other) noexcept
 {
     std::swap(descriptor_, other.descriptor_);
     std::swap(path_, other.path_);
+    std::swap(offset_, other.offset_);
     return *this;
 }
 
@@ -59,8 +61,9 @@ FileReader::~FileReader()
 std::size_t FileReader::read(char* buffer, std::size_t size)
 {
     for (;;) {
-        const auto count = ::read(descriptor_, buffer, size);
+        const auto count = ::pread(descriptor_, buffer, size, static_cast<off_t>(offset_));
         if (count >= 0) {
+            offset_ += static_cast<std::uint64_t>(count);
             return static_cast<std::size_t>(count);
         }
         if (errno != EINTR) {
@@ -69,11 +72,13 @@ std::size_t FileReader::read(char* buffer, std::size_t size)
     }
 }
 
-void FileReader::seek(std::uint64_t offset)
+FileReader FileReader::another() const
 {
-    if (::lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET) < 0) {
-        throwErrno(errno, "read", path_);
+    const int descriptor = ::fcntl(descriptor_, F_DUPFD_CLOEXEC, 0);
+    if (descriptor < 0) {
+        throwErrno(errno, "open", path_);
     }
+    return {descriptor, path_};
 }
 
 FileStamp FileReader::stamp() const

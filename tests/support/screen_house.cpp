@@ -1,6 +1,5 @@
 #include "tests/support/screen_house.h"
 
-#include <QAbstractButton>
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QString>
 #include <QStringList>
 
@@ -28,7 +29,7 @@ public:
     [[nodiscard]] bool shows(const QString& text) const { return texts().contains(text); }
 
     /// The button that can be seen with that text; none without one.
-    [[nodiscard]] class QAbstractButton* button(const QString& text) const;
+    [[nodiscard]] QAbstractButton* button(const QString& text) const;
 
     Theme theme;
     std::unique_ptr<SweepView> window;

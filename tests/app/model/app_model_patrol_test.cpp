@@ -4,6 +4,7 @@
 
 #include "app/model/app_model.h"
 #include "core/patrol/metadata_reader.h"
+#include "platform/foundation/errors.h"
 #include "tests/support/model_house.h"
 
 namespace gruk {

@@ -7,6 +7,7 @@
 #include "app/screens/finding_row.h"
 #include "app/screens/metric_card.h"
 #include "core/patrol/metadata_reader.h"
+#include "platform/foundation/errors.h"
 #include "tests/support/screen_house.h"
 
 namespace gruk {

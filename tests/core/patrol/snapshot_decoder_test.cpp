@@ -186,6 +186,61 @@ TEST(SnapshotDecoder, readsEntriesLongerThanWhatIsReadAtOnce)
     EXPECT_EQ(canonically(directory, text), snapshots);
 }
 
+/// A store large enough to be checked in two halves.
+std::string largeStore(int snapshots)
+{
+    std::vector<SnapshotEntry> entries;
+    for (int i = 0; i < 60'000; ++i) {
+        // Names that look like what stands between two snapshots.
+        entries.push_back(
+            {"},{\"id\":\"" + std::to_string(i), i, Date{1.6e9 + i}, FileKind::pdf, false});
+    }
+    std::vector<ScanSnapshot> list;
+    for (int i = 0; i < snapshots; ++i) {
+        list.push_back({UUID::random(),
+                        "/r" + std::to_string(i),
+                        Date{1e9 + i},
+                        SnapshotEntries(entries),
+                        {},
+                        true});
+    }
+    return textOf(list);
+}
+
+TEST(SnapshotDecoder, findsTheSameInALargeStoreThatIsCheckedInTwoHalves)
+{
+    const TemporaryDirectory directory;
+    for (const int count : {1, 2, 3, 5}) {
+        const std::string text = largeStore(count);
+        ASSERT_TRUE(count < 3 || text.size() > 17'000'000) << "too small for two halves";
+        FileReader file = opened(directory, text);
+        const auto found = CanonicalReader(file).check();
+        ASSERT_TRUE(found);
+        ASSERT_EQ(found->size(), static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i) {
+            const StoredSnapshot& one = (*found)[static_cast<std::size_t>(i)];
+            EXPECT_EQ(one.rootPath, "/r" + std::to_string(i));
+            EXPECT_EQ(one.ordinal, static_cast<std::size_t>(i));
+            EXPECT_EQ(text.substr(one.begin, 7), R"({"id":")");
+            EXPECT_EQ(text[one.end - 1], '}');
+        }
+    }
+}
+
+TEST(SnapshotDecoder, refusesALargeStoreWithAFaultInEitherHalf)
+{
+    const TemporaryDirectory directory;
+    const std::string whole = largeStore(4);
+    for (const double place : {0.0, 0.1, 0.3, 0.49, 0.51, 0.7, 0.9, 1.0}) {
+        std::string text = whole;
+        const auto at = static_cast<std::size_t>(place * static_cast<double>(text.size() - 1));
+        text[at] = text[at] == '\x01' ? '\x02' : '\x01';
+        FileReader file = opened(directory, text);
+        EXPECT_FALSE(CanonicalReader(file).check()) << place;
+        EXPECT_THROW(static_cast<void>(SnapshotDecoder::check(file)), SnapshotStoreError);
+    }
+}
+
 TEST(SnapshotDecoder, readsAnyFormThatJSONAllows)
 {
     const TemporaryDirectory directory;
