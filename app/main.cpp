@@ -24,14 +24,14 @@ using namespace std::chrono_literals;
 /// keep the process: what it was doing leaves no trace.
 constexpr auto patienceAtEnd = 3s;
 
-/// The toolkit ends the process in a crash when it finds no display; one sentence is kinder.
-void reportFatal(QtMsgType type, const QMessageLogContext&, const QString& message)
+/// The toolkit ends the process in a crash, after some talk, when it finds no display; one sentence
+/// is kinder.
+void reportFatal(QtMsgType type, const QMessageLogContext&, const QString&)
 {
     if (type == QtFatalMsg) {
         std::fprintf(stderr, "Gruk needs a display, and found none that it can use.\n");
         std::_Exit(EXIT_FAILURE);
     }
-    std::fprintf(stderr, "%s\n", qPrintable(message));
 }
 
 void nameApplication()

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <stdexcept>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -72,22 +73,14 @@ Figures floor(Arguments arguments)
     return {{"seconds", seconds}, {"items", static_cast<double>(items)}};
 }
 
-Figures scan(Arguments arguments)
-{
-    SnapshotScanner scanner;
-    ScanSnapshot snapshot;
-    const double seconds =
-        secondsOf([&] { snapshot = scanner.scan(realmAt(arguments[0]), Date::now()); });
-    return {{"seconds", seconds}};
-}
-
-/// Adds what is below `root` as the scanner does, but for the hard links.
+/// Walks and records what is below `root` as the scanner does.
 void addTree(const FileURL& root, SnapshotEntriesBuilder& entries)
 {
     constexpr auto noIndex = SnapshotEntries::noIndex;
     const auto device = itemFacts(root).deviceID;
     const auto lister = makeLiveLister(root);
     std::vector<std::pair<SnapshotEntries::Index, std::size_t>> pending = {{noIndex, 0}};
+    std::unordered_set<std::uint64_t> seenHardLinks;
     while (!pending.empty()) {
         const auto [directory, depth] = pending.back();
         pending.pop_back();
@@ -98,8 +91,11 @@ void addTree(const FileURL& root, SnapshotEntriesBuilder& entries)
                 if (item.isSymlink || item.deviceID != device) {
                     return;
                 }
-                const auto entry = entries.add(directory, item.name, item.allocatedSize,
-                                               item.dateModified, item.kind, item.isDirectory);
+                const bool isCounted = item.isDirectory || item.linkCount < 2
+                                       || seenHardLinks.insert(item.inode).second;
+                const auto entry =
+                    entries.add(directory, item.name, isCounted ? item.allocatedSize : 0,
+                                item.dateModified, item.kind, item.isDirectory);
                 if (item.isDirectory) {
                     pending.emplace_back(entry, depth + 1);
                 }
@@ -109,6 +105,13 @@ void addTree(const FileURL& root, SnapshotEntriesBuilder& entries)
             continue;
         }
     }
+}
+
+/// The walk alone: ordering what it recorded has a figure of its own.
+Figures scan(Arguments arguments)
+{
+    SnapshotEntriesBuilder builder;
+    return {{"seconds", secondsOf([&] { addTree(realmAt(arguments[0]), builder); })}};
 }
 
 Figures order(Arguments arguments)
@@ -153,10 +156,11 @@ Figures read(Arguments arguments)
 Figures encode(Arguments arguments)
 {
     std::optional<FileReader> file = FileReader::open(FileURL(arguments[0]));
-    SnapshotDecoder decoder(file.value());
+    const StoreContents contents = SnapshotDecoder::check(file.value());
     std::vector<ScanSnapshot> snapshots;
-    decoder.build(decoder.snapshots(),
-                  [&](ScanSnapshot&& snapshot) { snapshots.push_back(std::move(snapshot)); });
+    SnapshotDecoder::build(*file, contents, contents.snapshots, [&](ScanSnapshot&& snapshot) {
+        snapshots.push_back(std::move(snapshot));
+    });
     return {{"seconds", secondsOf([&] {
                  OutputFile out(arguments[1]);
                  const auto sink = [&](std::string_view text) { out.write(text); };
@@ -204,7 +208,7 @@ Figures pass(Arguments arguments)
     std::size_t count = 0;
     const double seconds = secondsOf([&] {
         std::optional<FileReader> file = FileReader::open(FileURL(arguments[0]));
-        count = SnapshotDecoder(file.value()).snapshots().size();
+        count = SnapshotDecoder::check(file.value()).snapshots.size();
     });
     return {{"seconds", seconds}, {"snapshots", static_cast<double>(count)}};
 }

@@ -116,17 +116,17 @@ void AppModel::loadRealmHistory(FileURL url)
 QCoro::Task<> AppModel::awaitRealmHistory(FileURL url, std::int64_t generation)
 {
     const QPointer<AppModel> self = this;
-    const std::shared_ptr<TaskPool> pool = taskPool_;
     std::function<RealmFigures()> load = [url, store = snapshotStore_, loop = runLoop_] {
         return RealmFigures(RealmHistoryLoader::load(url, *store, loop->now()));
     };
-    RealmFigures figures = co_await inBackground(pool, runLoop_, std::move(load));
+    RealmFigures figures = co_await inBackground(taskPool_, runLoop_, std::move(load));
 
-    if (!self || historyLoadGeneration_ != generation) {
-        // A newer load owns the figures and the mark; these are taken apart out of the way.
-        pool->start([held = std::make_shared<RealmFigures>(std::move(figures))]() mutable {
-            held.reset();
-        });
+    if (!self) {
+        co_return;
+    }
+    if (historyLoadGeneration_ != generation) {
+        // A newer load owns the figures and the mark.
+        discard(std::make_shared<RealmFigures>(std::move(figures)));
         co_return;
     }
     showFigures(std::move(figures));

@@ -54,9 +54,12 @@ public:
 
     void await_suspend(std::coroutine_handle<> waiting)
     {
+        // Moved out, since this lies in the coroutine that the pool's work will resume: whoever
+        // waits must not keep alive what it waits for.
+        const std::shared_ptr<TaskPool> pool = std::move(pool_);
         auto resumption = std::make_shared<Resumption>(waiting);
-        pool_->start([outcome = outcome_, loop = loop_, work = std::move(work_),
-                      resumption = std::move(resumption)]() mutable {
+        pool->start([outcome = outcome_, loop = std::move(loop_), work = std::move(work_),
+                     resumption = std::move(resumption)]() mutable {
             try {
                 outcome->result.emplace(work());
             } catch (...) {

@@ -162,8 +162,8 @@ void SnapshotStore::save(const ScanSnapshot& snapshot)
 
 /// What is in the file. A save follows its patrol's first look at the store, and checking a large
 /// store again takes as long as copying it; so what was found holds as long as the file is the
-/// same and untouched. A file changed within the last moments is not trusted to be untouched:
-/// the file system's clock may be too coarse to tell one change from the next.
+/// same and untouched. A file written to within the last moments is not trusted to be untouched:
+/// the file system's clock may be too coarse to tell one write from the next.
 StoreContents SnapshotStore::contentsOf(FileReader& file) const
 {
     constexpr std::int64_t clockDoubt = 2'000'000'000;
@@ -179,7 +179,7 @@ StoreContents SnapshotStore::contentsOf(FileReader& file) const
     checked_.reset();
     StoreContents contents = SnapshotDecoder::check(file);
     const auto now = static_cast<std::int64_t>(Date::now().secondsSince1970 * 1e9);
-    if (now - std::max(stamp.modified, stamp.changed) > clockDoubt) {
+    if (now - stamp.modified > clockDoubt) {
         checked_ = Checked{stamp, contents};
     }
     return contents;

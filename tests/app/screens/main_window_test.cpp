@@ -164,6 +164,8 @@ TEST(MainWindow, aFolderDroppedOnItIsGrantedWithoutAPanel)
     QMimeData data;
     data.setData(QStringLiteral("text/uri-list"),
                  QByteArray::fromStdString(folder.fileURLText() + "\r\n"));
+    QDragEnterEvent enter(QPoint(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(house.window.get(), &enter);
     QDropEvent drop(QPointF(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(house.window.get(), &drop);
     house.settle();

@@ -15,8 +15,8 @@ TEST(CutPath, fillsItsBoundsAndCutsEachCornerByItsOwnRadius)
     EXPECT_FALSE(path.contains(QPointF(2, 2)));
     EXPECT_FALSE(path.contains(QPointF(198, 98)));
     // The corner at the bottom left is the smallest, the one at the bottom right the largest.
-    EXPECT_TRUE(path.contains(QPointF(3, 97)));
-    EXPECT_FALSE(path.contains(QPointF(197.5, 97.5)));
+    EXPECT_TRUE(path.contains(QPointF(5, 95)));
+    EXPECT_FALSE(path.contains(QPointF(195, 95)));
 }
 
 TEST(CutPath, shrinksRadiiThatDoNotFit)
