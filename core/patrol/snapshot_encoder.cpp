@@ -5,11 +5,12 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <memory>
+#include <future>
 #include <vector>
 
 #include "core/patrol/json_text.h"
 #include "core/patrol/snapshot_table.h"
+#include "core/patrol/text_pieces.h"
 
 namespace gruk::SnapshotEncoder {
 
@@ -17,48 +18,8 @@ namespace {
 
 using Index = SnapshotEntries::Index;
 
-constexpr std::size_t pieceSize = std::size_t{1} << 20;
-
-/// Collects text and hands it on in large pieces.
-class Output {
-public:
-    explicit Output(Sink sink) : sink_(sink) {}
-
-    /// Room for `size` bytes in one go; the caller writes there and tells with `used` how many.
-    char* room(std::size_t size)
-    {
-        if (used_ + size > capacity_) {
-            flush();
-            if (size > capacity_) {
-                capacity_ = std::max(size, pieceSize);
-                buffer_ = std::make_unique_for_overwrite<char[]>(capacity_);
-            }
-        }
-        return buffer_.get() + used_;
-    }
-    void used(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.get()); }
-
-    void text(std::string_view text)
-    {
-        char* at = room(text.size());
-        std::memcpy(at, text.data(), text.size());
-        used_ += text.size();
-    }
-
-    void flush()
-    {
-        if (used_ > 0) {
-            sink_({buffer_.get(), used_});
-            used_ = 0;
-        }
-    }
-
-private:
-    Sink sink_;
-    std::unique_ptr<char[]> buffer_;
-    std::size_t capacity_ = 0;
-    std::size_t used_ = 0;
-};
+/// From this many entries on a second thread is worth its start.
+constexpr std::size_t worthTwoThreads = 10'000;
 
 char* put(char* at, std::string_view text)
 {
@@ -149,7 +110,7 @@ private:
 /// content is written, so that each name is escaped once.
 class EntryWriter {
 public:
-    EntryWriter(const SnapshotEntries& entries, Output& output)
+    EntryWriter(const SnapshotEntries& entries, TextCollector& output)
         : table_(entries.table()), output_(output)
     {
     }
@@ -206,14 +167,14 @@ private:
     }
 
     const SnapshotTable& table_;
-    Output& output_;
+    TextCollector& output_;
     const Tails tails_;
     DateText dates_;
     std::string path_;
     std::vector<Ancestor> ancestors_;
 };
 
-void encodeIssues(const std::vector<ScanIssue>& issues, Output& output)
+void encodeIssues(const std::vector<ScanIssue>& issues, TextCollector& output)
 {
     std::string text;
     for (const ScanIssue& issue : issues) {
@@ -229,9 +190,10 @@ void encodeIssues(const std::vector<ScanIssue>& issues, Output& output)
 
 }  // namespace
 
-void encode(const ScanSnapshot& snapshot, Sink sink)
+namespace {
+
+void encodeInto(TextCollector& output, const ScanSnapshot& snapshot)
 {
-    Output output(sink);
     std::string head = R"({"id":")" + snapshot.id.text() + R"(","rootPath":")";
     appendJSONPath(head, snapshot.rootPath);
     head += R"(","capturedAt":")" + iso8601::text(snapshot.capturedAt) + R"(","entries":[)";
@@ -241,6 +203,50 @@ void encode(const ScanSnapshot& snapshot, Sink sink)
     encodeIssues(snapshot.issues, output);
     output.text(snapshot.isComplete ? R"(],"isComplete":true})" : R"(],"isComplete":false})");
     output.flush();
+}
+
+/// Encodes on a thread of its own, while this one hands the pieces to `sink`.
+void encodeAside(const ScanSnapshot& snapshot, Sink sink)
+{
+    PieceHandover handover;
+    auto encoding = std::async(std::launch::async, [&] {
+        try {
+            const auto exchange = [&](TextPiece full) {
+                return handover.exchange(std::move(full));
+            };
+            TextCollector output(exchange);
+            encodeInto(output, snapshot);
+        } catch (const PieceHandover::Abandoned&) {
+            // The sink has thrown; that is the caller's to know.
+        } catch (...) {
+            handover.finish();
+            throw;
+        }
+        handover.finish();
+    });
+    try {
+        handover.drain(sink);
+    } catch (...) {
+        handover.abandon();
+        throw;
+    }
+    encoding.get();
+}
+
+}  // namespace
+
+void encode(const ScanSnapshot& snapshot, Sink sink)
+{
+    if (snapshot.entries.size() >= worthTwoThreads) {
+        encodeAside(snapshot, sink);
+        return;
+    }
+    const auto exchange = [&](TextPiece full) {
+        sink(full.text());
+        return full;
+    };
+    TextCollector output(exchange);
+    encodeInto(output, snapshot);
 }
 
 }  // namespace gruk::SnapshotEncoder

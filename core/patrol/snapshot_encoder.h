@@ -18,7 +18,8 @@ inline constexpr std::string_view storeHead = R"({"schemaVersion":1,"snapshots":
 inline constexpr std::string_view betweenSnapshots = ",";
 inline constexpr std::string_view storeTail = "]}";
 
-/// Hands the snapshot's JSON object to `sink` in pieces of about a megabyte.
+/// Hands the snapshot's JSON object to `sink` in pieces of some hundred kilobytes, on this thread
+/// and in order; a large one is encoded on another thread meanwhile.
 void encode(const ScanSnapshot& snapshot, Sink sink);
 
 }  // namespace gruk::SnapshotEncoder

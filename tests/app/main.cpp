@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <filesystem>
 
 #include <QApplication>
 #include <QLocale>
@@ -13,7 +14,9 @@ int main(int argc, char* argv[])
     const gruk::test::TemporaryDirectory home;
     for (const char* variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME",
                                  "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
-        ::setenv(variable, home.folder(variable).c_str(), 1);
+        const std::string folder = home.folder(variable);
+        std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+        ::setenv(variable, folder.c_str(), 1);
     }
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
