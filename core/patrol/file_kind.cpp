@@ -1,6 +1,7 @@
 #include "core/patrol/file_kind.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace gruk {
 
@@ -50,18 +51,44 @@ constexpr char lowerCased(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+/// The letters of a short text as one number, so that looking one up compares numbers: this runs
+/// for each file of a realm.
+constexpr std::uint64_t packed(std::string_view text)
+{
+    std::uint64_t number = 0;
+    for (const char c : text) {
+        number = number << 8U | static_cast<unsigned char>(lowerCased(c));
+    }
+    return number;
+}
+
+struct PackedExtension {
+    std::uint64_t number;
+    FileKind kind;
+};
+
+constexpr auto packedExtensions = [] {
+    std::array<PackedExtension, extensions.size()> list{};
+    std::transform(extensions.begin(), extensions.end(), list.begin(), [](const Extension& one) {
+        return PackedExtension{packed(one.text), one.kind};
+    });
+    std::sort(list.begin(), list.end(), [](const PackedExtension& a, const PackedExtension& b) {
+        return a.number < b.number;
+    });
+    return list;
+}();
+
 FileKind kindOfExtension(std::string_view extension)
 {
     if (extension.empty() || extension.size() > longestExtension) {
         return FileKind::other;
     }
-    std::array<char, longestExtension> buffer{};
-    std::transform(extension.begin(), extension.end(), buffer.begin(), lowerCased);
-    const std::string_view lower(buffer.data(), extension.size());
-    const auto* const found =
-        std::find_if(extensions.begin(), extensions.end(),
-                     [&](const Extension& candidate) { return candidate.text == lower; });
-    return found == extensions.end() ? FileKind::other : found->kind;
+    const std::uint64_t number = packed(extension);
+    const auto* const found = std::lower_bound(
+        packedExtensions.begin(), packedExtensions.end(), number,
+        [](const PackedExtension& one, std::uint64_t wanted) { return one.number < wanted; });
+    return found != packedExtensions.end() && found->number == number ? found->kind
+                                                                      : FileKind::other;
 }
 
 bool endsInApp(std::string_view name)

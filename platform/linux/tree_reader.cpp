@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <limits>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -30,6 +31,10 @@ struct DirectoryRecord {
     std::uint8_t type;
 };
 constexpr std::size_t nameOffset = 19;
+
+/// Behind this place nothing can stand. File systems that hash names (ext4, btrfs) give it as the
+/// place behind their last entry, which saves asking once more for nothing in every directory.
+constexpr std::int64_t lastPlace = std::numeric_limits<std::int64_t>::max();
 
 bool isDotOrDotDot(const char* name)
 {
@@ -64,10 +69,9 @@ public:
             if (length < 0) {
                 throwErrno(errno, "list", chain_.relativePath());
             }
-            if (length == 0) {
+            if (length == 0 || visitRecords(static_cast<std::size_t>(length), visit) == lastPlace) {
                 return;
             }
-            visitRecords(static_cast<std::size_t>(length), visit);
         }
     }
 
@@ -78,10 +82,11 @@ public:
     }
 
 private:
-    void visitRecords(std::size_t length, Visitor visit)
+    /// Returns the place in the directory behind the last record.
+    std::int64_t visitRecords(std::size_t length, Visitor visit)
     {
+        DirectoryRecord record{};
         for (std::size_t at = 0; at < length;) {
-            DirectoryRecord record{};
             std::memcpy(&record, buffer_.data() + at, nameOffset);
             const char* name = buffer_.data() + at + nameOffset;
             at += record.length;
@@ -89,6 +94,7 @@ private:
                 visit(describe(name, record.type));
             }
         }
+        return record.next;
     }
 
     ListedChild describe(const char* name, std::uint8_t type)
