@@ -58,7 +58,7 @@ AttributeLister::AttributeLister(std::vector<std::string> names, TreeReader::Att
     for (std::string& name : names_) {
         name.insert(0, "user.");
     }
-    buffer_.resize(usualList);
+    buffer_.resize(longestList);
     using Access = TreeReader::AttributeAccess;
     if (access == Access::best && hasRelativeCalls(probe)) {
         way_ = Way::relative;
@@ -103,29 +103,31 @@ void AttributeLister::enter(int directory)
 
 std::uint32_t AttributeLister::list(const char* child)
 {
-    long length = listNames(child);
-    if (length < 0 && errno == ERANGE) {
-        buffer_.resize(longestList);
-        length = listNames(child);
-        const std::uint32_t found =
-            length > 0 ? matches(buffer_.data(), static_cast<std::size_t>(length)) : 0;
-        buffer_.resize(usualList);
-        return found;
+    // Where items carry none, asking for the length alone is cheapest; where the one before had
+    // some (as on systems that label every file), the list itself is asked for at once.
+    if (!expectsSome_ && listNames(child, 0) <= 0) {
+        return 0;
     }
+    long length = listNames(child, usualList);
+    if (length < 0 && errno == ERANGE) {
+        length = listNames(child, longestList);
+    }
+    expectsSome_ = length > 0;
     return length > 0 ? matches(buffer_.data(), static_cast<std::size_t>(length)) : 0;
 }
 
-long AttributeLister::listNames(const char* child)
+/// Asks for the names of the child's attributes with `size` bytes of room; returns their length.
+long AttributeLister::listNames(const char* child, std::size_t size)
 {
     switch (way_) {
     case Way::relative:
-        return listRelative(directory_, child, buffer_.data(), buffer_.size());
+        return listRelative(directory_, child, buffer_.data(), size);
     case Way::workingDirectory:
-        return ::llistxattr(child, buffer_.data(), buffer_.size());
+        return ::llistxattr(child, buffer_.data(), size);
     case Way::descriptorPath:
         break;
     }
-    return ::llistxattr(descriptorPath(child).c_str(), buffer_.data(), buffer_.size());
+    return ::llistxattr(descriptorPath(child).c_str(), buffer_.data(), size);
 }
 
 std::optional<std::string> AttributeLister::read(const char* child, std::size_t index)

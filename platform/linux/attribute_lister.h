@@ -25,7 +25,7 @@ public:
     /// The directory whose children are asked about from now on; it stays open meanwhile.
     void enter(int directory);
 
-    /// Bit i is set when `child` carries the i-th attribute. One system call.
+    /// Bit i is set when `child` carries the i-th attribute. Mostly one system call.
     [[nodiscard]] std::uint32_t list(const char* child);
 
     /// The value of the i-th attribute; none when it cannot be read whole.
@@ -36,7 +36,7 @@ private:
 
     [[nodiscard]] bool takeOwnWorkingDirectory();
     [[nodiscard]] std::string descriptorPath(const char* child) const;
-    [[nodiscard]] long listNames(const char* child);
+    [[nodiscard]] long listNames(const char* child, std::size_t size);
     [[nodiscard]] std::uint32_t matches(const char* list, std::size_t length) const;
     [[nodiscard]] long readValue(const char* child, const char* name, char* value,
                                  std::size_t size) const;
@@ -45,6 +45,7 @@ private:
     std::vector<std::string> names_;
     Way way_ = Way::descriptorPath;
     int directory_ = -1;
+    bool expectsSome_ = false;
     /// Where the thread stood before, to go back to.
     int formerWorkingDirectory_ = -1;
     std::vector<char> buffer_;
