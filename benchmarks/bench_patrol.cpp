@@ -43,20 +43,13 @@ std::function<double(const Round&)> ratio(const std::string& side, const std::st
     return [=](const Round& round) { return round.at(side) / round.at(base); };
 }
 
-/// The scan orders what it has recorded; the row of the walk is without that.
-std::function<double(const Round&)> walkRatio(const std::string& base)
-{
-    return
-        [=](const Round& round) { return (round.at("scan") - round.at("order")) / round.at(base); };
-}
-
 const std::vector<Key>& keys()
 {
     static const std::vector<Key> all = {
         {"items", {"floor"}, [](const Round& round) { return round.at("items"); }},
         {"floor_seconds", {"floor"}, [](const Round& round) { return round.at("floor"); }},
-        {"scan_over_floor", {"floor", "scan", "order"}, walkRatio("floor")},
-        {"scan_over_du", {"du", "scan", "order"}, walkRatio("du")},
+        {"scan_over_floor", {"floor", "scan"}, ratio("scan", "floor")},
+        {"scan_over_du", {"du", "scan"}, ratio("scan", "du")},
         {"order_over_floor", {"floor", "order"}, ratio("order", "floor")},
         {"patrol_over_ncdu", {"patrol", "ncdu"}, ratio("patrol", "ncdu")},
         {"patrol_over_gdu", {"patrol", "gdu"}, ratio("patrol", "gdu")},

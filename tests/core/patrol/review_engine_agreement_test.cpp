@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <regex>
 #include <set>
 
 #include "core/patrol/byte_format.h"
@@ -84,9 +83,21 @@ private:
         }
     }
 
+    /// Where " (", one or more digits and ")" begin that end the stem; npos without them.
+    static std::size_t startOfNumber(const std::string& stem)
+    {
+        for (std::size_t at = stem.find(" ("); at != std::string::npos;
+             at = stem.find(" (", at + 1)) {
+            const std::size_t end = stem.find_first_not_of("0123456789", at + 2);
+            if (end != std::string::npos && end > at + 2 && stem.substr(end) == ")") {
+                return at;
+            }
+        }
+        return std::string::npos;
+    }
+
     void duplicateDownloads()
     {
-        static const std::regex number(R"( \([0-9]+\)$)", std::regex::extended);
         std::set<std::string> keys;
         for (const SnapshotEntry& entry : entries_) {
             if (!entry.isDirectory) {
@@ -102,12 +113,12 @@ private:
             const bool hasExtension =
                 dot != std::string::npos && dot != 0 && dot + 1 != name.size();
             const std::string stem = hasExtension ? name.substr(0, dot) : name;
-            std::smatch match;
-            if (entry.isDirectory || !std::regex_search(stem, match, number)) {
+            const std::size_t base = startOfNumber(stem);
+            if (entry.isDirectory || base == std::string::npos) {
                 continue;
             }
             const std::string sibling =
-                match.prefix().str() + (hasExtension ? name.substr(dot) : "");
+                stem.substr(0, base) + (hasExtension ? name.substr(dot) : "");
             if (keys.contains(parent + sibling + "|" + std::to_string(entry.allocatedSize))) {
                 add(entry, Reason::duplicateDownload, 0.95,
                     "A same-size sibling named " + sibling
@@ -131,11 +142,18 @@ private:
     static bool isCandidate(std::string path)
     {
         std::replace(path.begin(), path.end(), '\\', '/');
-        static const std::regex places(
-            "^Library/Caches/|^Library/Developer/Xcode/DerivedData/|^\\.gradle/caches(/|$)"
-            "|/node_modules(/|$)|/\\.build(/|$)",
-            std::regex::extended);
-        return std::regex_search(path, places);
+        for (const char* start :
+             {"Library/Caches/", "Library/Developer/Xcode/DerivedData/", ".gradle/caches/"}) {
+            if (path.starts_with(start)) {
+                return true;
+            }
+        }
+        for (const std::string name : {"/node_modules", "/.build"}) {
+            if (path.find(name + "/") != std::string::npos || path.ends_with(name)) {
+                return true;
+            }
+        }
+        return path == ".gradle/caches";
     }
 
     void regenerableCaches()
