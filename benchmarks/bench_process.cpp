@@ -22,10 +22,11 @@ namespace {
 /// Starts `command`, its output going to `output`; none when there is no such program.
 std::optional<pid_t> start(const std::vector<std::string>& command, int output)
 {
+    std::vector<std::string> texts = command;
     std::vector<char*> arguments;
-    arguments.reserve(command.size() + 1);
-    for (const std::string& argument : command) {
-        arguments.push_back(const_cast<char*>(argument.c_str()));
+    arguments.reserve(texts.size() + 1);
+    for (std::string& text : texts) {
+        arguments.push_back(text.data());
     }
     arguments.push_back(nullptr);
     posix_spawn_file_actions_t actions;

@@ -25,7 +25,7 @@ QRect handleRect(const QStyleOptionSlider& bar)
     qint64 handle = length;
     if (range > 0) {
         handle = std::max<qint64>(std::min(shortestHandle, length),
-                                  length * bar.pageStep / (range + bar.pageStep));
+                                  qint64{length} * bar.pageStep / (range + bar.pageStep));
     }
     const int size = static_cast<int>(handle);
     const int at = QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition,

@@ -1,6 +1,8 @@
 #include "core/patrol/snapshot_decoder.h"
 
 #include <algorithm>
+#include <future>
+#include <utility>
 
 #include "core/patrol/canonical_reader.h"
 #include "core/patrol/general_reader.h"
@@ -64,8 +66,26 @@ ScanSnapshot buildCanonically(FileReader& file, const StoredSnapshot& stored)
         }
     } catch (const InvalidEntryPath&) {
         // Its paths do not make up a snapshot.
+    } catch (const FileError&) {
+        // What cannot be read is no store.
     }
     refuse();
+}
+
+/// Builds two large ones at once, the second on a thread of its own.
+std::pair<ScanSnapshot, ScanSnapshot> buildTwo(FileReader& file, const StoredSnapshot& first,
+                                               const StoredSnapshot& second)
+{
+    FileReader other = file.another();
+    auto later = std::async(std::launch::async, [&] { return buildCanonically(other, second); });
+    ScanSnapshot built = buildCanonically(file, first);
+    return {std::move(built), later.get()};
+}
+
+bool isLarge(const StoredSnapshot& stored)
+{
+    constexpr std::uint64_t worthTwoThreads = std::uint64_t{1} << 22;
+    return stored.end - stored.begin >= worthTwoThreads;
 }
 
 }  // namespace
@@ -89,14 +109,15 @@ void build(FileReader& file, const StoreContents& contents,
         buildGenerally(file, wanted, take);
         return;
     }
-    for (const StoredSnapshot& stored : wanted) {
-        ScanSnapshot snapshot;
-        try {
-            snapshot = buildCanonically(file, stored);
-        } catch (const FileError&) {
-            refuse();
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        if (i + 1 < wanted.size() && isLarge(wanted[i]) && isLarge(wanted[i + 1])) {
+            auto [first, second] = buildTwo(file, wanted[i], wanted[i + 1]);
+            take(std::move(first));
+            take(std::move(second));
+            ++i;
+        } else {
+            take(buildCanonically(file, wanted[i]));
         }
-        take(std::move(snapshot));
     }
 }
 

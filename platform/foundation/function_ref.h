@@ -17,7 +17,10 @@ public:
     template <typename Callable>
         requires(!std::is_same_v<std::remove_cvref_t<Callable>, FunctionRef>
                  && std::is_invocable_r_v<Result, Callable&, Arguments...>)
-    FunctionRef(Callable&& callable) noexcept  // NOLINT(google-explicit-constructor): a parameter
+    // NOLINTNEXTLINE(google-explicit-constructor, bugprone-forwarding-reference-overload): a
+    // parameter
+    FunctionRef(Callable&& callable) noexcept
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): `call_` puts the const back
         : object_(const_cast<void*>(static_cast<const void*>(std::addressof(callable)))),
           call_([](void* object, Arguments... arguments) -> Result {
               return (*static_cast<std::remove_reference_t<Callable>*>(object))(
