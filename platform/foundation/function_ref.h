@@ -17,8 +17,8 @@ public:
     template <typename Callable>
         requires(!std::is_same_v<std::remove_cvref_t<Callable>, FunctionRef>
                  && std::is_invocable_r_v<Result, Callable&, Arguments...>)
-    // NOLINTNEXTLINE(google-explicit-constructor, bugprone-forwarding-reference-overload): a
-    // parameter
+    // Not explicit, for it is a parameter; the constraint keeps it from hiding the copy.
+    // NOLINTNEXTLINE(google-explicit-constructor, bugprone-forwarding-reference-overload)
     FunctionRef(Callable&& callable) noexcept
         // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): `call_` puts the const back
         : object_(const_cast<void*>(static_cast<const void*>(std::addressof(callable)))),

@@ -21,6 +21,8 @@ namespace {
 constexpr std::size_t bufferSize = 1'048'576;
 /// Smaller pieces are gathered, larger ones written as they come.
 constexpr std::size_t copyingPays = 65'536;
+/// How much is handed to the disk at once.
+constexpr off_t diskPiece = 16'777'216;
 /// How often a call may be interrupted in a row before that is an error of its own.
 constexpr int patience = 100;
 constexpr int nameAttempts = 16;
@@ -164,6 +166,19 @@ private:
             // Nothing written and no reason given would repeat for ever.
             require(count == 0 ? -EIO : count, "write");
             bytes.remove_prefix(static_cast<std::size_t>(count));
+            written_ += count;
+        }
+        startWritingBack();
+    }
+
+    /// Lets the disk begin with what has been written, so that it works while more is made, and
+    /// the synchronising at the end finds little left to do. A hint: nothing depends on it.
+    void startWritingBack()
+    {
+        if (written_ - handedToDisk_ >= diskPiece) {
+            static_cast<void>(::sync_file_range(descriptor_, handedToDisk_,
+                                                written_ - handedToDisk_, SYNC_FILE_RANGE_WRITE));
+            handedToDisk_ = written_;
         }
     }
 
@@ -200,6 +215,8 @@ private:
     /// The root while there is no temporary file.
     FileURL temporary_;
     int descriptor_ = -1;
+    off_t written_ = 0;
+    off_t handedToDisk_ = 0;
     std::string buffer_;
     /// The directories in which names appeared, for these to be made durable.
     std::vector<FileURL> toSynchronize_;
