@@ -63,15 +63,15 @@ void readArguments(const QCoreApplication& application)
 
 int runWindow(QApplication& application)
 {
+    // What runs on the pool may post to the loop until it has ended.
+    const auto runLoop = std::make_shared<gruk::QtRunLoop>();
     const auto taskPool = std::make_shared<gruk::QtTaskPool>();
     const auto openPanel = std::make_shared<gruk::FileDialogOpenPanel>();
     int code = 0;
     {
         gruk::Theme theme;
         gruk::installHouseStyle(theme);
-        gruk::AppModel model({.runLoop = std::make_shared<gruk::QtRunLoop>(),
-                              .taskPool = taskPool,
-                              .openPanel = openPanel});
+        gruk::AppModel model({.runLoop = runLoop, .taskPool = taskPool, .openPanel = openPanel});
         gruk::SweepView window(model, theme);
         openPanel->setParentWindow(&window);
         window.show();

@@ -17,6 +17,7 @@
 #include <QScrollBar>
 #include <QTimer>
 
+#include "app/desktop/qt_run_loop.h"
 #include "app/desktop/qt_task_pool.h"
 #include "app/theme/house_style.h"
 #include "app/tour/private_home.h"
@@ -176,8 +177,9 @@ int main(int argc, char* argv[])
         QApplication application(argc, argv);
         gruk::Theme theme;
         gruk::installHouseStyle(theme);
+        const auto loop = std::make_shared<gruk::QtRunLoop>();
         const auto threads = std::make_shared<gruk::QtTaskPool>();
-        gruk::tour::Stage stage(theme, threads);
+        gruk::tour::Stage stage(theme, loop, threads);
         QTimer::singleShot(0, &application, [&] {
             measure(stage, gruk::FileURL::directory(folder.native()),
                     gruk::FileURL::directory(home.path().native()));

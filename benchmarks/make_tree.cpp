@@ -111,8 +111,10 @@ private:
         if (generator_.bounded(2'000) == 0) {
             return 2'000 + generator_.bounded(6'000);
         }
-        // The smaller of two draws: most folders hold few.
-        return 5 + std::min(generator_.bounded(56), generator_.bounded(56));
+        // The smallest of three draws: most folders hold few, a dozen on average, as on the disks
+        // of real systems and in source trees.
+        return 2
+               + std::min({generator_.bounded(40), generator_.bounded(40), generator_.bounded(40)});
     }
 
     void fill(const Folder& folder)
@@ -128,7 +130,7 @@ private:
     void addChild(int at, const Folder& folder, bool mustBeFolder)
     {
         const std::uint64_t lot = generator_.bounded(1'000);
-        const std::uint64_t folders = folder.depth == 0 ? 300 : 75;
+        const std::uint64_t folders = folder.depth == 0 ? 300 : 80;
         if (mustBeFolder || (lot < folders && folder.depth < deepestFolder)) {
             addFolder(at, folder);
         } else if (lot >= 990 && !linkable_.empty()) {

@@ -22,10 +22,9 @@ std::optional<Decoded> decode(MemoryFile& file, std::string_view text)
     std::optional<FileReader> reader = FileReader::open(file.url());
     GRUK_REQUIRE(reader.has_value(), "the file in memory is gone");
     try {
-        SnapshotDecoder decoder(*reader);
-        Decoded decoded;
-        decoded.isCanonical = decoder.isCanonical();
-        decoder.build(decoder.snapshots(), [&](ScanSnapshot&& snapshot) {
+        const StoreContents contents = SnapshotDecoder::check(*reader);
+        Decoded decoded{{}, contents.isCanonical};
+        SnapshotDecoder::build(*reader, contents, contents.snapshots, [&](ScanSnapshot&& snapshot) {
             decoded.snapshots.push_back(std::move(snapshot));
         });
         return decoded;

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include <QPointer>
 #include <QtGlobal>
 
 #include "app/desktop/file_dialog_open_panel.h"
@@ -77,6 +76,7 @@ AppModel::AppModel(Collaborators collaborators)
 
 AppModel::~AppModel()
 {
+    lifetime_.end();
     cancelPatrol();
 }
 
@@ -115,7 +115,7 @@ void AppModel::loadRealmHistory(FileURL url)
 
 QCoro::Task<> AppModel::awaitRealmHistory(FileURL url, std::int64_t generation)
 {
-    const QPointer<AppModel> self = this;
+    const Lifetime::Watch self = lifetime_.watch();
     std::function<RealmFigures()> load = [url, store = snapshotStore_, loop = runLoop_] {
         return RealmFigures(RealmHistoryLoader::load(url, *store, loop->now()));
     };

@@ -12,6 +12,7 @@
 #include <QObject>
 
 #include "app/desktop/open_panel.h"
+#include "app/model/lifetime.h"
 #include "app/model/realm_figures.h"
 #include "app/model/task_pool.h"
 #include "core/actions/grant_store.h"
@@ -134,6 +135,9 @@ public:
     /// Those of `urls` where no item is any more, asked on the pool.
     [[nodiscard]] QCoro::Task<std::vector<FileURL>> missingItems(std::vector<FileURL> urls);
 
+    /// For a coroutine that awaits one of the operations and needs the model afterwards.
+    [[nodiscard]] Lifetime::Watch watch() const { return lifetime_.watch(); }
+
     /// Lets go of a large value on the pool, so that taking it apart does not hold up the window.
     void discard(std::shared_ptr<const void> value);
 
@@ -182,6 +186,7 @@ private:
     QCoro::Task<> addRealm(FileURL url);
     void replaceGrant(const Grant& grant, const FileURL& url);
 
+    Lifetime lifetime_;
     std::shared_ptr<RunLoop> runLoop_;
     std::shared_ptr<TaskPool> taskPool_;
     std::shared_ptr<OpenPanel> openPanel_;

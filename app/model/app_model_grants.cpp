@@ -1,7 +1,5 @@
 #include <utility>
 
-#include <QPointer>
-
 #include "app/model/app_model.h"
 #include "app/model/model_copy.h"
 #include "platform/foundation/errors.h"
@@ -20,7 +18,7 @@ OpenPanelRequest panelRequest(std::optional<FileURL> startingDirectory)
 
 QCoro::Task<> AppModel::grantRealm()
 {
-    const QPointer<AppModel> self = this;
+    const Lifetime::Watch self = lifetime_.watch();
     const std::optional<FileURL> chosen =
         co_await openPanel_->chooseDirectory(panelRequest(std::nullopt));
     if (self && chosen) {
@@ -47,7 +45,7 @@ QCoro::Task<> AppModel::addRealm(FileURL url)
 
 QCoro::Task<> AppModel::regrantRealm(Grant grant)
 {
-    const QPointer<AppModel> self = this;
+    const Lifetime::Watch self = lifetime_.watch();
     try {
         grantStore_->refreshGrant(grant);
         // A directory that is found under another name is not back at the realm's place yet.

@@ -1,7 +1,5 @@
 #include <utility>
 
-#include <QPointer>
-
 #include "app/model/app_model.h"
 #include "app/model/background.h"
 #include "app/model/model_copy.h"
@@ -48,7 +46,7 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::runPatrol(FileURL url,
     assign(patrollingRootURL_, url, &AppModel::patrollingRootURLChanged);
     assign(patrolProgress_, std::nullopt, &AppModel::patrolProgressChanged);
 
-    const QPointer<AppModel> self = this;
+    const Lifetime::Watch self = lifetime_.watch();
     patrolTask_.emplace();
     const std::stop_token stop = patrolTask_->get_token();
     const std::optional<std::int64_t> findings = co_await patrolTaskBody(url, stop);
@@ -60,7 +58,7 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::runPatrol(FileURL url,
 
 QCoro::Task<std::optional<std::int64_t>> AppModel::patrolTaskBody(FileURL url, std::stop_token stop)
 {
-    const QPointer<AppModel> self = this;
+    const Lifetime::Watch self = lifetime_.watch();
     std::function<RealmFigures()> patrol = [url, stop, progress = progressHandler(),
                                             scanner = snapshotScanner_, store = snapshotStore_] {
         return RealmFigures(PatrolCoordinator::patrol(url, *scanner, *store, progress, stop));
@@ -92,13 +90,14 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::patrolTaskBody(FileURL url, s
 
 PatrolProgressFunction AppModel::progressHandler()
 {
-    return [self = QPointer<AppModel>(this), loop = runLoop_](std::int64_t pathsScanned,
-                                                              std::string_view relativePath) {
-        loop->post([self, progress = PatrolProgress{pathsScanned, std::string(relativePath)}] {
-            if (self) {
-                self->assign(self->patrolProgress_, progress, &AppModel::patrolProgressChanged);
-            }
-        });
+    return [this, self = lifetime_.watch(), loop = runLoop_](std::int64_t pathsScanned,
+                                                             std::string_view relativePath) {
+        loop->post(
+            [this, self, progress = PatrolProgress{pathsScanned, std::string(relativePath)}] {
+                if (self) {
+                    assign(patrolProgress_, progress, &AppModel::patrolProgressChanged);
+                }
+            });
     };
 }
 

@@ -134,12 +134,13 @@ QCoro::Task<> FindingsSection::present()
 {
     const int generation = ++generation_;
     const QPointer<FindingsSection> self = this;
-    const QPointer<AppModel> model = &model_;
+    AppModel& model = model_;
+    const Lifetime::Watch modelLives = model.watch();
     FindingsList::Findings presented =
         co_await model_.presentFindings(findingsSort_, reasonFilter_);
     if (!self || generation_ != generation) {
-        if (model) {
-            model->discard(std::move(presented));
+        if (modelLives) {
+            model.discard(std::move(presented));
         }
         co_return;
     }

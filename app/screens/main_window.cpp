@@ -1,5 +1,7 @@
 #include "app/screens/main_window.h"
 
+#include <optional>
+
 #include <QDragEnterEvent>
 #include <QHBoxLayout>
 #include <QMimeData>
@@ -14,6 +16,18 @@
 namespace gruk {
 
 namespace {
+
+/// Copying or linking, whichever the other side offers; never moving, after which it might think
+/// that its folder is gone. None when it offers neither.
+std::optional<Qt::DropAction> harmlessAction(const QDropEvent& event)
+{
+    for (const Qt::DropAction action : {Qt::CopyAction, Qt::LinkAction}) {
+        if (event.possibleActions().testFlag(action)) {
+            return action;
+        }
+    }
+    return std::nullopt;
+}
 
 std::vector<FileURL> foldersIn(const QMimeData* data)
 {
@@ -74,18 +88,23 @@ void SweepView::showPage()
 
 void SweepView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!foldersIn(event->mimeData()).empty()) {
-        event->setDropAction(Qt::LinkAction);
+    const auto action = harmlessAction(*event);
+    if (action && !foldersIn(event->mimeData()).empty()) {
+        event->setDropAction(*action);
         event->accept();
     }
 }
 
 void SweepView::dropEvent(QDropEvent* event)
 {
+    const auto action = harmlessAction(*event);
+    if (!action) {
+        return;
+    }
     for (const FileURL& url : foldersIn(event->mimeData())) {
         model_.grantRealm(url);
     }
-    event->setDropAction(Qt::LinkAction);
+    event->setDropAction(*action);
     event->accept();
 }
 

@@ -23,7 +23,7 @@ QLayout* promise(Theme& theme, Icon icon, const QString& text)
     auto* row = new QHBoxLayout;
     row->setSpacing(Measure::medium);
     auto* symbol = new IconLabel(theme, icon, Measure::largeIconSize);
-    symbol->setColour(theme.scheme() == ColourScheme::dark ? Role::fern : Role::fernDark);
+    symbol->setColour(Role::fern);
     row->addWidget(symbol);
     row->addWidget(line(theme, TextStyle::bodyStrong, text), 1);
     return row;

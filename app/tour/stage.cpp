@@ -68,10 +68,9 @@ void WalkGate::pass()
     }
 }
 
-Stage::Stage(Theme& theme, std::shared_ptr<TaskPool> threads,
+Stage::Stage(Theme& theme, std::shared_ptr<RunLoop> loop, std::shared_ptr<TaskPool> threads,
              std::shared_ptr<SnapshotScanner> scanner)
-    : loop_(std::make_shared<QtRunLoop>()),
-      pool_(std::make_shared<GatedTaskPool>(std::move(threads), loop_))
+    : loop_(std::move(loop)), pool_(std::make_shared<GatedTaskPool>(std::move(threads), loop_))
 {
     AppModel::Collaborators collaborators;
     collaborators.runLoop = loop_;

@@ -6,7 +6,6 @@
 
 #include <QCoro/QCoroTask>
 
-#include "app/desktop/qt_run_loop.h"
 #include "app/model/app_model.h"
 #include "app/screens/main_window.h"
 #include "app/tour/gated_task_pool.h"
@@ -34,8 +33,8 @@ private:
 /// One run of the application: its model and its window, shown.
 class Stage {
 public:
-    /// The live scanner without one given.
-    Stage(Theme& theme, std::shared_ptr<TaskPool> threads,
+    /// `loop` must live as long as anything runs on `threads`. The live scanner without one given.
+    Stage(Theme& theme, std::shared_ptr<RunLoop> loop, std::shared_ptr<TaskPool> threads,
           std::shared_ptr<SnapshotScanner> scanner = nullptr);
 
     [[nodiscard]] AppModel& model() { return *model_; }
@@ -48,7 +47,7 @@ public:
     [[nodiscard]] QCoro::Task<> repaint();
 
 private:
-    std::shared_ptr<QtRunLoop> loop_;
+    std::shared_ptr<RunLoop> loop_;
     std::shared_ptr<GatedTaskPool> pool_;
     std::unique_ptr<AppModel> model_;
     std::unique_ptr<SweepView> window_;

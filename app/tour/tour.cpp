@@ -11,6 +11,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include "app/desktop/qt_run_loop.h"
 #include "app/desktop/qt_task_pool.h"
 #include "app/screens/finding_row.h"
 #include "app/screens/realm_row.h"
@@ -44,7 +45,7 @@ QScrollArea* pageOf(Stage& stage)
 
 Tour::Tour(Camera& camera, fs::path realms, std::optional<fs::path> folder)
     : camera_(camera), realms_(std::move(realms)), folder_(std::move(folder)),
-      threads_(std::make_shared<QtTaskPool>())
+      loop_(std::make_shared<QtRunLoop>()), threads_(std::make_shared<QtTaskPool>())
 {
     installHouseStyle(theme_);
     makeRealms();
@@ -80,7 +81,7 @@ void Tour::changeRealm()
 QCoro::Task<> Tour::run()
 {
     {
-        Stage stage(theme_, threads_);
+        Stage stage(theme_, loop_, threads_);
         co_await showFirstStart(stage);
         co_await showPatrols(stage);
         co_await showLooks(stage);
@@ -207,7 +208,7 @@ QCoro::Task<> Tour::showRemoval(Stage& stage)
 QCoro::Task<> Tour::showRunningPatrol()
 {
     const auto gate = std::make_shared<WalkGate>();
-    Stage stage(theme_, threads_, WalkGate::scannerBehind(gate));
+    Stage stage(theme_, loop_, threads_, WalkGate::scannerBehind(gate));
     AppModel& model = stage.model();
     co_await model.selectRealm(urlOf(realms_ / "Forest"));
     co_await model.grantRealm(urlOf(realms_ / "Forest"));
@@ -232,7 +233,7 @@ QCoro::Task<> Tour::showRunningPatrol()
 QCoro::Task<> Tour::showPatrolElsewhere()
 {
     const auto gate = std::make_shared<WalkGate>();
-    Stage stage(theme_, threads_, WalkGate::scannerBehind(gate));
+    Stage stage(theme_, loop_, threads_, WalkGate::scannerBehind(gate));
     AppModel& model = stage.model();
     co_await model.grantRealm(urlOf(realms_ / "Forest"));
     co_await stage.settle();

@@ -52,6 +52,7 @@ private:
     std::filesystem::path realms_;
     std::optional<std::filesystem::path> folder_;
     std::filesystem::path realm_;
+    std::shared_ptr<RunLoop> loop_;
     std::shared_ptr<TaskPool> threads_;
     Theme theme_;
 };

@@ -1,5 +1,6 @@
 #include "app/tour/tree_copy.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 #include <vector>
@@ -110,9 +111,6 @@ TreeCopy copyTree(const fs::path& from, const fs::path& to)
 
 void changeCopy(const fs::path& root)
 {
-    constexpr std::uint64_t newSize = 12'000'000;
-    makeFileOfSize(root / "gruk-tour-new-file.bin", newSize, newSize);
-
     fs::path largest;
     std::uintmax_t largestSize = 0;
     fs::path smallest;
@@ -134,7 +132,7 @@ void changeCopy(const fs::path& root)
             smallestSize = size;
         }
     }
-    if (!largest.empty() && largest.filename() != "gruk-tour-new-file.bin") {
+    if (!largest.empty()) {
         constexpr std::uint64_t mostGrowth = 200'000'000;
         const std::uint64_t size = largestSize + std::min<std::uint64_t>(largestSize, mostGrowth);
         makeFileOfSize(largest, size, size);
@@ -142,6 +140,8 @@ void changeCopy(const fs::path& root)
     if (!smallest.empty() && smallest != largest) {
         fs::remove(smallest);
     }
+    constexpr std::uint64_t newSize = 12'000'000;
+    makeFileOfSize(root / "gruk-tour-new-file.bin", newSize, newSize);
 }
 
 }  // namespace gruk::tour

@@ -70,6 +70,7 @@ TEST(TreeCopy, aChangedCopyHasSomethingNewSomethingLargerAndSomethingLess)
     tour::changeCopy(directory.path("to"));
     EXPECT_TRUE(fs::exists(directory.path("to/gruk-tour-new-file.bin")));
     EXPECT_FALSE(fs::exists(directory.path("to/tiny")));
+    EXPECT_EQ(fs::file_size(directory.path("to/large")), 200'000U);
 }
 
 }  // namespace gruk
