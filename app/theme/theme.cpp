@@ -72,16 +72,16 @@ QColor Theme::colour(Role role, double opacity) const
 
 QFont Theme::font(TextStyle style) const
 {
-    const FontSpec& spec = fontSpecs[static_cast<std::size_t>(style)];
+    const FontSpec& form = fontSpecs[static_cast<std::size_t>(style)];
     QFont font;
-    font.setFamilies(families(spec.weight));
-    font.setPixelSize(spec.pixelSize);
-    font.setWeight(spec.weight);
+    font.setFamilies(families(form.weight));
+    font.setPixelSize(form.pixelSize);
+    font.setWeight(form.weight);
     if (style == TextStyle::eyebrow) {
         font.setCapitalization(QFont::AllUppercase);
     }
-    if (spec.tracking > 0) {
-        font.setLetterSpacing(QFont::AbsoluteSpacing, spec.tracking);
+    if (form.tracking > 0) {
+        font.setLetterSpacing(QFont::AbsoluteSpacing, form.tracking);
     }
     return font;
 }
