@@ -8,7 +8,6 @@
 
 #include "core/patrol/byte_format.h"
 #include "core/patrol/review_rules.h"
-#include "platform/foundation/text_order.h"
 
 namespace gruk::ReviewEngine {
 
@@ -51,16 +50,12 @@ public:
         for (PathCursor at(entries_); !at.isAtEnd(); at.advance()) {
             look(at);
         }
-        std::sort(findings_.begin(), findings_.end(),
-                  [](const ReviewFinding& a, const ReviewFinding& b) {
-                      if (a.allocatedSize != b.allocatedSize) {
-                          return a.allocatedSize > b.allocatedSize;
-                      }
-                      if (a.confidence != b.confidence) {
-                          return a.confidence > b.confidence;
-                      }
-                      return localizedStandardCompare(a.url.path(), b.url.path()) < 0;
-                  });
+        // They were found in the order of their paths, which a stable sort keeps among equals.
+        std::stable_sort(
+            findings_.begin(), findings_.end(), [](const ReviewFinding& a, const ReviewFinding& b) {
+                return a.allocatedSize != b.allocatedSize ? a.allocatedSize > b.allocatedSize
+                                                          : a.confidence > b.confidence;
+            });
         return std::move(findings_);
     }
 

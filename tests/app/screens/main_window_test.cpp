@@ -57,8 +57,8 @@ TEST(MainWindow, withNoGrantsItWelcomes)
     EXPECT_EQ(house.window->page()->objectName(), QStringLiteral("welcomePage"));
     for (const char* text :
          {"GRUK", "Local storage patrol", "KNOW WHAT GREW.", "RECLAIM YOUR REALM.",
-          "Gruk maps a folder, remembers it, then shows you what changed. It never deletes on its "
-          "own.",
+          ("Gruk maps a folder, remembers it, then shows you what changed. It never deletes on its "
+           "own."),
           "Local metadata only", "Review before Trash", "No subscriptions",
           "Choose a realm to patrol", "Grant another realm…"}) {
         EXPECT_TRUE(house.shows(QString::fromUtf8(text))) << text;

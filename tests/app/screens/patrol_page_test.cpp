@@ -55,15 +55,15 @@ TEST(PatrolPage, aRealmWithoutASnapshotAsksForAMap)
     house.settle();
     for (const char* text :
          {"THE REALM OF", "Home", "No baseline yet", "Map this realm", "First, Gruk needs a map",
-          "The first patrol looks for what it can already tell you about — duplicate downloads, "
-          "installers you're finished with, caches you don't need — and starts a private baseline "
-          "so next time it can show you what changed.",
-          "Large disks can take a while. An interrupted patrol is discarded, never saved as a "
-          "misleading snapshot.",
+          ("The first patrol looks for what it can already tell you about — duplicate downloads, "
+           "installers you're finished with, caches you don't need — and starts a private baseline "
+           "so next time it can show you what changed."),
+          ("Large disks can take a while. An interrupted patrol is discarded, never saved as a "
+           "misleading snapshot."),
           "MAPPED", "0 KB", "allocated in this realm", "SINCE LAST PATROL", "Baseline",
           "comparison starts next time", "TO REVIEW", "0", "evidence-backed findings",
-          "Review Only is on until you say otherwise. Nothing is ever deleted — the most the Gruk "
-          "can do is move things to the system Trash, one confirmation at a time."}) {
+          ("Review Only is on until you say otherwise. Nothing is ever deleted — the most the Gruk "
+           "can do is move things to the system Trash, one confirmation at a time.")}) {
         EXPECT_TRUE(house.shows(QString::fromUtf8(text))) << text;
     }
     EXPECT_FALSE(house.shows(QStringLiteral("Worth a look")));
@@ -78,8 +78,8 @@ TEST(PatrolPage, aFirstPatrolSumsUpAndSaysThatTheBaselineIsThere)
     for (const char* text :
          {"Patrol again", "First patrol of Home complete.", "First patrol complete.",
           "The Gruk found 41 KB you can take back today. You don't need to organise anything.",
-          "Also: baseline recorded. From now on the Gruk knows what your territory looks like, so "
-          "next patrol it can tell you what changed — not just what's big.",
+          ("Also: baseline recorded. From now on the Gruk knows what your territory looks like, so "
+           "next patrol it can tell you what changed — not just what's big."),
           "Worth a look", "Suggestions, not verdicts. Gruk shows its evidence and waits for you.",
           "The big stuff", "first look — no comparison yet"}) {
         EXPECT_TRUE(house.shows(QString::fromUtf8(text))) << text;
@@ -208,8 +208,8 @@ TEST(PatrolPage, aFindingTellsOnRequestWhyItWasFlagged)
     house.settle();
     for (const char* text :
          {"Hide why",
-          "Two files in the same folder, matching in size down to the byte, with near-identical "
-          "names. That's what a duplicate download looks like.",
+          ("Two files in the same folder, matching in size down to the byte, with near-identical "
+           "names. That's what a duplicate download looks like."),
           "A same-size sibling named report.pdf exists beside this Finder-style duplicate.",
           "The facts here are solid. The decision is still yours."}) {
         EXPECT_TRUE(house.shows(QString::fromUtf8(text))) << text;
