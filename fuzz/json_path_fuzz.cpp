@@ -1,5 +1,5 @@
-#include "core/patrol/json_path.h"
 #include "fuzz/fuzz_support.h"
+#include "platform/foundation/json_path.h"
 #include "platform/foundation/utf8.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

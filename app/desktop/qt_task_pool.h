@@ -4,7 +4,7 @@
 
 #include <QThreadPool>
 
-#include "app/model/task_pool.h"
+#include "platform/events/task_pool.h"
 
 namespace gruk {
 

@@ -14,12 +14,12 @@
 #include "app/desktop/open_panel.h"
 #include "app/model/lifetime.h"
 #include "app/model/realm_figures.h"
-#include "app/model/task_pool.h"
 #include "core/actions/grant_store.h"
 #include "core/patrol/findings_presenter.h"
 #include "core/patrol/snapshot_scanner.h"
 #include "core/patrol/snapshot_store.h"
 #include "platform/events/run_loop.h"
+#include "platform/events/task_pool.h"
 
 namespace gruk {
 

@@ -9,8 +9,8 @@
 
 #include <QCoro/QCoroTask>
 
-#include "app/model/task_pool.h"
 #include "platform/events/run_loop.h"
+#include "platform/events/task_pool.h"
 #include "platform/foundation/errors.h"
 
 namespace gruk {

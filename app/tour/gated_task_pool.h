@@ -7,8 +7,8 @@
 #include <QCoro/QCoroTask>
 
 #include "app/model/background.h"
-#include "app/model/task_pool.h"
 #include "platform/events/run_loop.h"
+#include "platform/events/task_pool.h"
 
 namespace gruk::tour {
 

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <boost/json.hpp>
-#include <cmath>
 #include <optional>
 #include <utility>
 
-#include "core/patrol/json_path.h"
+#include "core/actions/json_fields.h"
 #include "platform/files/atomic_file.h"
 #include "platform/foundation/base64.h"
+#include "platform/foundation/json_path.h"
 #include "platform/settings/bookmarks.h"
 
 namespace gruk {
@@ -17,34 +17,16 @@ namespace {
 
 namespace json = boost::json;
 
-std::optional<std::string_view> text(const json::object& object, std::string_view key)
-{
-    const json::value* const value = object.if_contains(key);
-    const json::string* const string = value == nullptr ? nullptr : value->if_string();
-    return string == nullptr ? std::nullopt : std::optional(std::string_view(*string));
-}
-
-std::optional<Date> date(const json::object& object, std::string_view key)
-{
-    const json::value* const value = object.if_contains(key);
-    if (value == nullptr || !value->is_number()) {
-        return std::nullopt;
-    }
-    const auto seconds = value->to_number<double>();
-    return std::isfinite(seconds) ? std::optional(Date::fromSecondsSince2001(seconds))
-                                  : std::nullopt;
-}
-
 std::optional<Grant> decodedGrant(const json::value& value)
 {
     const json::object* const object = value.if_object();
     if (object == nullptr) {
         return std::nullopt;
     }
-    const auto idText = text(*object, "id");
-    const auto pathText = text(*object, "path");
-    const auto bookmarkText = text(*object, "bookmark");
-    const auto dateGranted = date(*object, "dateGranted");
+    const auto idText = jsonTextField(*object, "id");
+    const auto pathText = jsonTextField(*object, "path");
+    const auto bookmarkText = jsonTextField(*object, "bookmark");
+    const auto dateGranted = jsonDateField(*object, "dateGranted");
     if (!idText || !pathText || !bookmarkText || !dateGranted) {
         return std::nullopt;
     }
@@ -60,9 +42,8 @@ std::optional<Grant> decodedGrant(const json::value& value)
 /// The grants of a whole file; one that is not right makes all of it wrong.
 std::vector<Grant> decodedGrants(std::string_view bytes)
 {
-    boost::system::error_code error;
-    const json::value root = json::parse(bytes, error);
-    const json::array* const array = error ? nullptr : root.if_array();
+    const std::optional<json::value> root = jsonValue(bytes);
+    const json::array* const array = root ? root->if_array() : nullptr;
     if (array == nullptr) {
         return {};
     }
@@ -86,15 +67,7 @@ std::string encoded(const std::vector<Grant>& grants)
                                      {"bookmark", base64Encoded(grant.bookmark)},
                                      {"dateGranted", grant.dateGranted.secondsSince2001()}});
     }
-    // A "/" can only stand inside a text, where the format has it escaped.
-    std::string escaped;
-    for (const char c : json::serialize(array)) {
-        if (c == '/') {
-            escaped += '\\';
-        }
-        escaped += c;
-    }
-    return escaped;
+    return compactJSON(array);
 }
 
 std::vector<Grant> storedGrants(const FileURL& url)
@@ -104,13 +77,6 @@ std::vector<Grant> storedGrants(const FileURL& url)
     } catch (const std::exception&) {
         return {};
     }
-}
-
-/// `date` at a microsecond: as many digits as a decimal text gives back to the bit.
-Date atMicrosecond(Date date)
-{
-    constexpr double perSecond = 1e6;
-    return Date::fromSecondsSince2001(std::round(date.secondsSince2001() * perSecond) / perSecond);
 }
 
 std::string standardizedPath(const FileURL& url)

@@ -1,5 +1,8 @@
 #include "core/patrol/child_lister.h"
 
+#include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/files/tree_reader.h"
@@ -10,14 +13,17 @@ namespace {
 
 class LiveLister final : public ChildLister {
 public:
-    explicit LiveLister(const FileURL& root)
-        : reader_(root, {MetadataReader::screenCaptureAttribute})
-    {
-    }
+    LiveLister(FileURL root, ListedDetail detail) : root_(std::move(root)), detail_(detail) {}
 
     void list(std::size_t depth, std::string_view name, Visitor visit) override
     {
-        reader_.list(depth, name, [&](const ListedChild& child) { visit(describe(child)); });
+        if (!reader_) {
+            reader_.emplace(root_,
+                            detail_ == ListedDetail::sizesAndKinds
+                                ? std::vector<std::string>{MetadataReader::screenCaptureAttribute}
+                                : std::vector<std::string>());
+        }
+        reader_->list(depth, name, [&](const ListedChild& child) { visit(describe(child)); });
     }
 
 private:
@@ -32,20 +38,30 @@ private:
         const ItemFacts& facts = *child.facts;
         item.isDirectory = facts.type == ItemType::directory;
         item.allocatedSize = item.isDirectory ? 0 : facts.allocatedSize;
+        item.logicalSize = facts.logicalSize;
         item.dateModified = facts.modified;
         item.inode = facts.inode;
         item.deviceID = facts.deviceID;
         item.linkCount = facts.linkCount;
-        std::optional<std::string> attribute;
-        if (child.attributes != 0) {
-            attribute = reader_.attribute(child, 0);
+        if (detail_ == ListedDetail::sizesAndKinds) {
+            item.kind = kindOf(child, item.isDirectory);
         }
-        item.kind = classify(child.name, item.isDirectory,
-                             MetadataReader::isScreenshot(child.name, attribute));
         return item;
     }
 
-    TreeReader reader_;
+    FileKind kindOf(const ListedChild& child, bool isDirectory)
+    {
+        std::optional<std::string> attribute;
+        if (child.attributes != 0) {
+            attribute = reader_->attribute(child, 0);
+        }
+        return classify(child.name, isDirectory,
+                        MetadataReader::isScreenshot(child.name, attribute));
+    }
+
+    FileURL root_;
+    ListedDetail detail_;
+    std::optional<TreeReader> reader_;
 };
 
 class FunctionLister final : public ChildLister {
@@ -63,7 +79,8 @@ public:
         }
         for (const FileEntry& entry : reader_(chain_.back())) {
             visit({entry.name(), entry.isDirectory, entry.isSymlink, entry.allocatedSize,
-                   entry.kind, entry.dateModified, entry.inode, entry.deviceID, entry.linkCount});
+                   entry.logicalSize, entry.kind, entry.dateModified, entry.inode, entry.deviceID,
+                   entry.linkCount});
         }
     }
 
@@ -74,9 +91,9 @@ private:
 
 }  // namespace
 
-std::unique_ptr<ChildLister> makeLiveLister(const FileURL& root)
+std::unique_ptr<ChildLister> makeLiveLister(const FileURL& root, ListedDetail detail)
 {
-    return std::make_unique<LiveLister>(root);
+    return std::make_unique<LiveLister>(root, detail);
 }
 
 std::unique_ptr<ChildLister> makeFunctionLister(const FileURL& root, const DirectoryReader& reader)

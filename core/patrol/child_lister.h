@@ -19,6 +19,8 @@ struct ListedItem {
     bool isSymlink = false;
     /// Bytes on disk; 0 for a directory.
     Bytes allocatedSize = 0;
+    /// The length of the content of a file.
+    Bytes logicalSize = 0;
     FileKind kind = FileKind::other;
     std::optional<Date> dateModified;
     std::uint64_t inode = 0;
@@ -39,9 +41,13 @@ public:
     virtual void list(std::size_t depth, std::string_view name, Visitor visit) = 0;
 };
 
+/// How much of each child is asked for. Kinds cost a look at its attributes.
+enum class ListedDetail { sizes, sizesAndKinds };
+
 /// Reads the live file system through open directories, with the facts that `MetadataReader`
-/// would give. Throws `FileError` when `root` cannot be opened.
-[[nodiscard]] std::unique_ptr<ChildLister> makeLiveLister(const FileURL& root);
+/// would give; with `sizes` alone, `kind` stays `other`. Opens `root` when it is listed first.
+[[nodiscard]] std::unique_ptr<ChildLister>
+makeLiveLister(const FileURL& root, ListedDetail detail = ListedDetail::sizesAndKinds);
 
 /// Reads through a function, by URL. `reader` must outlive it.
 [[nodiscard]] std::unique_ptr<ChildLister> makeFunctionLister(const FileURL& root,

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/patrol/json_path.h"
 #include "core/patrol/snapshot_entries_builder.h"
+#include "platform/foundation/json_path.h"
 
 namespace gruk::GeneralReader {
 

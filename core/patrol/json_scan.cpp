@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/patrol/json_path.h"
+#include "platform/foundation/json_path.h"
 #include "platform/foundation/utf8.h"
 
 #ifdef __SSE2__

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "core/patrol/json_path.h"
+#include "platform/foundation/json_path.h"
 
 namespace gruk {
 

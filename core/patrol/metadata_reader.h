@@ -15,8 +15,8 @@ namespace gruk {
 using DirectoryReader = std::function<std::vector<FileEntry>(const FileURL&)>;
 
 /// The single place where the system looks at the file system for facts about an item. Names,
-/// sizes, dates and two attributes; contents are never opened. Without state; any thread, but
-/// never the main one, since a dead mount blocks.
+/// sizes, dates and two attributes; contents are never opened. Without state; any thread. A dead
+/// mount blocks, so on the main thread only for the folder that the user opens.
 namespace MetadataReader {
 
 /// The attributes that are read, as property lists.

@@ -122,12 +122,25 @@ bool SnapshotEntries::isTopLevel(Index index) const
 
 SnapshotEntries::Index SnapshotEntries::subtreeEnd(Index index) const
 {
-    // Whatever lies below has a parent at or after `index`; the first that has not ends it.
-    Index end = index + 1;
-    while (end < size() && parent(end) != noIndex && parent(end) >= index) {
-        ++end;
+    const SnapshotTable& table = *table_;
+    const auto liesBelow = [&](Index at) {
+        while (at != noIndex && at > index) {
+            at = table.parents[at];
+        }
+        return at == index;
+    };
+    // What lies below stands in one run: its end is sought in growing steps, then between two.
+    Index inside = index;
+    auto outside = static_cast<Index>(size());
+    for (std::size_t step = 1; step < outside - inside; step *= 2) {
+        const Index at = inside + static_cast<Index>(step);
+        (liesBelow(at) ? inside : outside) = at;
     }
-    return end;
+    while (outside - inside > 1) {
+        const Index middle = inside + (outside - inside) / 2;
+        (liesBelow(middle) ? inside : outside) = middle;
+    }
+    return outside;
 }
 
 std::optional<SnapshotEntries::Index> SnapshotEntries::findChild(Index parent,
@@ -182,7 +195,7 @@ std::optional<SnapshotEntries::Index> SnapshotEntries::find(std::string_view rel
 Bytes SnapshotEntries::totalBytes() const
 {
     Bytes total = 0;
-    for (Index index = 0; index < size(); ++index) {
+    for (Index index = 0; index < size(); index = subtreeEnd(index)) {
         if (isTopLevel(index)) {
             total = checkedAdd(total, allocatedSize(index));
         }

@@ -54,7 +54,7 @@ public:
 
     /// Whether the path has no "/": the realm's top level.
     [[nodiscard]] bool isTopLevel(Index index) const;
-    /// One past the last entry whose path lies below this one.
+    /// One past the last entry whose path lies below this one. Logarithmic.
     [[nodiscard]] Index subtreeEnd(Index index) const;
     /// The entry whose parent is `parent` (`noIndex` for the top level) and whose name is exactly
     /// that. Logarithmic.
@@ -65,7 +65,7 @@ public:
     /// The columns behind the list, for the loops over all of it that must be quick.
     [[nodiscard]] const SnapshotTable& table() const noexcept { return *table_; }
 
-    /// Sum of the top level, which is the size of the realm.
+    /// Sum of the top level, which is the size of the realm. Skips what lies below it.
     [[nodiscard]] Bytes totalBytes() const;
 
     class Iterator {

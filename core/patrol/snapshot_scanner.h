@@ -1,12 +1,13 @@
 #pragma once
 
 #include <functional>
-#include <mutex>
 #include <stop_token>
 #include <string_view>
 
 #include "core/patrol/metadata_reader.h"
+#include "core/patrol/progress_pace.h"
 #include "core/patrol/scan_snapshot.h"
+#include "platform/foundation/mutex.h"
 
 namespace gruk {
 
@@ -27,8 +28,8 @@ public:
     /// Walks with the live file system, directory by directory through open descriptors.
     SnapshotScanner();
 
-    /// Walks with `reader`; the same loop and the same rules.
-    explicit SnapshotScanner(DirectoryReader reader);
+    /// Walks with `reader`; the same loop and the same rules. `clock` spaces the progress.
+    explicit SnapshotScanner(DirectoryReader reader, SteadyClock clock = steadyTime);
 
     /// The snapshot of everything below `root`, which is standardised first; `capturedAt` goes
     /// into it unchanged. `progress` may be empty.
@@ -43,8 +44,10 @@ public:
                                     std::stop_token stop = {});
 
 private:
-    std::mutex oneAtATime_;
+    /// Guards nothing but the order of the calls.
+    Mutex oneAtATime_;
     DirectoryReader reader_;
+    SteadyClock clock_ = steadyTime;
 };
 
 /// Why a directory could not be listed, from the error that its listing threw.

@@ -215,4 +215,21 @@ std::vector<ScanSnapshot> SnapshotStore::latestSnapshots(std::string_view rootPa
     return result;
 }
 
+std::map<std::string, Date, std::less<>> SnapshotStore::lastCaptures() const
+{
+    const std::lock_guard lock(lock_);
+    std::map<std::string, Date, std::less<>> dates;
+    std::optional<FileReader> file = openStore(fileURL_);
+    if (!file) {
+        return dates;
+    }
+    for (const StoredSnapshot& snapshot : contentsOf(*file).snapshots) {
+        const auto [last, isNew] = dates.emplace(snapshot.rootPath, snapshot.capturedAt);
+        if (!isNew) {
+            last->second = std::max(last->second, snapshot.capturedAt);
+        }
+    }
+    return dates;
+}
+
 }  // namespace gruk

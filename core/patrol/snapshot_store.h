@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -14,6 +15,7 @@
 #include "core/patrol/stored_snapshot.h"
 #include "platform/files/atomic_file.h"
 #include "platform/files/file_reader.h"
+#include "platform/foundation/date.h"
 #include "platform/foundation/file_url.h"
 
 namespace gruk {
@@ -70,6 +72,10 @@ public:
     /// is checked all the same, but only these are built.
     [[nodiscard]] std::vector<ScanSnapshot> latestSnapshots(std::string_view rootPath,
                                                             std::size_t count) const;
+
+    /// When each realm was last patrolled, by its path: one look at the store for all of them, and
+    /// nothing is built. Throws `SnapshotStoreError::corruptStore`.
+    [[nodiscard]] std::map<std::string, Date, std::less<>> lastCaptures() const;
 
 private:
     /// What a state of the file was found to hold.

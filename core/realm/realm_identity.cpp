@@ -1,5 +1,6 @@
 #include "core/realm/realm_identity.h"
 
+#include <algorithm>
 #include <span>
 
 #include "core/realm/seeded_generator.h"
@@ -23,6 +24,16 @@ template <typename Case>
 Case drawCase(SeededGenerator& generator, std::size_t count)
 {
     return static_cast<Case>(generator.bounded(count));
+}
+
+/// The case whose name stands at its own position in `names`.
+template <typename Case, std::size_t count>
+std::optional<Case> caseNamed(const std::array<std::string_view, count>& names,
+                              std::string_view name)
+{
+    const auto found = std::ranges::find(names, name);
+    return found == names.end() ? std::nullopt
+                                : std::optional(static_cast<Case>(found - names.begin()));
 }
 
 }  // namespace
@@ -50,6 +61,31 @@ std::string_view rawString(Tincture tincture)
 std::string_view rawString(Species species)
 {
     return speciesNames.at(static_cast<std::size_t>(species));
+}
+
+std::optional<FieldShape> fieldShape(std::string_view rawString)
+{
+    return caseNamed<FieldShape>(shapeNames, rawString);
+}
+
+std::optional<Division> division(std::string_view rawString)
+{
+    return caseNamed<Division>(divisionNames, rawString);
+}
+
+std::optional<Charge> charge(std::string_view rawString)
+{
+    return caseNamed<Charge>(chargeNames, rawString);
+}
+
+std::optional<Tincture> tincture(std::string_view rawString)
+{
+    return caseNamed<Tincture>(tinctureNames, rawString);
+}
+
+std::optional<Species> species(std::string_view rawString)
+{
+    return caseNamed<Species>(speciesNames, rawString);
 }
 
 RealmIdentity RealmIdentity::derive(std::string_view path)

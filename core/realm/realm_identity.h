@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace gruk {
@@ -36,6 +37,13 @@ inline constexpr std::size_t tinctureCount = 12;
 [[nodiscard]] std::string_view rawString(Charge charge);
 [[nodiscard]] std::string_view rawString(Tincture tincture);
 [[nodiscard]] std::string_view rawString(Species species);
+
+/// The case of that name, letter for letter; none for any other text.
+[[nodiscard]] std::optional<FieldShape> fieldShape(std::string_view rawString);
+[[nodiscard]] std::optional<Division> division(std::string_view rawString);
+[[nodiscard]] std::optional<Charge> charge(std::string_view rawString);
+[[nodiscard]] std::optional<Tincture> tincture(std::string_view rawString);
+[[nodiscard]] std::optional<Species> species(std::string_view rawString);
 
 /// A realm's shield. A plain value.
 struct RealmIdentity {

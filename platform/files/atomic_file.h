@@ -39,9 +39,13 @@ struct FileCalls {
 /// One thread at a time.
 class AtomicFile {
 public:
+    /// A link at the target itself: what it leads to is replaced, or the link.
+    enum class TargetLink { followed, replaced };
+
     /// Creates the temporary file, and the parent directory with its intermediates if missing.
     /// Throws `FileError`.
-    explicit AtomicFile(const FileURL& target, FileCalls calls = FileCalls::live());
+    explicit AtomicFile(const FileURL& target, FileCalls calls = FileCalls::live(),
+                        TargetLink link = TargetLink::followed);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;

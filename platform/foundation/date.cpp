@@ -7,6 +7,7 @@
 #include <limits>
 
 #include <unicode/gregocal.h>
+#include <unicode/smpdtfmt.h>
 
 #include "platform/foundation/require.h"
 
@@ -252,6 +253,19 @@ int calendarDays(Date from, Date to)
     const std::int32_t days = calendar.fieldDifference(calendarMoment(to), UCAL_DATE, status);
     GRUK_REQUIRE(U_SUCCESS(status), "the calendar does not answer");
     return days;
+}
+
+std::string dayMonthYear(Date date)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::SimpleDateFormat format(icu::UnicodeString::fromUTF8("d MMM yyyy"),
+                                       icu::Locale("en", "GB"), status);
+    GRUK_REQUIRE(U_SUCCESS(status), "ICU has no British dates; its data is not installed");
+    icu::UnicodeString words;
+    format.format(calendarMoment(date), words);
+    std::string text;
+    words.toUTF8String(text);
+    return text;
 }
 
 }  // namespace gruk

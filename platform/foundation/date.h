@@ -53,4 +53,8 @@ char* write(Date date, char* out);
 /// The time of day counts: 23:00 to 22:00 the next day is 0 days.
 [[nodiscard]] int calendarDays(Date from, Date to);
 
+/// The day in the user's time zone as British English writes it short: "15 Nov 2026", with the day
+/// of the month as one or two digits.
+[[nodiscard]] std::string dayMonthYear(Date date);
+
 }  // namespace gruk

@@ -41,6 +41,13 @@ FileError::FileError(std::error_code code, std::string operation, std::string pa
 {
 }
 
+FileError::FileError(std::error_code code, std::string operation, std::string path,
+                     std::string_view words)
+    : FileError(code, std::move(operation), std::move(path))
+{
+    text_.assign(path_).append(": ").append(words);
+}
+
 ErrorMeaning meaning(const std::exception& error) noexcept
 {
     if (const auto* system = dynamic_cast<const std::system_error*>(&error)) {

@@ -17,10 +17,14 @@ public:
 };
 
 /// The system refused an operation on one path. `code()` is in the generic category.
-/// `what()` reads "{path}: {the system's words}" with the path as its bytes.
+/// `what()` reads "{path}: {the system's words}" with the path as its bytes, unless whoever made
+/// it had more to say than the code does.
 class FileError : public std::system_error {
 public:
     FileError(std::error_code code, std::string operation, std::string path);
+    /// With `words` of the program's own in the place of the system's.
+    FileError(std::error_code code, std::string operation, std::string path,
+              std::string_view words);
 
     /// What was tried, as one word: "open", "list", "write".
     [[nodiscard]] const std::string& operation() const noexcept { return operation_; }

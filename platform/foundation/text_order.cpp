@@ -2,6 +2,7 @@
 
 #include <unicode/coll.h>
 #include <unicode/stringpiece.h>
+#include <unicode/unistr.h>
 
 #include <algorithm>
 #include <array>
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <string>
 
 #include "platform/foundation/common_prefix.h"
 #include "platform/foundation/require.h"
@@ -120,6 +122,49 @@ public:
         return caseOrder != 0 ? caseOrder : bytesOrder(a, b);
     }
 
+    /// Appends to `key` the bytes of a name whose order among others made here is that of their
+    /// base letters and numbers. False for a name that only ICU can judge.
+    [[nodiscard]] bool appendLetters(std::string_view name, std::string& key) const
+    {
+        for (std::size_t i = 0; i < name.size();) {
+            const auto c = static_cast<unsigned char>(name[i]);
+            if (rank_[c] == 0) {
+                return false;
+            }
+            key += static_cast<char>(rank_[c]);
+            if (!isDigit(c)) {
+                ++i;
+                continue;
+            }
+            const Run run = digitRun(name, i);
+            if (run.size() > longestNumber) {
+                return false;
+            }
+            // The longer number is the larger one.
+            key += static_cast<char>(run.size() + 1);
+            key += name.substr(run.begin, run.size());
+            i = run.end;
+        }
+        return true;
+    }
+
+    /// Appends to `key` the bytes by which ICU orders the name among all others.
+    void appendCollationKey(std::string_view name, std::string& key) const
+    {
+        const icu::UnicodeString text = icu::UnicodeString::fromUTF8(piece(name));
+        std::array<std::uint8_t, 512> buffer{};
+        const std::int32_t length =
+            collator_->getSortKey(text, buffer.data(), static_cast<std::int32_t>(buffer.size()));
+        std::vector<std::uint8_t> longer;
+        const std::uint8_t* bytes = buffer.data();
+        if (static_cast<std::size_t>(length) > buffer.size()) {
+            longer.resize(static_cast<std::size_t>(length));
+            collator_->getSortKey(text, longer.data(), length);
+            bytes = longer.data();
+        }
+        key.append(bytes, bytes + length);
+    }
+
 private:
     /// A number without its leading zeros.
     struct Run {
@@ -183,7 +228,93 @@ private:
     std::array<std::uint8_t, 256> rank_{};
 };
 
+/// A name with the bytes that it is ordered by among its like.
+struct KeyedName {
+    /// The first bytes of the key, for most pairs enough.
+    std::uint64_t prefix = 0;
+    std::uint32_t index = 0;
+    std::uint32_t keyLength = 0;
+    std::size_t keyStart = 0;
+};
+
+/// Names of one kind: all plain, or all ICU's. What the keys leave equal, the whole order decides.
+class KeyedNames {
+public:
+    explicit KeyedNames(std::span<const std::string_view> names) : names_(names) {}
+
+    /// Takes the key that was appended to `keys` from `start` on.
+    void add(std::uint32_t index, std::size_t start)
+    {
+        KeyedName name{0, index, static_cast<std::uint32_t>(keys.size() - start), start};
+        for (std::size_t i = 0; i < sizeof name.prefix; ++i) {
+            const bool isInside = i < name.keyLength;
+            name.prefix =
+                (name.prefix << 8U) | (isInside ? static_cast<unsigned char>(keys[start + i]) : 0U);
+        }
+        entries.push_back(name);
+    }
+
+    void sort()
+    {
+        std::sort(entries.begin(), entries.end(), [this](const KeyedName& a, const KeyedName& b) {
+            if (a.prefix != b.prefix) {
+                return a.prefix < b.prefix;
+            }
+            const int order = key(a).compare(key(b));
+            return order != 0 ? order < 0 : standsBefore(a, b);
+        });
+    }
+
+    [[nodiscard]] bool standsBefore(const KeyedName& a, const KeyedName& b) const
+    {
+        const auto order = localizedStandardCompareNames(names_[a.index], names_[b.index]);
+        return order != 0 ? order < 0 : a.index < b.index;
+    }
+
+    std::string keys;
+    std::vector<KeyedName> entries;
+
+private:
+    [[nodiscard]] std::string_view key(const KeyedName& name) const
+    {
+        return std::string_view(keys).substr(name.keyStart, name.keyLength);
+    }
+
+    std::span<const std::string_view> names_;
+};
+
 }  // namespace
+
+std::vector<std::uint32_t> localizedNameRanks(std::span<const std::string_view> names)
+{
+    const StandardOrder& order = StandardOrder::shared();
+    KeyedNames plain(names);
+    KeyedNames others(names);
+    plain.entries.reserve(names.size());
+    for (std::uint32_t i = 0; i < names.size(); ++i) {
+        const std::size_t start = plain.keys.size();
+        if (order.appendLetters(names[i], plain.keys)) {
+            plain.add(i, start);
+        } else {
+            plain.keys.resize(start);
+            const std::size_t otherStart = others.keys.size();
+            order.appendCollationKey(names[i], others.keys);
+            others.add(i, otherStart);
+        }
+    }
+    plain.sort();
+    others.sort();
+    // The two kinds of keys say nothing about each other; one comparison a name does.
+    std::vector<KeyedName> all(names.size());
+    std::merge(plain.entries.begin(), plain.entries.end(), others.entries.begin(),
+               others.entries.end(), all.begin(),
+               [&](const KeyedName& a, const KeyedName& b) { return plain.standsBefore(a, b); });
+    std::vector<std::uint32_t> ranks(names.size());
+    for (std::uint32_t rank = 0; rank < all.size(); ++rank) {
+        ranks[all[rank].index] = rank;
+    }
+    return ranks;
+}
 
 std::strong_ordering localizedStandardCompareNames(std::string_view a, std::string_view b)
 {

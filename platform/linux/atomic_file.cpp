@@ -12,6 +12,7 @@
 #include "platform/linux/descriptor.h"
 #include "platform/linux/errno_error.h"
 #include "platform/linux/left_overs.h"
+#include "platform/linux/persistently.h"
 
 namespace gruk {
 
@@ -23,22 +24,9 @@ constexpr std::size_t bufferSize = 1'048'576;
 constexpr std::size_t copyingPays = 65'536;
 /// How much is handed to the disk at once.
 constexpr off_t diskPiece = 16'777'216;
-/// How often a call may be interrupted in a row before that is an error of its own.
-constexpr int patience = 100;
 constexpr int nameAttempts = 16;
 /// As many as the system follows.
 constexpr int linkLimit = 40;
-
-/// Repeats `call` while a signal interrupts it.
-template <typename Call>
-auto persistently(Call call)
-{
-    auto result = call();
-    for (int i = 0; i < patience && result == -EINTR; ++i) {
-        result = call();
-    }
-    return result;
-}
 
 /// The place that is to be replaced: the end of the chain if `target` is a symbolic link, so that
 /// what a user has linked elsewhere stays there.
@@ -61,8 +49,9 @@ FileURL behindLinks(FileURL target)
 
 class AtomicFile::Impl {
 public:
-    Impl(const FileURL& target, FileCalls calls)
-        : calls_(std::move(calls)), target_(behindLinks(target)),
+    Impl(const FileURL& target, FileCalls calls, TargetLink link)
+        : calls_(std::move(calls)),
+          target_(link == TargetLink::followed ? behindLinks(target) : target),
           parent_(target_.deletingLastPathComponent())
     {
         makeDirectories(parent_);
@@ -222,8 +211,8 @@ private:
     std::vector<FileURL> toSynchronize_;
 };
 
-AtomicFile::AtomicFile(const FileURL& target, FileCalls calls)
-    : impl_(std::make_unique<Impl>(target, std::move(calls)))
+AtomicFile::AtomicFile(const FileURL& target, FileCalls calls, TargetLink link)
+    : impl_(std::make_unique<Impl>(target, std::move(calls), link))
 {
 }
 

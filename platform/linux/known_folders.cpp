@@ -1,6 +1,5 @@
 #include "platform/files/known_folders.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -11,6 +10,7 @@
 
 #include "platform/files/atomic_file.h"
 #include "platform/foundation/errors.h"
+#include "platform/linux/user_directories.h"
 
 namespace gruk {
 
@@ -44,77 +44,15 @@ std::optional<FileURL> knownHome()
     return home ? home : accountHome();
 }
 
-void skipBlanks(std::string_view& text)
-{
-    while (text.starts_with(' ') || text.starts_with('\t')) {
-        text.remove_prefix(1);
-    }
-}
-
-bool skip(std::string_view& text, std::string_view expected)
-{
-    skipBlanks(text);
-    if (!text.starts_with(expected)) {
-        return false;
-    }
-    text.remove_prefix(expected.size());
-    return true;
-}
-
-/// The text up to the closing quote, with "\" taken off what it stands before.
-std::string unquoted(std::string_view text)
-{
-    std::string value;
-    for (std::size_t i = 0; i < text.size() && text[i] != '"'; ++i) {
-        if (text[i] == '\\' && i + 1 < text.size()) {
-            ++i;
-        }
-        value += text[i];
-    }
-    return value;
-}
-
-/// The place that one line of the user's directories file gives for `key`, such as
-/// `XDG_DESKTOP_DIR="$HOME/Desktop"`; none for any other line.
-std::optional<FileURL> directoryOfLine(std::string_view line, std::string_view key,
-                                       const FileURL& home)
-{
-    if (!skip(line, key) || !skip(line, "=") || !skip(line, "\"")) {
-        return std::nullopt;
-    }
-    constexpr std::string_view homeMark = "$HOME";
-    const bool isBelowHome = line.starts_with(homeMark);
-    if (isBelowHome) {
-        line.remove_prefix(homeMark.size());
-    }
-    const std::string path = unquoted(line);
-    if (isBelowHome && (path.empty() || path[0] == '/')) {
-        return home.appending(path, FileURL::Names::directory);
-    }
-    if (isBelowHome || path.empty() || path[0] != '/') {
-        return std::nullopt;
-    }
-    return FileURL::directory(path);
-}
-
-/// What the user's directories file names for `key`; a later line outdoes an earlier one.
+/// What the user's directories file names for `key`.
 std::optional<FileURL> userDirectory(std::string_view key, const FileURL& home)
 {
-    std::string content;
     try {
-        content = readFile(configurationDirectory().appending("user-dirs.dirs"));
+        const std::string content = readFile(configurationDirectory().appending("user-dirs.dirs"));
+        return userDirectoryNamed(key, content, home);
     } catch (const FileError&) {
         return std::nullopt;
     }
-    std::optional<FileURL> named;
-    for (std::string_view rest = content; !rest.empty();) {
-        const std::string_view line = rest.substr(0, rest.find('\n'));
-        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
-        if (auto directory = directoryOfLine(line, key, home)) {
-            named = std::move(directory);
-        }
-    }
-    return named;
 }
 
 FileURL folderInHome(std::string_view name)

@@ -21,18 +21,6 @@ Descriptor openDirectory(int start, const std::string& piece)
     return Descriptor(number);
 }
 
-/// The first part of `path` that one call takes, up to the end of a name; the first name alone
-/// when even that is too long.
-std::string_view nextPiece(std::string_view path)
-{
-    constexpr std::size_t longest = PATH_MAX - 1;  // without the NUL at its end
-    if (path.size() <= longest) {
-        return path;
-    }
-    const std::size_t end = path.substr(0, longest + 1).rfind('/');
-    return path.substr(0, end == std::string_view::npos ? path.find('/') : end);
-}
-
 }  // namespace
 
 OpenedParent openParent(std::string_view path, std::string_view operation)
@@ -47,11 +35,21 @@ OpenedParent openParent(std::string_view path, std::string_view operation)
         if (rest.empty()) {
             return result;
         }
-        const std::string_view piece = nextPiece(rest);
+        const std::string_view piece = nextPathPiece(rest);
         result.directory = openDirectory(result.directory.number(), std::string(piece));
         rest.remove_prefix(piece.size());
     }
     throwErrno(errno, std::string(operation), std::string(path));
+}
+
+std::string_view nextPathPiece(std::string_view path) noexcept
+{
+    constexpr std::size_t longest = PATH_MAX - 1;  // without the NUL at its end
+    if (path.size() <= longest) {
+        return path;
+    }
+    const std::size_t end = path.substr(0, longest + 1).rfind('/');
+    return path.substr(0, end == std::string_view::npos ? path.find('/') : end);
 }
 
 }  // namespace gruk

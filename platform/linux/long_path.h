@@ -21,4 +21,8 @@ struct OpenedParent {
 /// single name is too long, which no piecing mends.
 [[nodiscard]] OpenedParent openParent(std::string_view path, std::string_view operation);
 
+/// The first part of `path` that one call takes, up to the end of a name; the first name alone
+/// when even that is too long.
+[[nodiscard]] std::string_view nextPathPiece(std::string_view path) noexcept;
+
 }  // namespace gruk

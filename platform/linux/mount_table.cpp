@@ -80,11 +80,15 @@ std::string tableText()
 
 std::vector<Mount> mountTable()
 {
+    return parseMountTable(tableText());
+}
+
+std::vector<Mount> parseMountTable(std::string_view text)
+{
     std::vector<Mount> mounts;
-    const std::string text = tableText();
-    for (std::string_view rest = text; !rest.empty();) {
-        const std::string_view line = rest.substr(0, rest.find('\n'));
-        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
         if (auto mount = mountOfLine(line)) {
             mounts.push_back(std::move(*mount));
         }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// What is mounted where, as the kernel tells this process. Reading it touches no mount, so that
@@ -21,6 +22,10 @@ struct Mount {
 
 /// Every mount in order of mounting; empty when the kernel does not tell.
 [[nodiscard]] std::vector<Mount> mountTable();
+
+/// The mounts that the text of the kernel's table names; lines that do not read as they should are
+/// passed over.
+[[nodiscard]] std::vector<Mount> parseMountTable(std::string_view text);
 
 /// Whether a file system of this kind is somewhere else on the network.
 [[nodiscard]] bool isNetworkType(const std::string& type);

@@ -4,7 +4,7 @@
 #include <functional>
 #include <utility>
 
-#include "app/model/task_pool.h"
+#include "platform/events/task_pool.h"
 
 namespace gruk::test {
 

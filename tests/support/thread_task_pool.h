@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/model/task_pool.h"
+#include "platform/events/task_pool.h"
 
 namespace gruk::test {
 

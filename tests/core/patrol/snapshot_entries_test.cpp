@@ -110,6 +110,32 @@ TEST(SnapshotEntries, endsASubtreeWhereThePathNoLongerLiesBelow)
     }
 }
 
+TEST(SnapshotEntries, endsSubtreesOfEveryLengthAndDepth)
+{
+    std::vector<SnapshotEntry> list;
+    for (int length = 0; length < 70; ++length) {
+        const std::string wide = "wide " + std::to_string(length);
+        std::string deep = "deep " + std::to_string(length);
+        list.push_back(folder(wide, length));
+        list.push_back(folder(deep, 1));
+        for (int i = 0; i < length; ++i) {
+            list.push_back(file(wide + "/" + std::to_string(i), 1));
+            deep += "/x";
+            list.push_back(folder(deep, 1));
+        }
+    }
+    const SnapshotEntries entries(list);
+    for (SnapshotEntries::Index i = 0; i < entries.size(); ++i) {
+        SnapshotEntries::Index end = i + 1;
+        const std::string above = entries.relativePath(i) + "/";
+        while (end < entries.size() && entries.relativePath(end).starts_with(above)) {
+            ++end;
+        }
+        ASSERT_EQ(entries.subtreeEnd(i), end) << above;
+    }
+    EXPECT_EQ(entries.totalBytes(), 70 * 69 / 2 + 70);
+}
+
 TEST(SnapshotEntries, walksAllPathsWithTheCursor)
 {
     std::mt19937 random(14);

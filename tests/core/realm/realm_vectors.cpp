@@ -7,18 +7,13 @@
 
 namespace gruk::test {
 
-namespace {
-
-constexpr const char* tablePath = GRUK_TEST_DATA "/realm_identity_vectors.txt";
-
-}  // namespace
-
-std::vector<VectorLine> vectorLines(std::string_view kind)
+std::vector<VectorLine> vectorLines(std::string_view kind, std::string_view table)
 {
-    std::ifstream table(tablePath);
+    const std::string path = std::string(GRUK_TEST_DATA "/").append(table);
+    std::ifstream file(path);
     std::vector<VectorLine> lines;
     std::string text;
-    for (int number = 1; std::getline(table, text); ++number) {
+    for (int number = 1; std::getline(file, text); ++number) {
         std::istringstream words(text);
         std::string word;
         words >> word;
@@ -32,7 +27,7 @@ std::vector<VectorLine> vectorLines(std::string_view kind)
         lines.push_back(line);
     }
     if (lines.empty()) {
-        throw std::runtime_error(std::string("no lines of that kind in ") + tablePath);
+        throw std::runtime_error("no lines of that kind in " + path);
     }
     return lines;
 }
@@ -49,9 +44,10 @@ std::uint64_t vectorInteger(const std::string& field)
 
 double vectorDouble(const std::string& field)
 {
-    std::size_t used = 0;
-    const double value = std::stod(field, &used);
-    if (used != field.size()) {
+    // Not std::stod, which throws for numbers too small to be normal.
+    char* end = nullptr;
+    const double value = std::strtod(field.c_str(), &end);
+    if (end != field.c_str() + field.size()) {
         throw std::runtime_error("not a hexadecimal float: " + field);
     }
     return value;

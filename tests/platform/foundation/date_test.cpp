@@ -210,6 +210,20 @@ TEST(CalendarDays, answersForDatesBeyondEveryCalendar)
     EXPECT_EQ(calendarDays({infinity}, {infinity}), 0);
 }
 
+TEST(DayMonthYear, namesMonthsAsBritishEnglishDoes)
+{
+    const InZone zone("UTC");
+    EXPECT_EQ(dayMonthYear(at("2026-11-15T12:00:00Z")), "15 Nov 2026");
+    EXPECT_EQ(dayMonthYear(at("2026-01-02T00:00:00Z")), "2 Jan 2026");
+    EXPECT_EQ(dayMonthYear(at("2026-09-30T00:00:00Z")), "30 Sept 2026");
+}
+
+TEST(DayMonthYear, isTheDayOfTheUsersTimeZone)
+{
+    const InZone zone("Pacific/Auckland");
+    EXPECT_EQ(dayMonthYear(at("2026-11-15T12:00:00Z")), "16 Nov 2026");
+}
+
 }  // namespace
 
 }  // namespace gruk

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -62,6 +63,57 @@ TEST(TextOrder, agreesWithTheCollationOnEveryPairOfNames)
         }
         ASSERT_EQ(localizedStandardCompareNames(a, b), plain(a, b)) << a << " | " << b;
     }
+}
+
+TEST(TextOrder, theRanksOfManyNamesAreTheirPlacesInTheOrder)
+{
+    std::mt19937 random(20261121);
+    for (int round = 0; round < 60; ++round) {
+        std::vector<std::string> names;
+        for (unsigned i = 0; i < 500; ++i) {
+            std::string name = randomName(random);
+            if (!names.empty() && random() % 2 == 0) {
+                const std::string& other = names[random() % names.size()];
+                name.insert(0, other.substr(0, random() % (other.size() + 1)));
+            }
+            names.push_back(std::move(name));
+        }
+        const std::vector<std::string_view> views(names.begin(), names.end());
+        const std::vector<std::uint32_t> ranks = localizedNameRanks(views);
+        std::vector<std::uint32_t> order(names.size());
+        std::iota(order.begin(), order.end(), 0U);
+        std::stable_sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
+            return localizedStandardCompareNames(names[a], names[b]) < 0;
+        });
+        for (std::uint32_t place = 0; place < order.size(); ++place) {
+            ASSERT_EQ(ranks[order[place]], place) << names[order[place]];
+        }
+    }
+}
+
+TEST(TextOrder, theRanksOfVeryLongNamesAndNumbersAreTheirPlacesInTheOrder)
+{
+    const std::vector<std::string> names = {std::string(300, '9'),
+                                            "1" + std::string(299, '0'),
+                                            std::string(254, '9'),
+                                            std::string(255, '1'),
+                                            std::string(400, 'a') + "b",
+                                            std::string(400, 'a') + "B",
+                                            std::string(400, 'a') + "\u00e9",
+                                            "file10",
+                                            "file2",
+                                            "file02",
+                                            "",
+                                            "\xff"};
+    const std::vector<std::string_view> views(names.begin(), names.end());
+    const std::vector<std::uint32_t> ranks = localizedNameRanks(views);
+    for (std::size_t a = 0; a < names.size(); ++a) {
+        for (std::size_t b = 0; b < names.size(); ++b) {
+            EXPECT_EQ(ranks[a] <=> ranks[b], localizedStandardCompareNames(names[a], names[b]))
+                << names[a] << " | " << names[b];
+        }
+    }
+    EXPECT_TRUE(localizedNameRanks({}).empty());
 }
 
 TEST(TextOrder, agreesWithTheCollationOnEveryPairOfPrintableCharacters)

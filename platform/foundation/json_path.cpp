@@ -1,4 +1,4 @@
-#include "core/patrol/json_path.h"
+#include "platform/foundation/json_path.h"
 
 #include <cstddef>
 #include <utility>

@@ -1,0 +1,242 @@
+#include "core/actions/organise_service.h"
+
+#include <algorithm>
+#include <exception>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "core/actions/hoard_name.h"
+#include "core/actions/json_fields.h"
+#include "core/actions/stash_journal.h"
+#include "core/patrol/metadata_reader.h"
+#include "platform/files/metadata.h"
+#include "platform/files/moves.h"
+#include "platform/foundation/canonical_text.h"
+#include "platform/foundation/errors.h"
+
+namespace gruk {
+
+namespace {
+
+using Reason = StashFailure::Reason;
+
+std::optional<ItemFacts> factsOf(const FileURL& url)
+{
+    try {
+        return itemFacts(url);
+    } catch (const FileError&) {
+        return std::nullopt;
+    }
+}
+
+FileKind kindOnDisk(const FileURL& url)
+{
+    const std::optional<ItemFacts> facts = factsOf(url);
+    return classify(url.lastPathComponent(), facts && facts->type == ItemType::directory,
+                    MetadataReader::isScreenshot(url));
+}
+
+Bytes sizeOnDisk(const FileURL& url)
+{
+    const std::optional<ItemFacts> facts = factsOf(url);
+    return facts && facts->type != ItemType::directory ? facts->logicalSize : 0;
+}
+
+OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
+{
+    const MoveConditions conditions{authorizedRoot, std::nullopt};
+    OrganiseCalls disk;
+    disk.contentsOfDirectory = [calls](const FileURL& folder) {
+        return itemsIn(folder, HiddenItems::listed, calls);
+    };
+    disk.fileExists = [calls](const FileURL& url) { return itemStands(url, calls); };
+    disk.createDirectory = [calls, conditions](const FileURL& url) {
+        makeDirectory(url, conditions, calls);
+    };
+    disk.moveItem = [calls, conditions](const FileURL& from, const FileURL& to) {
+        gruk::moveItem(from, to, conditions, calls);
+    };
+    disk.writeJournal = [calls, conditions](const StashJournalFile& journal, const FileURL& realm) {
+        replaceOwnFile(realm.appending(OrganiseService::journalFileName),
+                       encodedStashJournal(journal), conditions, calls);
+    };
+    disk.kindOf = kindOnDisk;
+    disk.fileSize = sizeOnDisk;
+    disk.volumeRoot = liveVolumeRoot;
+    disk.now = Date::now;
+    return disk;
+}
+
+std::string folderName(FileKind kind, const FolderOverrides& overrides)
+{
+    const auto found = overrides.find(kind);
+    return found != overrides.end() ? found->second
+                                    : std::string(OrganiseDefaults::folderName(kind));
+}
+
+/// The names of all destination folders.
+std::set<std::string, std::less<>> reservedNames(const FolderOverrides& overrides)
+{
+    std::set<std::string, std::less<>> names;
+    for (const FileKind kind : allFileKinds) {
+        if (kind != FileKind::folder) {
+            names.insert(folderName(kind, overrides));
+        }
+    }
+    return names;
+}
+
+/// Why the realm may not be organised; none when it may.
+std::optional<Reason> refusal(const OrganiseCalls& calls, const FileURL& realm,
+                              const FileURL& authorizedRoot)
+{
+    if (!isInsideRoot(realm, authorizedRoot.standardized())) {
+        return Reason::outsideAuthorizedRoot;
+    }
+    if (isProtectedLocation(realm, calls.volumeRoot(realm))) {
+        return Reason::protectedLocation;
+    }
+    return std::nullopt;
+}
+
+/// The loose files among `contents`, by kind.
+std::map<FileKind, std::vector<FileURL>> looseFiles(const OrganiseCalls& calls,
+                                                    const std::vector<FileURL>& contents,
+                                                    const FolderOverrides& overrides)
+{
+    const auto reserved = reservedNames(overrides);
+    std::map<FileKind, std::vector<FileURL>> files;
+    for (const FileURL& url : contents) {
+        const std::string_view name = url.lastPathComponent();
+        if (name.starts_with('.') || name.find(hoardMark) != std::string_view::npos
+            || reserved.contains(name)) {
+            continue;
+        }
+        if (const FileKind kind = calls.kindOf(url); kind != FileKind::folder) {
+            files[kind].push_back(url);
+        }
+    }
+    return files;
+}
+
+/// Whether the name stands for one folder right below the realm.
+bool isFolderName(std::string_view name)
+{
+    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string_view::npos;
+}
+
+void failAll(const OrganisePlan::CategoryMove& move, const std::string& message,
+             StashOperation& operation)
+{
+    for (const FileURL& file : move.files) {
+        operation.failures.push_back({file, Reason::couldNotStash, message});
+    }
+}
+
+/// Carries out one category, adding to `operation`.
+void moveCategory(const OrganiseCalls& calls, const OrganisePlan::CategoryMove& move,
+                  const FileURL& realm, StashOperation& operation)
+{
+    if (!isFolderName(move.destinationFolderName)) {
+        failAll(move, "\"" + move.destinationFolderName + "\" cannot be the name of a folder",
+                operation);
+        return;
+    }
+    const FileURL target = realm.appending(move.destinationFolderName, FileURL::Names::directory);
+    if (!calls.fileExists(target)) {
+        try {
+            calls.createDirectory(target);
+        } catch (const std::exception& error) {
+            failAll(move, describe(error), operation);
+            return;
+        }
+    }
+    for (const FileURL& file : move.files) {
+        const FileURL destination = target.appending(
+            file.lastPathComponent(),
+            file.namesDirectory() ? FileURL::Names::directory : FileURL::Names::item);
+        if (calls.fileExists(destination)) {
+            operation.failures.push_back({file, Reason::destinationExists, {}});
+            continue;
+        }
+        try {
+            calls.moveItem(file, destination);
+            operation.moved.push_back({file, destination});
+        } catch (const std::exception& error) {
+            operation.failures.push_back({file, Reason::couldNotStash, describe(error)});
+        }
+    }
+}
+
+}  // namespace
+
+OrganiseService::OrganiseService(MoveCalls calls)
+    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>& root) {
+          return diskCalls(calls, root);
+      })
+{
+}
+
+OrganiseService::OrganiseService(OrganiseCalls calls)
+    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>&) { return calls; })
+{
+}
+
+OrganisePlan OrganiseService::planOrganise(const FileURL& realm, const FileURL& authorizedRoot,
+                                           const FolderOverrides& overrides) const
+{
+    OrganisePlan plan{realm.standardized(), {}};
+    const OrganiseCalls calls = callsUnder_(authorizedRoot.standardized());
+    if (refusal(calls, plan.realm, authorizedRoot)) {
+        return plan;
+    }
+    std::vector<FileURL> contents;
+    try {
+        contents = calls.contentsOfDirectory(plan.realm);
+    } catch (const std::exception&) {
+        return plan;
+    }
+    for (auto& [kind, files] : looseFiles(calls, contents, overrides)) {
+        std::ranges::sort(files, [](const FileURL& a, const FileURL& b) {
+            return plainCompare(a.lastPathComponent(), b.lastPathComponent()) < 0;
+        });
+        Bytes total = 0;
+        for (const FileURL& file : files) {
+            total = checkedAdd(total, calls.fileSize(file));
+        }
+        plan.moves.push_back({kind, folderName(kind, overrides), files, total});
+    }
+    return plan;
+}
+
+StashOperation OrganiseService::applyPlan(const OrganisePlan& plan,
+                                          const FileURL& authorizedRoot) const
+{
+    const FileURL realm = plan.realm.standardized();
+    const OrganiseCalls calls = callsUnder_(authorizedRoot.standardized());
+    if (const auto reason = refusal(calls, realm, authorizedRoot)) {
+        return {std::nullopt, {}, {{realm, *reason, {}}}};
+    }
+    if (plan.moves.empty()) {
+        return {};
+    }
+    StashOperation operation{realm, {}, {}};
+    for (const OrganisePlan::CategoryMove& move : plan.moves) {
+        moveCategory(calls, move, realm, operation);
+    }
+    if (operation.moved.empty()) {
+        return operation;
+    }
+    try {
+        calls.writeJournal({realm, operation.moved, atMicrosecond(calls.now())}, realm);
+    } catch (const std::exception& error) {
+        operation.failures.push_back({realm, Reason::couldNotWriteJournal, describe(error)});
+    }
+    return operation;
+}
+
+}  // namespace gruk

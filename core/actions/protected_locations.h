@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/foundation/file_url.h"
+
+/// Where nothing may be moved. Places are compared by their standardised paths, whether or not
+/// they are written as directories.
+
+namespace gruk {
+
+/// The top of the volume that holds a place.
+using VolumeRoot = std::function<FileURL(const FileURL&)>;
+
+/// Whether `url` is `root` or lies below it; both standardised. "/data/photos2" is not inside
+/// "/data/photos".
+[[nodiscard]] bool isInsideRoot(const FileURL& url, const FileURL& root);
+
+/// "/Volumes/{name}" for that place and everything below it; "/" everywhere else. Pure.
+[[nodiscard]] FileURL defaultVolumeRoot(const FileURL& url);
+
+/// The same, but the top of any mounted volume is its own. Reads the disk.
+[[nodiscard]] FileURL liveVolumeRoot(const FileURL& url);
+
+/// Whether `url` is "/", the user's home folder or `volumeRoot` itself. What lies below those is
+/// not protected.
+[[nodiscard]] bool isProtectedLocation(const FileURL& url, const FileURL& volumeRoot);
+
+}  // namespace gruk

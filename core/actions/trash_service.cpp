@@ -1,0 +1,191 @@
+#include "core/actions/trash_service.h"
+
+#include <exception>
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "platform/files/metadata.h"
+#include "platform/files/moves.h"
+#include "platform/files/trash.h"
+#include "platform/foundation/errors.h"
+
+namespace gruk {
+
+namespace {
+
+using Reason = TrashFailure::Reason;
+
+FileIdentity::Kind kindOf(ItemType type)
+{
+    switch (type) {
+    case ItemType::regularFile:
+        return FileIdentity::Kind::file;
+    case ItemType::directory:
+        return FileIdentity::Kind::directory;
+    case ItemType::symbolicLink:
+        return FileIdentity::Kind::symbolicLink;
+    case ItemType::other:
+        break;
+    }
+    return FileIdentity::Kind::other;
+}
+
+FileIdentity fileIdentity(const ItemIdentity& item)
+{
+    return {static_cast<std::uint32_t>(item.deviceID), item.inode, kindOf(item.type)};
+}
+
+std::optional<ItemIdentity> readIdentity(const FileURL& url)
+{
+    try {
+        const ItemFacts facts = itemFacts(url);
+        return ItemIdentity{facts.deviceID, facts.inode, facts.type};
+    } catch (const FileError&) {
+        return std::nullopt;
+    }
+}
+
+/// The calls on the disk for one operation. The identity that was read last is the one that the
+/// service compared, and so the one that the move must find.
+TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
+{
+    struct Review {
+        FileURL url;
+        std::optional<ItemIdentity> identity;
+    };
+    const auto reviewed = std::make_shared<Review>();
+    TrashCalls disk;
+    disk.identityReader = [reviewed](const FileURL& url) -> std::optional<FileIdentity> {
+        *reviewed = {url, readIdentity(url)};
+        return reviewed->identity ? std::optional(fileIdentity(*reviewed->identity)) : std::nullopt;
+    };
+    disk.trashItem = [calls, authorizedRoot, reviewed](const FileURL& url) {
+        MoveConditions conditions{authorizedRoot, std::nullopt};
+        if (reviewed->url == url) {
+            conditions.identity = reviewed->identity;
+        }
+        return gruk::trashItem(url, conditions, calls);
+    };
+    disk.fileExists = [calls](const FileURL& url) { return itemIsReachable(url, calls); };
+    disk.moveItem = [calls, authorizedRoot](const FileURL& from, const FileURL& to) {
+        restoreTrashedItem(from, to, {authorizedRoot, std::nullopt}, calls);
+    };
+    disk.volumeRoot = liveVolumeRoot;
+    return disk;
+}
+
+/// Why the item may not be moved; none when it may.
+std::optional<Reason> refusal(const TrashCalls& calls, const FileURL& url, const FileURL& root,
+                              const FileIdentity& expected)
+{
+    if (!isInsideRoot(url, root)) {
+        return Reason::outsideAuthorizedRoot;
+    }
+    if (isProtectedLocation(url, calls.volumeRoot(url))) {
+        return Reason::protectedLocation;
+    }
+    if (url.path() == root.path()) {
+        return Reason::authorizedRoot;
+    }
+    const std::optional<FileIdentity> identity = calls.identityReader(url);
+    if (!identity) {
+        return Reason::missingAtReviewedPath;
+    }
+    return *identity == expected ? std::nullopt : std::optional(Reason::itemChangedSinceReview);
+}
+
+/// Whether the item is in the Trash no more. A link counts as there wherever it leads: most links
+/// lead nowhere from inside the Trash.
+bool isGoneFromTrash(const TrashCalls& calls, const FileURL& trashed)
+{
+    return !calls.fileExists(trashed) && !calls.identityReader(trashed);
+}
+
+}  // namespace
+
+Bytes TrashOperation::totalBytes() const
+{
+    Bytes total = 0;
+    for (const TrashedItem& item : moved) {
+        total = checkedAdd(total, item.allocatedSize);
+    }
+    return total;
+}
+
+TrashService::TrashService(MoveCalls calls)
+    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>& root) {
+          return diskCalls(calls, root);
+      })
+{
+}
+
+TrashService::TrashService(TrashCalls calls)
+{
+    if (!calls.identityReader) {
+        calls.identityReader = currentIdentity;
+    }
+    if (!calls.volumeRoot) {
+        calls.volumeRoot = defaultVolumeRoot;
+    }
+    callsUnder_ = [calls = std::move(calls)](const std::optional<FileURL>&) { return calls; };
+}
+
+TrashOperation TrashService::moveToTrash(const std::vector<TrashRequest>& requests,
+                                         const FileURL& authorizedRoot) const
+{
+    const FileURL root = authorizedRoot.standardized();
+    const TrashCalls calls = callsUnder_(root);
+    TrashOperation operation;
+    std::set<std::string> seen;
+    for (const TrashRequest& request : requests) {
+        const FileURL url = request.url.standardized();
+        if (!seen.insert(url.path()).second) {
+            continue;
+        }
+        if (const auto reason = refusal(calls, url, root, request.expectedIdentity)) {
+            operation.failures.push_back({url, *reason, {}});
+            continue;
+        }
+        try {
+            operation.moved.push_back({url, calls.trashItem(url), request.allocatedSize});
+        } catch (const std::exception& error) {
+            operation.failures.push_back({url, Reason::couldNotTrash, describe(error)});
+        }
+    }
+    return operation;
+}
+
+RestoreOperation TrashService::restore(const std::vector<TrashedItem>& items,
+                                       const std::optional<FileURL>& authorizedRoot) const
+{
+    const TrashCalls calls = callsUnder_(authorizedRoot);
+    RestoreOperation operation;
+    for (const TrashedItem& item : items) {
+        if (calls.fileExists(item.originalURL)) {
+            operation.failures.push_back({item.originalURL, Reason::destinationExists, {}});
+            continue;
+        }
+        if (isGoneFromTrash(calls, item.trashURL)) {
+            operation.failures.push_back({item.trashURL, Reason::missingFromTrash, {}});
+            continue;
+        }
+        try {
+            calls.moveItem(item.trashURL, item.originalURL);
+            operation.restored.push_back(item);
+        } catch (const std::exception& error) {
+            operation.failures.push_back(
+                {item.originalURL, Reason::couldNotRestore, describe(error)});
+        }
+    }
+    return operation;
+}
+
+std::optional<FileIdentity> TrashService::currentIdentity(const FileURL& url)
+{
+    const std::optional<ItemIdentity> identity = readIdentity(url.standardized());
+    return identity ? std::optional(fileIdentity(*identity)) : std::nullopt;
+}
+
+}  // namespace gruk

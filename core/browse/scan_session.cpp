@@ -1,0 +1,191 @@
+#include "core/browse/scan_session.h"
+
+#include <exception>
+#include <string_view>
+#include <utility>
+
+#include "platform/foundation/text_order.h"
+#include "platform/foundation/text_search.h"
+
+namespace gruk {
+
+namespace {
+
+using Listing = std::vector<FileEntry>;
+
+/// A folder that cannot be listed shows as an empty one.
+std::shared_ptr<const Listing> listed(const DirectoryReader& listing, const FileURL& url)
+{
+    try {
+        return std::make_shared<const Listing>(listing(url));
+    } catch (const std::exception&) {
+        return std::make_shared<const Listing>();
+    }
+}
+
+bool isSamePlace(const FileURL& a, const FileURL& b)
+{
+    return a.standardized().path() == b.standardized().path();
+}
+
+/// The positions of the names that contain `text`.
+std::vector<std::uint32_t> matching(const std::vector<std::string>& searchKeys,
+                                    const std::string& text)
+{
+    std::vector<std::uint32_t> positions;
+    const std::string part = searchKey(text);
+    for (std::uint32_t i = 0; i < searchKeys.size(); ++i) {
+        if (searchKeyContains(searchKeys[i], part)) {
+            positions.push_back(i);
+        }
+    }
+    return positions;
+}
+
+std::vector<std::uint32_t> nameRanksOf(const ScanSession::Nodes& nodes)
+{
+    std::vector<std::string_view> names;
+    names.reserve(nodes.size());
+    for (const auto& node : nodes) {
+        names.push_back(node->entry().name());
+    }
+    return localizedNameRanks(names);
+}
+
+std::vector<std::string> searchKeysOf(const ScanSession::Nodes& nodes)
+{
+    std::vector<std::string> keys;
+    keys.reserve(nodes.size());
+    for (const auto& node : nodes) {
+        keys.push_back(searchKey(node->entry().name()));
+    }
+    return keys;
+}
+
+}  // namespace
+
+ScanSession::ScanSession(std::shared_ptr<ScanEngine> engine, std::shared_ptr<TaskPool> pool,
+                         std::shared_ptr<RunLoop> loop, DirectoryReader listing)
+    : listing_(std::move(listing)),
+      aggregateTasks_(std::move(engine), std::move(pool), std::move(loop))
+{
+}
+
+void ScanSession::open(const FileURL& url)
+{
+    // A copy: what is opened may be one of the nodes or visits that go.
+    const FileURL destination = url;
+    if (directory_ && !isSamePlace(*directory_, destination)) {
+        breadcrumbs_.push_back(*directory_);
+    }
+    directory_ = destination;
+    load();
+}
+
+void ScanSession::goBack()
+{
+    if (breadcrumbs_.empty()) {
+        return;
+    }
+    directory_ = std::move(breadcrumbs_.back());
+    breadcrumbs_.pop_back();
+    load();
+}
+
+void ScanSession::reset()
+{
+    nodesSubscription_.end();
+    aggregateTasks_.cancelWalks();
+    nodes_.clear();
+    directory_.reset();
+    breadcrumbs_.clear();
+    nameRanks_.clear();
+    searchKeys_.clear();
+    aggregateTasks_.invalidate();
+    change(Change::folder);
+}
+
+void ScanSession::setSortOrder(SortOrder order)
+{
+    if (order != sortOrder_) {
+        sortOrder_ = order;
+        change(Change::arrangement);
+    }
+}
+
+void ScanSession::setFilterText(const std::string& text)
+{
+    if (text != filterText_) {
+        filterText_ = text;
+        change(Change::arrangement);
+    }
+}
+
+const ScanSession::Nodes& ScanSession::displayedNodes() const
+{
+    if (!isArranged_) {
+        arrange();
+        isArranged_ = true;
+    }
+    return displayed_;
+}
+
+Subscription ScanSession::subscribe(std::function<void(Change)> function)
+{
+    return observers_.subscribe(std::move(function));
+}
+
+void ScanSession::load()
+{
+    nodesSubscription_.end();
+    aggregateTasks_.cancelWalks();
+    const std::shared_ptr<const Listing> listing = listed(listing_, *directory_);
+    const auto siblings = std::make_shared<ScanNode::Siblings>();
+    nodes_.clear();
+    nodes_.reserve(listing->size());
+    nameRanks_.clear();
+    searchKeys_.clear();
+    for (const FileEntry& entry : *listing) {
+        nodes_.push_back(std::make_shared<ScanNode>(
+            std::shared_ptr<const FileEntry>(listing, &entry), siblings));
+        if (entry.isDirectory) {
+            aggregateTasks_.walk(nodes_.back());
+        }
+    }
+    nodesSubscription_ = siblings->subscribe([this](const ScanNode&) { change(Change::node); });
+    change(Change::folder);
+}
+
+void ScanSession::change(Change change)
+{
+    isArranged_ = false;
+    observers_.tell(change);
+}
+
+void ScanSession::arrange() const
+{
+    if (sortOrder_ == SortOrder::name && nameRanks_.size() != nodes_.size()) {
+        nameRanks_ = nameRanksOf(nodes_);
+    }
+    if (!filterText_.empty() && searchKeys_.size() != nodes_.size()) {
+        searchKeys_ = searchKeysOf(nodes_);
+    }
+    const bool isFiltered = !filterText_.empty();
+    const std::vector<std::uint32_t> matches =
+        isFiltered ? matching(searchKeys_, filterText_) : std::vector<std::uint32_t>();
+    const auto count = static_cast<std::uint32_t>(isFiltered ? matches.size() : nodes_.size());
+    std::vector<SortKey> rows(count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const std::uint32_t position = isFiltered ? matches[i] : i;
+        const ScanNode& node = *nodes_[position];
+        rows[i] = {node.knownSize(), node.entry().dateLastOpened,
+                   nameRanks_.empty() ? 0 : nameRanks_[position]};
+    }
+    displayed_.clear();
+    displayed_.reserve(count);
+    for (const std::uint32_t row : arranged(rows, sortOrder_)) {
+        displayed_.push_back(nodes_[isFiltered ? matches[row] : row]);
+    }
+}
+
+}  // namespace gruk

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/browse/aggregate_tasks.h"
+#include "core/browse/observer_list.h"
+#include "core/browse/scan_engine.h"
+#include "core/browse/scan_node.h"
+#include "core/browse/sort_order.h"
+#include "core/patrol/metadata_reader.h"
+
+namespace gruk {
+
+/// The folder that is being browsed: its children, whose sizes arrive while it is looked at, the
+/// folders visited before it, and how it is arranged. Failures are not reported: a folder that
+/// cannot be listed is empty, a child that cannot be walked keeps an unknown size.
+///
+/// The main thread only. Walks run on the pool, one at a time (`AggregateTasks`).
+class ScanSession {
+public:
+    using Nodes = std::vector<std::shared_ptr<ScanNode>>;
+
+    enum class Change {
+        /// Another folder, or the same listed afresh: `currentDirectory`, `nodes`, `breadcrumbs`.
+        folder,
+        /// `sortOrder` or `filterText`.
+        arrangement,
+        /// Something about one of `nodes`.
+        node
+    };
+
+    /// `listing` lists the folder that is opened; it is called on the main thread, since a folder
+    /// shows at once.
+    ScanSession(std::shared_ptr<ScanEngine> engine, std::shared_ptr<TaskPool> pool,
+                std::shared_ptr<RunLoop> loop, DirectoryReader listing = MetadataReader::entries);
+
+    /// Goes to a folder: one directory read here, then a walk for each child that is a directory.
+    /// The folder left goes on the stack of visits. Opening the current one again lists it afresh.
+    void open(const FileURL& url);
+    /// Goes to the folder that was left last; does nothing when there is none.
+    void goBack();
+    /// No folder, no visits, no walks, and an engine that has forgotten. The arrangement stays.
+    void reset();
+
+    [[nodiscard]] const std::optional<FileURL>& currentDirectory() const { return directory_; }
+    /// In the order of the listing.
+    [[nodiscard]] const Nodes& nodes() const { return nodes_; }
+    /// The visits that `goBack` goes through, the latest last. No path; for that there is
+    /// `BreadcrumbTrail`.
+    [[nodiscard]] const std::vector<FileURL>& breadcrumbs() const { return breadcrumbs_; }
+
+    [[nodiscard]] SortOrder sortOrder() const { return sortOrder_; }
+    void setSortOrder(SortOrder order);
+    /// Taken as typed, blanks and all. Empty: no filter.
+    [[nodiscard]] const std::string& filterText() const { return filterText_; }
+    void setFilterText(const std::string& text);
+
+    /// The nodes whose name contains `filterText`, in the current order. What is returned is true
+    /// now, and stands until the next call after a change. Costs a sort of numbers when something
+    /// changed since the last call, else nothing.
+    [[nodiscard]] const Nodes& displayedNodes() const;
+
+    /// Calls `function` after every change until the subscription ends.
+    [[nodiscard]] Subscription subscribe(std::function<void(Change)> function);
+
+private:
+    void load();
+    void change(Change change);
+    void arrange() const;
+
+    DirectoryReader listing_;
+    AggregateTasks aggregateTasks_;
+    std::optional<FileURL> directory_;
+    Nodes nodes_;
+    std::vector<FileURL> breadcrumbs_;
+    SortOrder sortOrder_ = SortOrder::sizeDescending;
+    std::string filterText_;
+
+    /// Made when first needed, once a listing: the places of the names in the text order, and the
+    /// names as they are searched.
+    mutable std::vector<std::uint32_t> nameRanks_;
+    mutable std::vector<std::string> searchKeys_;
+    mutable Nodes displayed_;
+    mutable bool isArranged_ = true;
+
+    ObserverList<Change> observers_;
+    /// To the nodes of the current listing.
+    Subscription nodesSubscription_;
+};
+
+}  // namespace gruk

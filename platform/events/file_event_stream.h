@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/events/run_loop.h"
+#include "platform/foundation/file_url.h"
+
+namespace gruk {
+
+/// Word of every change below a directory, from its making to its destruction. What changed is
+/// not told. Made, used and destroyed on the main thread.
+class FileEventStream {
+public:
+    virtual ~FileEventStream() = default;
+};
+
+/// Makes a stream for the directory at a place, which calls `onEvent` on the main thread when
+/// something changed, never before returning; none when that cannot be.
+using FileEventStreamFactory = std::function<std::unique_ptr<FileEventStream>(
+    const FileURL& directory, std::function<void()> onEvent)>;
+
+/// The system's own stream. It sees items made, removed, renamed, written to (also while they stay
+/// open) and changed in their attributes, in the whole tree below `directory`, however deep and
+/// also in folders that are made or moved there later. Symbolic links are not followed, other
+/// volumes not entered. Changes that come close together are told as one, a few times a second at
+/// most; while the main thread has not come round to one, no other is posted.
+///
+/// Returns at once: the tree is taken in on a thread of the stream's own. A file that merely grows
+/// in the moment before its folder is reached may go unnoticed; whatever else happens meanwhile
+/// does not. When the system cannot say what changed, or cannot watch all of the tree, that counts
+/// as a change and is said once to `log`, on the main thread; it is not tried again and again.
+///
+/// None when `directory` cannot be opened as a directory (it may be a link to one) or the system
+/// refuses another stream. A directory that goes, or whose volume is taken away, yields a last
+/// event and then no more. No directory is held open once the tree is taken in, so that volumes
+/// can be unmounted. Destroying it frees everything, without waiting for the disk: `onEvent` is
+/// not called any more, and the thread ends when the call that it is in returns.
+[[nodiscard]] std::unique_ptr<FileEventStream>
+makeFileEventStream(const std::shared_ptr<RunLoop>& loop, const FileURL& directory,
+                    std::function<void()> onEvent,
+                    std::function<void(const std::string&)> log = {});
+
+}  // namespace gruk

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/files/item_facts.h"
+#include "platform/foundation/file_url.h"
+
+namespace gruk {
+
+/// What proves that an item is still the same one. A plain value.
+struct ItemIdentity {
+    /// The file system's number, as `ItemFacts` has it.
+    std::int32_t deviceID = 0;
+    std::uint64_t inode = 0;
+    ItemType type = ItemType::other;
+
+    friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
+};
+
+/// What must hold for a move, beside that its destination is free. A plain value.
+struct MoveConditions {
+    /// The directory that the user authorised. Links on the way to it are followed; below it every
+    /// step must be a directory itself, so that a link put there leads nothing in or out. A path
+    /// that is not at or below it, and every path when there is none, is followed as it reads.
+    std::optional<FileURL> within;
+    /// The item that is meant. Another one at its place is not moved; one that is put there in the
+    /// very moment of the move is put back.
+    std::optional<ItemIdentity> identity;
+};
+
+}  // namespace gruk

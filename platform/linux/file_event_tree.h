@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/foundation/file_url.h"
+#include "platform/linux/file_event_folders.h"
+#include "platform/linux/file_event_records.h"
+
+namespace gruk {
+
+/// The calls that make and end watches; a test lets them fail.
+struct WatchCalls {
+    /// Watches an open directory; returns its watch, or the negative error number.
+    std::function<int(int queue, int directory)> add;
+    std::function<void(int queue, int watch)> remove;
+
+    static WatchCalls live();
+};
+
+/// Keeps every directory of a tree watched while the tree changes. Knows no thread: whoever owns
+/// it reads the queue, hands every record to `handle`, and calls `work` while there is some.
+///
+/// A directory is watched first and listed then, so that what is made in between is heard of or
+/// found; and it is watched as what was opened, never by its path. Symbolic links and directories
+/// of another device are not entered. Directories are held open only while there is work.
+class FileEventTree {
+public:
+    /// Opens and watches `root`; throws `FileError`. `queue` is borrowed.
+    FileEventTree(const FileURL& root, int queue, WatchCalls calls = WatchCalls::live());
+
+    /// Takes in one record; returns whether it tells of a change.
+    bool handle(const FileEventRecord& record);
+
+    /// Whether directories are to be taken in or looked for.
+    [[nodiscard]] bool hasWork() const { return !isGone_ && (!todo_.empty() || !moved_.empty()); }
+
+    /// Takes in at most `count` directories; returns whether that counts as a change.
+    bool work(std::size_t count);
+
+    /// Whether the root has gone from its place: there is nothing more to hear.
+    [[nodiscard]] bool isGone() const { return isGone_; }
+
+    /// What went short since the last call, in words for the log; each kind is told once.
+    [[nodiscard]] std::optional<std::string> takeComplaint();
+
+    [[nodiscard]] std::size_t watchCount() const { return folders_.size(); }
+
+private:
+    struct Item {
+        /// The watch of the directory that it is in; 0 for the root.
+        int parent = 0;
+        std::string name;
+        /// Whether it is listed also when it is watched already.
+        bool listsAgain = false;
+    };
+    enum class Shortfall { watches, queue, descriptors };
+
+    void walkAgain();
+    bool takeIn(const Item& item);
+    bool takeInOpened(int directory, const Item& item);
+    bool watchFailed(int error);
+    bool wasChangedSinceTheBeginning(int directory) const;
+    void finishWork();
+    [[nodiscard]] std::vector<int> movedAway();
+    void drop(const std::vector<int>& watches);
+    bool complain(Shortfall shortfall);
+
+    std::string rootPath_;
+    int queue_;
+    WatchCalls calls_;
+    timespec begun_{};
+    FileEventFolders folders_;
+    /// The last one first, so that a tree is taken in depth first.
+    std::vector<Item> todo_;
+    /// Those that moved; whether they are still in the tree shows when all else is done.
+    std::vector<int> moved_;
+    /// Counts the walks, so that none lists a directory twice.
+    std::uint32_t walk_ = 1;
+    /// Set after records were lost: what no walk since then has listed is not there any more.
+    std::optional<std::uint32_t> dropsBefore_;
+    bool isFirstWalk_ = true;
+    bool isGone_ = false;
+    std::vector<Shortfall> told_;
+    std::string complaint_;
+};
+
+}  // namespace gruk

@@ -1,0 +1,240 @@
+#include "platform/linux/guarded_move.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include "platform/linux/errno_error.h"
+#include "platform/linux/persistently.h"
+
+namespace gruk {
+
+namespace {
+
+constexpr const char* operation = "move";
+
+int examine(const Spot& spot, PlaceFacts& facts, const MoveCalls& calls)
+{
+    return persistently(
+        [&] { return calls.facts(spot.directory, spot.name.c_str(), LastLink::refused, facts); });
+}
+
+bool isAt(const Spot& spot, const ItemIdentity& identity, const MoveCalls& calls)
+{
+    PlaceFacts facts;
+    return examine(spot, facts, calls) == 0 && identityFrom(facts.item) == identity;
+}
+
+/// Whether the item has come to `to` although the call said otherwise: a server may have done it
+/// and lost its answer, and a call that is repeated then finds nothing to move.
+bool hasArrived(const Spot& from, const Spot& to, const ItemIdentity& moved, const MoveCalls& calls)
+{
+    PlaceFacts facts;
+    return isAt(to, moved, calls) && examine(from, facts, calls) == -ENOENT;
+}
+
+/// An empty thing of our own that holds a free name until an item is moved over it.
+class PlaceHolder {
+public:
+    PlaceHolder(const Spot& spot, ItemType type, const MoveCalls& calls)
+        : spot_(spot), calls_(calls), isDirectory_(type == ItemType::directory)
+    {
+    }
+
+    /// 0 or the negative error number; then there is none.
+    int make()
+    {
+        const int result = isDirectory_ ? makeDirectory() : makeFile();
+        isMade_ = result >= 0;
+        return result;
+    }
+
+    /// Whether it still stands there and nobody put anything into it.
+    [[nodiscard]] bool isUntouched() const
+    {
+        PlaceFacts facts;
+        return examine(spot_, facts, calls_) == 0 && identityFrom(facts.item) == identity_
+               && (isDirectory_ || facts.item.logicalSize == 0);
+    }
+
+    /// Takes it away if it is still the one that was made.
+    void remove() const
+    {
+        if (isMade_ && isUntouched()) {
+            const auto& call = isDirectory_ ? calls_.removeDirectory : calls_.remove;
+            persistently([&] { return call(spot_.directory, spot_.name.c_str()); });
+        }
+    }
+
+private:
+    int makeDirectory()
+    {
+        constexpr unsigned ownerOnly = 0700;
+        int result = persistently(
+            [&] { return calls_.makeDirectory(spot_.directory, spot_.name.c_str(), ownerOnly); });
+        if (result == 0 && (result = learn(spot_.directory, spot_.name)) < 0) {
+            // Should it be another one's by now, only an empty one can go.
+            persistently(
+                [&] { return calls_.removeDirectory(spot_.directory, spot_.name.c_str()); });
+        }
+        return result;
+    }
+
+    int makeFile()
+    {
+        constexpr unsigned ownerOnly = 0600;
+        const int descriptor = persistently(
+            [&] { return calls_.createExclusive(spot_.directory, spot_.name.c_str(), ownerOnly); });
+        if (descriptor < 0) {
+            return descriptor;
+        }
+        int result = learn(descriptor, std::string());
+        if (result < 0) {
+            result = learn(spot_.directory, spot_.name);
+        }
+        calls_.close(descriptor);
+        return result;
+    }
+
+    /// Without its identity it cannot be told from what others make.
+    int learn(int directory, const std::string& name)
+    {
+        PlaceFacts facts;
+        const int result = persistently(
+            [&] { return calls_.facts(directory, name.c_str(), LastLink::refused, facts); });
+        identity_ = identityFrom(facts.item);
+        return result;
+    }
+
+    const Spot& spot_;
+    const MoveCalls& calls_;
+    bool isDirectory_;
+    bool isMade_ = false;
+    ItemIdentity identity_;
+};
+
+/// The nearest to "never replace" that a file system without it has. A directory can only take the
+/// place of an empty one, so nothing but our own place-holder can be lost. For anything else there
+/// is a moment between the last look at the place-holder and the move in which another program
+/// would have to write into a file that it did not make. The other way, to link to the new name
+/// and remove the old one, has such a moment too, and there a file that was just saved anew under
+/// the old name would be deleted.
+int moveOverPlaceHolder(const Spot& from, const Spot& to, const PlaceFacts& item,
+                        const MoveCalls& calls)
+{
+    if (item.item.type == ItemType::directory && pathIsAtOrBelow(to.path, from.path)) {
+        return -EINVAL;
+    }
+    PlaceHolder holder(to, item.item.type, calls);
+    if (const int result = holder.make(); result < 0) {
+        return result;
+    }
+    int result = -EEXIST;
+    if (holder.isUntouched()) {
+        result = persistently([&] {
+            return calls.moveOver(from.directory, from.name.c_str(), to.directory, to.name.c_str());
+        });
+    }
+    if (result < 0) {
+        holder.remove();
+    }
+    return result == -ENOTEMPTY || result == -ENOTDIR || result == -EISDIR ? -EEXIST : result;
+}
+
+bool saysNotSupported(int result)
+{
+    return result == -EINVAL || result == -ENOSYS || result == -EOPNOTSUPP;
+}
+
+/// Moves the item, which is `item`; 0 or the negative error number, and then it has not moved.
+int transfer(const Spot& from, const Spot& to, const PlaceFacts& item, const MoveCalls& calls)
+{
+    int result = persistently([&] {
+        return calls.moveWithoutReplacing(from.directory, from.name.c_str(), to.directory,
+                                          to.name.c_str());
+    });
+    if (saysNotSupported(result)) {
+        result = moveOverPlaceHolder(from, to, item, calls);
+    }
+    return result < 0 && hasArrived(from, to, identityFrom(item.item), calls) ? 0 : result;
+}
+
+/// A move that is done stays done when its names cannot be made durable: after a power failure
+/// they are the former ones or the new ones, as the file system keeps them. So no error is told.
+void makeDurable(const Spot& from, const Spot& to, const MoveCalls& calls)
+{
+    persistently([&] { return calls.synchronizeDirectory(to.directory); });
+    if (from.directory != to.directory) {
+        persistently([&] { return calls.synchronizeDirectory(from.directory); });
+    }
+}
+
+[[noreturn]] void throwChanged(const std::string& path, std::string_view words)
+{
+    throw FileError(std::make_error_code(std::errc::no_such_file_or_directory), operation, path,
+                    words);
+}
+
+/// Looks once more at what arrived. Another item than the one that was meant goes back; so does
+/// one that cannot be looked at, but if it can neither be looked at nor put back it is taken for
+/// the one that was there a moment before, and the move stands.
+void confirm(const Spot& from, const Spot& to, const ItemIdentity& identity, const MoveCalls& calls)
+{
+    PlaceFacts arrived;
+    const int seen = examine(to, arrived, calls);
+    if (seen == 0 && identityFrom(arrived.item) == identity) {
+        return;
+    }
+    const int result = transfer(to, from, arrived, calls);
+    if (result == 0) {
+        makeDurable(to, from, calls);
+        if (seen < 0) {
+            throwErrno(-seen, operation, from.path);
+        }
+        throwChanged(from.path, "another item was put in its place; it was left there");
+    }
+    if (seen == 0) {
+        throw StrayedItemError(std::make_error_code(std::errc::no_such_file_or_directory),
+                               operation, from.path,
+                               "another item was put in its place, and is now at " + to.path);
+    }
+}
+
+}  // namespace
+
+ItemIdentity identityFrom(const ItemFacts& facts)
+{
+    return {facts.deviceID, facts.inode, facts.type};
+}
+
+PlaceFacts factsOf(const Spot& spot, const char* tried, const MoveCalls& calls)
+{
+    PlaceFacts facts;
+    if (const int result = examine(spot, facts, calls); result < 0) {
+        throwErrno(-result, tried, spot.path);
+    }
+    return facts;
+}
+
+void requireIdentity(const PlaceFacts& found, const std::optional<ItemIdentity>& meant,
+                     const std::string& path)
+{
+    if (meant && identityFrom(found.item) != *meant) {
+        throwChanged(path, "another item stands there now");
+    }
+}
+
+void moveBetween(const Spot& from, const Spot& to, const std::optional<ItemIdentity>& identity,
+                 const MoveCalls& calls)
+{
+    const PlaceFacts item = factsOf(from, operation, calls);
+    requireIdentity(item, identity, from.path);
+    if (const int result = transfer(from, to, item, calls); result < 0) {
+        throwErrno(-result, operation, result == -EEXIST ? to.path : from.path);
+    }
+    if (identity) {
+        confirm(from, to, *identity, calls);
+    }
+    makeDurable(from, to, calls);
+}
+
+}  // namespace gruk

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/files/move_calls.h"
+#include "platform/files/move_conditions.h"
+#include "platform/foundation/errors.h"
+#include "platform/linux/long_path.h"
+
+/// One move between two open directories.
+
+namespace gruk {
+
+/// A name in an open directory, and the path by which errors call it. Borrows all three.
+struct Spot {
+    int directory;
+    const std::string& name;
+    const std::string& path;
+};
+
+/// Another item than the one that was meant came to the destination, and could not be put back,
+/// since something stands at its old place again. `what()` says where it is.
+class StrayedItemError : public FileError {
+public:
+    using FileError::FileError;
+};
+
+/// What proves that the item is the one with these facts.
+[[nodiscard]] ItemIdentity identityFrom(const ItemFacts& facts);
+
+/// The facts of the item itself. Throws `FileError` with `operation`.
+[[nodiscard]] PlaceFacts factsOf(const Spot& spot, const char* operation, const MoveCalls& calls);
+
+/// Throws `FileError`, `no_such_file_or_directory`, unless `found` is the one that is `meant`.
+void requireIdentity(const PlaceFacts& found, const std::optional<ItemIdentity>& meant,
+                     const std::string& path);
+
+/// Moves the item itself from one spot to the other, which must be free, and makes both names
+/// durable as far as the system lets it. With `identity`, only that item: another one that is
+/// found there is left, and one that was put there in the very moment of the move goes back.
+///
+/// Throws `FileError`, and the item is then where it was; `StrayedItemError` see there.
+void moveBetween(const Spot& from, const Spot& to, const std::optional<ItemIdentity>& identity,
+                 const MoveCalls& calls);
+
+}  // namespace gruk

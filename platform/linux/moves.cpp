@@ -1,0 +1,147 @@
+#include "platform/files/moves.h"
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+
+#include "platform/foundation/errors.h"
+#include "platform/linux/errno_error.h"
+#include "platform/linux/guarded_move.h"
+#include "platform/linux/guarded_path.h"
+#include "platform/linux/persistently.h"
+
+namespace gruk {
+
+namespace {
+
+/// The facts of what is at `url`; throws `FileError`.
+PlaceFacts look(const FileURL& url, LastLink link, const MoveCalls& calls)
+{
+    PlaceFacts facts;
+    const auto ask = [&](int directory, const std::string& name) {
+        return persistently([&] { return calls.facts(directory, name.c_str(), link, facts); });
+    };
+    int result = ask(AT_FDCWD, url.path());
+    if (result == -ENAMETOOLONG) {
+        const OpenedParent parent = openWayTo(url, std::nullopt, "examine", calls);
+        result = ask(parent.directory.number(), parent.name);
+    }
+    if (result < 0) {
+        throwErrno(-result, "examine", url.path());
+    }
+    return facts;
+}
+
+bool isDirectory(int directory, const ListedName& child, const MoveCalls& calls)
+{
+    if (child.type) {
+        return *child.type == ItemType::directory;
+    }
+    PlaceFacts facts;
+    const std::string name(child.name);
+    return persistently([&] {
+               return calls.facts(directory, name.c_str(), LastLink::refused, facts);
+           }) == 0
+           && facts.item.type == ItemType::directory;
+}
+
+}  // namespace
+
+bool itemStands(const FileURL& url, const MoveCalls& calls)
+{
+    try {
+        static_cast<void>(look(url, LastLink::refused, calls));
+    } catch (const FileError& error) {
+        return error.code() != std::errc::no_such_file_or_directory
+               && error.code() != std::errc::not_a_directory;
+    }
+    return true;
+}
+
+bool itemIsReachable(const FileURL& url, const MoveCalls& calls)
+{
+    try {
+        static_cast<void>(look(url, LastLink::followed, calls));
+    } catch (const FileError&) {
+        return false;
+    }
+    return true;
+}
+
+std::vector<FileURL> itemsIn(const FileURL& directory, HiddenItems hidden, const MoveCalls& calls)
+{
+    const OpenedDirectory opened = openDirectoryAt(directory.path(), calls);
+    if (opened.error != 0) {
+        throwErrno(opened.error, "list", directory.path());
+    }
+    const int number = opened.directory.number();
+    std::vector<FileURL> items;
+    const int result = calls.list(number, [&](const ListedName& child) {
+        if (hidden == HiddenItems::listed || !child.name.starts_with('.')) {
+            items.push_back(directory.appending(child.name, isDirectory(number, child, calls)
+                                                                ? FileURL::Names::directory
+                                                                : FileURL::Names::item));
+        }
+    });
+    if (result < 0) {
+        throwErrno(-result, "list", directory.path());
+    }
+    return items;
+}
+
+void makeDirectory(const FileURL& url, const MoveConditions& conditions, const MoveCalls& calls)
+{
+    constexpr unsigned everything = 0777;
+    const OpenedParent parent = openWayTo(url, conditions.within, "make directory", calls);
+    const int result = persistently([&] {
+        return calls.makeDirectory(parent.directory.number(), parent.name.c_str(), everything);
+    });
+    if (result < 0) {
+        throwErrno(-result, "make directory", url.path());
+    }
+}
+
+void moveItem(const FileURL& from, const FileURL& to, const MoveConditions& conditions,
+              const MoveCalls& calls)
+{
+    const OpenedParent source = openWayTo(from, conditions.within, "move", calls);
+    const OpenedParent target = openWayTo(to, conditions.within, "move", calls);
+    moveBetween({source.directory.number(), source.name, from.path()},
+                {target.directory.number(), target.name, to.path()}, conditions.identity, calls);
+}
+
+void replaceOwnFile(const FileURL& target, std::string_view bytes, const MoveConditions& conditions,
+                    const MoveCalls& calls)
+{
+    const OpenedParent parent = openWayTo(target, conditions.within, "write", calls);
+    const bool isGuarded =
+        conditions.within && pathIsAtOrBelow(target.path(), conditions.within->path());
+    // The open directory, wherever it may be put meanwhile, under a path that a call can take.
+    const FileURL reached("/proc/self/fd/" + std::to_string(parent.directory.number()) + "/"
+                          + parent.name);
+    const auto refuseLink = [&] {
+        PlaceFacts facts;
+        const int result = persistently([&] {
+            return calls.facts(parent.directory.number(), parent.name.c_str(), LastLink::refused,
+                               facts);
+        });
+        if (isGuarded && result == 0 && facts.item.type == ItemType::symbolicLink) {
+            throwErrno(ELOOP, "write", target.path());
+        }
+    };
+    refuseLink();
+    try {
+        AtomicFile file(reached, calls.files,
+                        isGuarded ? AtomicFile::TargetLink::replaced
+                                  : AtomicFile::TargetLink::followed);
+        file.write(bytes);
+        refuseLink();
+        file.commit();
+    } catch (const FileError& error) {
+        throw FileError(error.code(), error.operation(), target.path());
+    }
+}
+
+}  // namespace gruk

@@ -1,0 +1,204 @@
+#include "platform/linux/trash_folder.h"
+
+#include <cerrno>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <unistd.h>
+
+#include "platform/files/known_folders.h"
+#include "platform/foundation/errors.h"
+#include "platform/linux/errno_error.h"
+#include "platform/linux/guarded_path.h"
+#include "platform/linux/persistently.h"
+#include "platform/linux/volume_top.h"
+
+namespace gruk {
+
+namespace {
+
+constexpr const char* operation = "find Trash";
+constexpr unsigned ownerOnly = 0700;
+constexpr unsigned stickyBit = 01000;
+
+int describe(const Descriptor& directory, PlaceFacts& facts, const MoveCalls& calls)
+{
+    return persistently(
+        [&] { return calls.facts(directory.number(), "", LastLink::refused, facts); });
+}
+
+/// Opens a directory of the user's own by its name, and makes it when it is missing.
+OpenedDirectory openOrMake(const Descriptor& parent, const std::string& name, LastLink link,
+                           const MoveCalls& calls)
+{
+    OpenedDirectory opened = openDirectoryIn(parent.number(), name, link, calls);
+    if (opened.error != ENOENT) {
+        return opened;
+    }
+    const int made =
+        persistently([&] { return calls.makeDirectory(parent.number(), name.c_str(), ownerOnly); });
+    if (made < 0 && made != -EEXIST) {
+        return {Descriptor(), -made};
+    }
+    return openDirectoryIn(parent.number(), name, link, calls);
+}
+
+/// The same for a directory that must be the user's: in a folder that others may write to, one of
+/// theirs could lie in wait. So says the specification, and a file system that knows no owners is
+/// told by it, too.
+OpenedDirectory openOrMakeOwned(const Descriptor& parent, const std::string& name,
+                                const MoveCalls& calls)
+{
+    OpenedDirectory opened = openOrMake(parent, name, LastLink::refused, calls);
+    PlaceFacts facts;
+    if (opened.error == 0) {
+        opened.error = -describe(opened.directory, facts, calls);
+    }
+    if (opened.error == 0 && facts.owner != ::geteuid()) {
+        opened.error = EPERM;
+    }
+    return opened;
+}
+
+/// Opens the two folders of a Trash; 0 or the positive error number. At home they are the user's by
+/// being there, also where a server calls the owner by another number.
+int openParts(TrashFolder& trash, const MoveCalls& calls)
+{
+    const auto open = [&](const std::string& name) {
+        return trash.volume ? openOrMakeOwned(trash.base, name, calls)
+                            : openOrMake(trash.base, name, LastLink::refused, calls);
+    };
+    OpenedDirectory files = open("files");
+    OpenedDirectory info = files.error == 0 ? open("info") : OpenedDirectory();
+    trash.files = std::move(files.directory);
+    trash.info = std::move(info.directory);
+    return files.error != 0 ? files.error : info.error;
+}
+
+/// The Trash at home as far as it is there.
+struct HomeTrash {
+    Descriptor nearest;
+    /// What is missing below it, from the top down.
+    std::vector<std::string> missing;
+    /// Why it cannot be used, whatever is done; else 0.
+    int obstacle = 0;
+};
+
+/// Errors that come from what stands on the way, and not from the state of the machine.
+bool isObstacle(int error)
+{
+    return error == ENOTDIR || error == ELOOP || error == EACCES || error == EPERM;
+}
+
+HomeTrash lookForHomeTrash(FileURL place, const MoveCalls& calls)
+{
+    HomeTrash home;
+    for (;;) {
+        OpenedDirectory opened = openDirectoryAt(place.path(), calls);
+        if (opened.error == 0) {
+            home.nearest = std::move(opened.directory);
+            return home;
+        }
+        if ((opened.error != ENOENT && !isObstacle(opened.error)) || place == FileURL()) {
+            throwErrno(opened.error, operation, place.path());
+        }
+        if (isObstacle(opened.error)) {
+            home.obstacle = opened.error;
+        }
+        home.missing.emplace(home.missing.begin(), place.lastPathComponent());
+        place = place.deletingLastPathComponent();
+    }
+}
+
+/// Makes what is missing and opens the Trash at `place`. Throws.
+TrashFolder openHomeTrash(HomeTrash home, const FileURL& place, const MoveCalls& calls)
+{
+    if (home.obstacle != 0) {
+        throwErrno(home.obstacle, operation, place.path());
+    }
+    TrashFolder trash;
+    trash.base = std::move(home.nearest);
+    trash.path = place.path();
+    for (const std::string& name : home.missing) {
+        OpenedDirectory next = openOrMake(trash.base, name, LastLink::followed, calls);
+        trash.base = std::move(next.directory);
+        if (next.error != 0) {
+            throwErrno(next.error, operation, place.path());
+        }
+    }
+    if (const int error = openParts(trash, calls); error != 0) {
+        throwErrno(error, operation, place.path());
+    }
+    return trash;
+}
+
+/// The folder for the Trashes of all users at the top of a volume; none unless it is fit for that.
+OpenedDirectory openShared(const VolumeTop& top, const MoveCalls& calls)
+{
+    OpenedDirectory shared =
+        openDirectoryIn(top.directory.number(), ".Trash", LastLink::refused, calls);
+    PlaceFacts facts;
+    if (shared.error == 0) {
+        shared.error = -describe(shared.directory, facts, calls);
+    }
+    if (shared.error == 0 && (facts.permissions & stickyBit) == 0) {
+        shared.error = EPERM;
+    }
+    return shared;
+}
+
+/// Opens the Trash `name` in `parent` with its parts; 0 or the positive error number.
+int openVolumeTrash(TrashFolder& trash, const Descriptor& parent, const std::string& name,
+                    const MoveCalls& calls)
+{
+    OpenedDirectory base = openOrMakeOwned(parent, name, calls);
+    if (base.error != 0) {
+        return base.error;
+    }
+    trash.base = std::move(base.directory);
+    return openParts(trash, calls);
+}
+
+TrashFolder trashOfVolume(int parent, const std::string& path, const MoveCalls& calls)
+{
+    const VolumeTop top = volumeTop(parent, calls);
+    const std::string user = std::to_string(::geteuid());
+    const FileURL place = FileURL::directory(top.path);
+    TrashFolder trash;
+    trash.volume = top.path;
+    if (const OpenedDirectory shared = openShared(top, calls);
+        shared.error == 0 && openVolumeTrash(trash, shared.directory, user, calls) == 0) {
+        trash.path = place.appending(".Trash/" + user).path();
+        return trash;
+    }
+    const std::string name = ".Trash-" + user;
+    if (const int error = openVolumeTrash(trash, top.directory, name, calls); error != 0) {
+        const std::string reason = std::generic_category().message(error);
+        throw FileError(std::make_error_code(std::errc::cross_device_link), operation, path,
+                        "its volume has no Trash: " + reason);
+    }
+    trash.path = place.appending(name).path();
+    return trash;
+}
+
+}  // namespace
+
+TrashFolder openTrashFor(int parent, const PlaceFacts& facts, const std::string& path,
+                         const MoveCalls& calls)
+{
+    if (const auto data = applicationSupportDirectory()) {
+        const FileURL place = data->appending("Trash", FileURL::Names::directory);
+        HomeTrash home = lookForHomeTrash(place, calls);
+        PlaceFacts nearest;
+        if (const int result = describe(home.nearest, nearest, calls); result < 0) {
+            throwErrno(-result, operation, place.path());
+        }
+        if (areOnOneMount(nearest, facts)) {
+            return openHomeTrash(std::move(home), place, calls);
+        }
+    }
+    return trashOfVolume(parent, path, calls);
+}
+
+}  // namespace gruk

@@ -1,0 +1,88 @@
+#include "platform/linux/volume_top.h"
+
+#include <utility>
+
+#include "platform/linux/errno_error.h"
+#include "platform/linux/guarded_path.h"
+#include "platform/linux/persistently.h"
+
+namespace gruk {
+
+namespace {
+
+constexpr const char* operation = "find volume";
+
+int describe(int directory, PlaceFacts& facts, const MoveCalls& calls)
+{
+    return persistently([&] { return calls.facts(directory, "", LastLink::refused, facts); });
+}
+
+[[noreturn]] void fail(int directory, int error, const MoveCalls& calls)
+{
+    std::string path;
+    calls.pathOf(directory, path);
+    throwErrno(error, operation, path);
+}
+
+/// What the system's table says of the mount, if that is what is found there: another mount may
+/// lie on top of it, and the table may have changed since.
+VolumeTop topByTable(const PlaceFacts& inside, const MoveCalls& calls)
+{
+    VolumeTop top;
+    if (inside.mount == 0 || calls.mountPoint(inside.mount, top.path) < 0) {
+        return {};
+    }
+    top.directory = openDirectoryAt(top.path, calls).directory;
+    PlaceFacts facts;
+    const bool isFound = top.directory.isOpen()
+                         && describe(top.directory.number(), facts, calls) == 0
+                         && areOnOneMount(facts, inside);
+    return isFound ? std::move(top) : VolumeTop();
+}
+
+/// Goes up until the next directory is of another mount, or the same one: above the root there is
+/// only the root.
+VolumeTop topByClimbing(int directory, PlaceFacts here, const MoveCalls& calls)
+{
+    OpenedDirectory at = openDirectoryIn(directory, ".", LastLink::refused, calls);
+    while (at.error == 0) {
+        OpenedDirectory above =
+            openDirectoryIn(at.directory.number(), "..", LastLink::refused, calls);
+        PlaceFacts facts;
+        if (above.error == 0) {
+            above.error = -describe(above.directory.number(), facts, calls);
+        }
+        const bool isSame =
+            facts.item.inode == here.item.inode && facts.item.deviceID == here.item.deviceID;
+        if (above.error == 0 && (isSame || !areOnOneMount(facts, here))) {
+            VolumeTop top{std::move(at.directory), {}};
+            const int result = calls.pathOf(top.directory.number(), top.path);
+            if (result < 0) {
+                fail(directory, -result, calls);
+            }
+            return top;
+        }
+        at = std::move(above);
+        here = facts;
+    }
+    fail(directory, at.error, calls);
+}
+
+}  // namespace
+
+bool areOnOneMount(const PlaceFacts& a, const PlaceFacts& b)
+{
+    return a.mount != 0 && b.mount != 0 ? a.mount == b.mount : a.item.deviceID == b.item.deviceID;
+}
+
+VolumeTop volumeTop(int directory, const MoveCalls& calls)
+{
+    PlaceFacts facts;
+    if (const int result = describe(directory, facts, calls); result < 0) {
+        fail(directory, -result, calls);
+    }
+    VolumeTop top = topByTable(facts, calls);
+    return top.directory.isOpen() ? std::move(top) : topByClimbing(directory, facts, calls);
+}
+
+}  // namespace gruk

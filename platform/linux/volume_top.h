@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "platform/files/move_calls.h"
+#include "platform/linux/descriptor.h"
+
+namespace gruk {
+
+/// The directory at which a volume is mounted.
+struct VolumeTop {
+    Descriptor directory;
+    std::string path;
+};
+
+/// Whether two items are shown by one mount: between any others a move is refused, even when both
+/// show the same disk. By their devices where the system does not number its mounts.
+[[nodiscard]] bool areOnOneMount(const PlaceFacts& a, const PlaceFacts& b);
+
+/// The top of the mount that shows the open `directory`. Throws `FileError`.
+[[nodiscard]] VolumeTop volumeTop(int directory, const MoveCalls& calls);
+
+}  // namespace gruk

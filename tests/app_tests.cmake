@@ -1,0 +1,71 @@
+# Included by CMakeLists.txt beside it when the program is built.
+find_package(Qt6 REQUIRED COMPONENTS Widgets)
+
+# Fakes for the application: a main thread and a pool by hand, a scripted panel, a private window.
+add_library(gruk_app_test_support STATIC
+    support/model_house.cpp
+    support/screen_house.cpp)
+target_link_libraries(gruk_app_test_support PUBLIC gruk_app gruk_test_support)
+
+gruk_add_tests(gruk_app_tests
+    app/desktop/file_dialog_open_panel_test.cpp
+    app/desktop/termination_signals_test.cpp
+    app/main.cpp
+    app/model/app_model_grants_test.cpp
+    app/model/app_model_history_test.cpp
+    app/model/app_model_patrol_test.cpp
+    app/model/background_test.cpp
+    app/model/realm_figures_test.cpp
+    app/screens/dropped_folders_test.cpp
+    app/screens/findings_geometry_test.cpp
+    app/screens/findings_list_test.cpp
+    app/screens/main_window_test.cpp
+    app/screens/patrol_page_test.cpp
+    app/screens/patrol_text_test.cpp
+    app/theme/card_painter_test.cpp
+    app/theme/focus_ring_test.cpp
+    app/theme/icons_test.cpp
+    app/theme/palette_test.cpp
+    app/theme/text_test.cpp
+    app/theme/theme_test.cpp
+    app/tour/tree_copy_test.cpp)
+target_link_libraries(gruk_app_tests PRIVATE gruk_app_test_support gruk_tour_parts)
+
+# Those with threads of their own.
+gruk_add_tests(gruk_app_thread_tests LABEL threads
+    app/desktop/qt_run_loop_test.cpp
+    app/main.cpp
+    app/model/app_model_live_test.cpp)
+target_link_libraries(gruk_app_thread_tests PRIVATE gruk_app_test_support)
+
+# Every picture of the tour is written, and none is blank.
+add_test(NAME Tour.writesEveryPicture
+    COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/tour)
+# Without a display the program ends with a sentence.
+add_test(NAME Program.endsWithASentenceWithoutADisplay COMMAND gruk)
+set_tests_properties(Program.endsWithASentenceWithoutADisplay PROPERTIES
+    ENVIRONMENT "DISPLAY=;WAYLAND_DISPLAY=;QT_QPA_PLATFORM=xcb"
+    PASS_REGULAR_EXPRESSION "^Gruk needs a display, and found none that it can use\\.\n$")
+add_test(NAME Program.tellsItsVersionWithoutADisplay COMMAND gruk --version)
+set_tests_properties(Program.tellsItsVersionWithoutADisplay PROPERTIES
+    ENVIRONMENT "DISPLAY=;WAYLAND_DISPLAY=;QT_QPA_PLATFORM=xcb"
+    PASS_REGULAR_EXPRESSION "Gruk ${PROJECT_VERSION}")
+
+# What holds for the repository itself: who may include what, and that every test is in a program.
+gruk_add_tests(gruk_repository_tests
+    repository/repository_test.cpp
+    repository/source_file.cpp
+    repository/walls.cpp
+    repository/walls_test.cpp)
+get_target_property(widget_headers Qt6::Widgets INTERFACE_INCLUDE_DIRECTORIES)
+list(FILTER widget_headers INCLUDE REGEX "/QtWidgets$")
+target_compile_definitions(gruk_repository_tests PRIVATE
+    GRUK_SOURCE_DIRECTORY="${PROJECT_SOURCE_DIR}"
+    GRUK_WIDGET_HEADERS="${widget_headers}")
+add_test(NAME Repository.refusesATestFileThatIsInNoProgram
+    COMMAND ${CMAKE_COMMAND} -DMODULE=${PROJECT_SOURCE_DIR}/cmake/RequireEveryTest.cmake
+        -DFOLDER=${CMAKE_CURRENT_BINARY_DIR}/require_every_test
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/repository/require_every_test_check.cmake)
+
+include(${PROJECT_SOURCE_DIR}/cmake/RequireEveryTest.cmake)
+gruk_require_every_test(${CMAKE_CURRENT_SOURCE_DIR})

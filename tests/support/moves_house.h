@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files/move_calls.h"
+#include "platform/foundation/file_url.h"
+#include "tests/support/environment.h"
+#include "tests/support/temporary_directory.h"
+
+namespace gruk::test {
+
+/// A home of the test's own with a realm in it and, as soon as something is trashed, a Trash; and
+/// a folder outside the realm. Counts what is there. One thread, and one house at a time, since it
+/// sets the environment.
+class MovesHouse {
+public:
+    MovesHouse();
+
+    [[nodiscard]] const TemporaryDirectory& home() const { return home_; }
+    [[nodiscard]] FileURL realm() const { return FileURL::directory(home_.path("realm")); }
+    [[nodiscard]] FileURL outside() const { return FileURL::directory(home_.path("outside")); }
+
+    /// Everything in realm and Trash but folders and the program's own records, each as one line
+    /// of its content's hash, mode, times, attributes, or a link's target: equal before and after
+    /// when nothing was lost, changed, copied or added.
+    [[nodiscard]] std::multiset<std::string> census() const;
+
+    /// The same of any folder, with the paths in the lines.
+    [[nodiscard]] static std::multiset<std::string> censusWithPaths(const std::string& folder);
+
+    /// The paths of everything at and below `folder` that a user could take, folders too, without
+    /// the program's own records.
+    [[nodiscard]] static std::vector<std::string> itemsBelow(const std::string& folder);
+
+private:
+    TemporaryDirectory home_;
+    EnvironmentVariable homeVariable_;
+    EnvironmentVariable dataVariable_;
+};
+
+/// The system's calls, but for the waiting until a disk has written: for tests of many moves, which
+/// do not cut the power.
+[[nodiscard]] MoveCalls withoutWaiting();
+
+/// `count`, or a tenth of it where a sanitizer makes everything slow.
+[[nodiscard]] std::size_t unlessSanitized(std::size_t count);
+
+/// Keeps the figures of one promise where `./test -L promises` finds them, and prints them.
+void reportPromise(const std::string& name, const std::string& figures);
+
+}  // namespace gruk::test
