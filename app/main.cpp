@@ -8,9 +8,11 @@
 #include <QApplication>
 #include <QCommandLineParser>
 
+#include "app/desktop/activation.h"
 #include "app/desktop/file_dialog_open_panel.h"
 #include "app/desktop/qt_run_loop.h"
 #include "app/desktop/qt_task_pool.h"
+#include "app/desktop/single_instance.h"
 #include "app/desktop/termination_signals.h"
 #include "app/model/app_model.h"
 #include "app/screens/main_window.h"
@@ -61,7 +63,7 @@ void readArguments(const QCoreApplication& application)
     arguments.process(application);
 }
 
-int runWindow(QApplication& application)
+int runWindow(QApplication& application, gruk::SingleInstance& instance)
 {
     // What runs on the pool may post to the loop until it has ended.
     const auto runLoop = std::make_shared<gruk::QtRunLoop>();
@@ -75,6 +77,10 @@ int runWindow(QApplication& application)
         gruk::SweepView window(model, theme);
         openPanel->setParentWindow(&window);
         window.show();
+        QObject::connect(&instance, &gruk::SingleInstance::activated, &window,
+                         [&window](const gruk::ActivationTokens& tokens) {
+                             gruk::bringForward(window, tokens);
+                         });
         const gruk::TerminationSignals signals([] { QApplication::quit(); });
         code = application.exec();
     }
@@ -82,6 +88,24 @@ int runWindow(QApplication& application)
         std::_Exit(code);
     }
     return code;
+}
+
+/// Shows the window, or the one of the process that shows it already.
+int runOnce(QApplication& application, const gruk::ActivationTokens& tokens)
+{
+    // The other one may be about to end: then this one is the first at the second attempt.
+    constexpr int attempts = 2;
+    for (int i = 0; i < attempts; ++i) {
+        gruk::SingleInstance instance(QGuiApplication::desktopFileName());
+        if (instance.isFirst()) {
+            return runWindow(application, instance);
+        }
+        if (instance.activateOther(tokens)) {
+            return EXIT_SUCCESS;
+        }
+    }
+    std::fprintf(stderr, "Gruk is running already, but does not answer.\n");
+    return EXIT_FAILURE;
 }
 
 }  // namespace
@@ -93,9 +117,10 @@ int main(int argc, char* argv[])
         const QCoreApplication application(argc, argv);
         readArguments(application);
     }
+    const gruk::ActivationTokens tokens = gruk::ActivationTokens::fromEnvironment();
     const QtMessageHandler usual = qInstallMessageHandler(reportFatal);
     QApplication application(argc, argv);
     qInstallMessageHandler(usual);
     readArguments(application);
-    return runWindow(application);
+    return runOnce(application, tokens);
 }

@@ -8,12 +8,20 @@ add_library(gruk_app_test_support STATIC
 target_link_libraries(gruk_app_test_support PUBLIC gruk_app gruk_test_support)
 
 gruk_add_tests(gruk_app_tests
+    app/desktop/activation_test.cpp
     app/desktop/file_dialog_open_panel_test.cpp
+    app/desktop/second_start_test.cpp
+    app/desktop/single_instance_test.cpp
     app/desktop/termination_signals_test.cpp
     app/main.cpp
+    app/model/app_model_automation_test.cpp
     app/model/app_model_grants_test.cpp
     app/model/app_model_history_test.cpp
+    app/model/app_model_lost_access_test.cpp
     app/model/app_model_patrol_test.cpp
+    app/model/app_model_territories_test.cpp
+    app/model/app_model_tidy_test.cpp
+    app/model/app_model_trash_test.cpp
     app/model/background_test.cpp
     app/model/realm_figures_test.cpp
     app/screens/dropped_folders_test.cpp
@@ -30,12 +38,16 @@ gruk_add_tests(gruk_app_tests
     app/theme/theme_test.cpp
     app/tour/tree_copy_test.cpp)
 target_link_libraries(gruk_app_tests PRIVATE gruk_app_test_support gruk_tour_parts)
+# Some start the program itself.
+add_dependencies(gruk_app_tests gruk)
+target_compile_definitions(gruk_app_tests PRIVATE GRUK_PROGRAM="$<TARGET_FILE:gruk>")
 
 # Those with threads of their own.
 gruk_add_tests(gruk_app_thread_tests LABEL threads
     app/desktop/qt_run_loop_test.cpp
     app/main.cpp
-    app/model/app_model_live_test.cpp)
+    app/model/app_model_live_test.cpp
+    app/model/app_model_soak_test.cpp)
 target_link_libraries(gruk_app_thread_tests PRIVATE gruk_app_test_support)
 
 # Every picture of the tour is written, and none is blank.

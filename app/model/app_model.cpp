@@ -2,25 +2,15 @@
 
 #include <utility>
 
-#include <QtGlobal>
-
-#include "app/desktop/file_dialog_open_panel.h"
-#include "app/desktop/qt_run_loop.h"
-#include "app/desktop/qt_task_pool.h"
 #include "app/model/background.h"
-#include "platform/files/known_folders.h"
+#include "app/model/setting_keys.h"
+#include "core/patrol/realm_history.h"
 #include "platform/files/metadata.h"
+#include "platform/foundation/errors.h"
 
 namespace gruk {
 
 namespace {
-
-/// `given`, or what `makeDefault` makes when there is none.
-template <typename T, typename Default>
-std::shared_ptr<T> orDefault(std::shared_ptr<T> given, Default makeDefault)
-{
-    return given ? std::move(given) : makeDefault();
-}
 
 std::vector<FileURL> missingAmong(const std::vector<FileURL>& urls)
 {
@@ -37,41 +27,30 @@ std::vector<FileURL> missingAmong(const std::vector<FileURL>& urls)
     return missing;
 }
 
-}  // namespace
-
-FileURL applicationDirectory()
+/// One summary a grant, all as of `now`. `cadences` are those of `grants`, in their order.
+std::vector<RealmSummary> summaries(const std::vector<Grant>& grants,
+                                    const std::vector<PatrolCadence>& cadences,
+                                    const SnapshotStore& store, Date now)
 {
-    const FileURL support = applicationSupportDirectory().value_or(temporaryDirectory());
-    return support.appending("Gruk", FileURL::Names::directory);
+    std::vector<RealmSummary> result;
+    for (std::size_t i = 0; i < grants.size(); ++i) {
+        const FileURL root = FileURL::directory(grants[i].path).standardized();
+        const RealmHistory history = RealmHistoryLoader::load(root, store, now);
+        result.push_back(RealmSummaryBuilder::summary(grants[i], history, cadences[i], now));
+    }
+    return result;
 }
+
+}  // namespace
 
 AppModel::AppModel() : AppModel(Collaborators()) {}
 
 AppModel::AppModel(Collaborators collaborators)
-    : runLoop_(
-        orDefault(std::move(collaborators.runLoop), [] { return std::make_shared<QtRunLoop>(); })),
-      taskPool_(orDefault(std::move(collaborators.taskPool),
-                          [] { return std::make_shared<QtTaskPool>(); })),
-      openPanel_(orDefault(std::move(collaborators.openPanel),
-                           [] { return std::make_shared<FileDialogOpenPanel>(); })),
-      log_(std::move(collaborators.log)),
-      grantStore_(orDefault(std::move(collaborators.grantStore),
-                            [] {
-                                return std::make_shared<GrantStore>(
-                                    applicationDirectory().appending("grants.json"));
-                            })),
-      snapshotScanner_(orDefault(std::move(collaborators.snapshotScanner),
-                                 [] { return std::make_shared<SnapshotScanner>(); })),
-      snapshotStore_(orDefault(std::move(collaborators.snapshotStore),
-                               [] {
-                                   return std::make_shared<SnapshotStore>(
-                                       applicationDirectory().appending("snapshots.json"));
-                               })),
-      grants_(grantStore_->grants())
+    : with_(std::move(collaborators).completed()), grants_(with_.grantStore->grants()),
+      reviewOnlyMode_(with_.preferences->boolean(SettingKeys::reviewOnlyMode).value_or(true)),
+      launchAtLogin_(with_.loginItem.isEnabled())
 {
-    if (!log_) {
-        log_ = [](const std::string& line) { qWarning("%s", line.c_str()); };
-    }
+    startTimer();
 }
 
 AppModel::~AppModel()
@@ -82,7 +61,34 @@ AppModel::~AppModel()
 
 bool AppModel::isConnected(const Grant& grant) const
 {
-    return accessForPatrol(FileURL::directory(grant.path)) != nullptr;
+    return accessTo(FileURL::directory(grant.path)) != nullptr;
+}
+
+std::shared_ptr<ScopedAccess> AppModel::accessTo(const FileURL& url) const
+{
+    std::shared_ptr<ScopedAccess> access = with_.grantStore->startAccess(url);
+    // What stands at the place asked for is the granted directory only while that is where the
+    // access leads; a mount point without its disk, or a new folder under an old name, is not it.
+    if (access
+        && !pathIsAtOrBelow(url.standardized().path(), access->url().standardized().path())) {
+        return nullptr;
+    }
+    return access;
+}
+
+void AppModel::tell(std::optional<std::string> message)
+{
+    assign(lastActionMessage_, std::move(message), &AppModel::lastActionMessageChanged);
+}
+
+void AppModel::complain(std::optional<std::string> message)
+{
+    assign(errorMessage_, std::move(message), &AppModel::errorMessageChanged);
+}
+
+RealmIdentity AppModel::activeRealmIdentity() const
+{
+    return with_.realmIdentityStore->identity(activeRootURL_ ? activeRootURL_->path() : "");
 }
 
 std::vector<SnapshotDelta> AppModel::topLevelChanges() const
@@ -96,11 +102,13 @@ QCoro::Task<> AppModel::selectRealm(FileURL url)
     if (activeRootURL_ == root) {
         co_return;
     }
-    assign(activeAccess_, grantStore_->startAccess(root), &AppModel::activeAccessChanged);
+    assign(activeAccess_, with_.grantStore->startAccess(root), &AppModel::activeAccessChanged);
     assign(activeRootURL_, root, &AppModel::activeRootURLChanged);
-    assign(lastActionMessage_, std::nullopt, &AppModel::lastActionMessageChanged);
-    assign(errorMessage_, std::nullopt, &AppModel::errorMessageChanged);
+    tell(std::nullopt);
+    complain(std::nullopt);
+    assign(pendingRuleFilingPlan_, std::nullopt, &AppModel::pendingRuleFilingPlanChanged);
     loadRealmHistory(root);
+    session().open(root);
 }
 
 void AppModel::loadRealmHistory(FileURL url)
@@ -116,10 +124,10 @@ void AppModel::loadRealmHistory(FileURL url)
 QCoro::Task<> AppModel::awaitRealmHistory(FileURL url, std::int64_t generation)
 {
     const Lifetime::Watch self = lifetime_.watch();
-    std::function<RealmFigures()> load = [url, store = snapshotStore_, loop = runLoop_] {
+    std::function<RealmFigures()> load = [url, store = with_.snapshotStore, loop = with_.runLoop] {
         return RealmFigures(RealmHistoryLoader::load(url, *store, loop->now()));
     };
-    RealmFigures figures = co_await inBackground(taskPool_, runLoop_, std::move(load));
+    RealmFigures figures = co_await inBackground(with_.taskPool, with_.runLoop, std::move(load));
 
     if (!self) {
         co_return;
@@ -155,6 +163,47 @@ void AppModel::clearActiveRealm()
            &AppModel::historyLoadGenerationChanged);
     assign(isLoadingRealmHistory_, false, &AppModel::isLoadingRealmHistoryChanged);
     showFigures(RealmFigures());
+    session().reset();
+}
+
+QCoro::Task<> AppModel::showTerritories()
+{
+    clearActiveRealm();
+    if (territoriesAreStale_ || territorySummaries_.empty()) {
+        co_await loadTerritories();
+    }
+}
+
+QCoro::Task<> AppModel::loadTerritories()
+{
+    assign(territoryLoadGeneration_, territoryLoadGeneration_ + 1,
+           &AppModel::territoryLoadGenerationChanged);
+    assign(isLoadingTerritories_, true, &AppModel::isLoadingTerritoriesChanged);
+    const std::int64_t generation = territoryLoadGeneration_;
+    const Lifetime::Watch self = lifetime_.watch();
+    const std::vector<Grant> grants = grants_;
+    std::vector<PatrolCadence> cadences;
+    for (const Grant& grant : grants) {
+        cadences.push_back(cadence(grant));
+    }
+    std::function<std::vector<RealmSummary>()> load =
+        [grants = grants_, cadences, store = with_.snapshotStore, loop = with_.runLoop] {
+            return summaries(grants, cadences, *store, loop->now());
+        };
+    std::vector<RealmSummary> loaded =
+        co_await inBackground(with_.taskPool, with_.runLoop, std::move(load));
+    // The flags of a superseded load belong to the newer one.
+    if (!self || territoryLoadGeneration_ != generation) {
+        co_return;
+    }
+    if (grants_ != grants) {
+        // It would show a realm that is gone, or miss a new one.
+        co_await loadTerritories();
+        co_return;
+    }
+    assign(territorySummaries_, std::move(loaded), &AppModel::territorySummariesChanged);
+    assign(isLoadingTerritories_, false, &AppModel::isLoadingTerritoriesChanged);
+    assign(territoriesAreStale_, false, &AppModel::territoriesAreStaleChanged);
 }
 
 QCoro::Task<std::shared_ptr<const std::vector<ReviewFinding>>>
@@ -165,7 +214,7 @@ AppModel::presentFindings(FindingsSort sort, std::optional<ReviewFinding::Reason
         return std::make_shared<const std::vector<ReviewFinding>>(
             FindingsPresenter::present(*findings, sort, reasonFilter));
     };
-    Findings presented = co_await inBackground(taskPool_, runLoop_, std::move(present));
+    Findings presented = co_await inBackground(with_.taskPool, with_.runLoop, std::move(present));
     co_return presented;
 }
 
@@ -174,14 +223,15 @@ QCoro::Task<std::vector<FileURL>> AppModel::missingItems(std::vector<FileURL> ur
     std::function<std::vector<FileURL>()> look = [urls = std::move(urls)] {
         return missingAmong(urls);
     };
-    std::vector<FileURL> missing = co_await inBackground(taskPool_, runLoop_, std::move(look));
+    std::vector<FileURL> missing =
+        co_await inBackground(with_.taskPool, with_.runLoop, std::move(look));
     co_return missing;
 }
 
 void AppModel::discard(std::shared_ptr<const void> value)
 {
     if (value) {
-        taskPool_->start([held = std::move(value)]() mutable { held.reset(); });
+        with_.taskPool->start([held = std::move(value)]() mutable { held.reset(); });
     }
 }
 

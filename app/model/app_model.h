@@ -1,25 +1,27 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include <QCoro/QCoroTask>
 #include <QObject>
 
-#include "app/desktop/open_panel.h"
 #include "app/model/lifetime.h"
+#include "app/model/model_collaborators.h"
 #include "app/model/realm_figures.h"
-#include "core/actions/grant_store.h"
+#include "core/actions/realm_rules.h"
+#include "core/automation/patrol_cadence.h"
+#include "core/automation/realm_watcher.h"
 #include "core/patrol/findings_presenter.h"
-#include "core/patrol/snapshot_scanner.h"
-#include "core/patrol/snapshot_store.h"
-#include "platform/events/run_loop.h"
-#include "platform/events/task_pool.h"
+#include "core/realm/realm_identity.h"
+#include "core/realm/realm_summary.h"
 
 namespace gruk {
 
@@ -33,17 +35,7 @@ class AppModel : public QObject {
     Q_OBJECT
 
 public:
-    /// What the model works with. Every empty one is replaced by the live default.
-    struct Collaborators {
-        std::shared_ptr<GrantStore> grantStore = {};
-        std::shared_ptr<SnapshotScanner> snapshotScanner = {};
-        std::shared_ptr<SnapshotStore> snapshotStore = {};
-        std::shared_ptr<RunLoop> runLoop = {};
-        std::shared_ptr<TaskPool> taskPool = {};
-        std::shared_ptr<OpenPanel> openPanel = {};
-        /// Writes one line to the system's log, on the main thread.
-        std::function<void(const std::string& line)> log = {};
-    };
+    using Collaborators = ModelCollaborators;
 
     /// All live.
     AppModel();
@@ -74,6 +66,14 @@ public:
     }
     [[nodiscard]] bool isLoadingRealmHistory() const { return isLoadingRealmHistory_; }
     [[nodiscard]] std::int64_t historyLoadGeneration() const { return historyLoadGeneration_; }
+
+    // All realms on the map.
+    [[nodiscard]] const std::vector<RealmSummary>& territorySummaries() const
+    {
+        return territorySummaries_;
+    }
+    [[nodiscard]] bool isLoadingTerritories() const { return isLoadingTerritories_; }
+    [[nodiscard]] std::int64_t territoryLoadGeneration() const { return territoryLoadGeneration_; }
     [[nodiscard]] bool territoriesAreStale() const { return territoriesAreStale_; }
 
     // Derived from them; they change with `latestSnapshot`, `deltas` and `liveRemovedBytesByPath`.
@@ -97,6 +97,39 @@ public:
         return patrolAccess_;
     }
 
+    /// What the active realm's folders show; the same object for ever.
+    [[nodiscard]] ScanSession& session() const { return *with_.session; }
+    [[nodiscard]] const RealmIdentityStore& realmIdentityStore() const
+    {
+        return *with_.realmIdentityStore;
+    }
+    /// The active realm's shield; that of the empty path without one.
+    [[nodiscard]] RealmIdentity activeRealmIdentity() const;
+
+    // What can be undone, each one deep and only while the program runs.
+    [[nodiscard]] const std::optional<TrashOperation>& lastTrashOperation() const
+    {
+        return lastTrashOperation_;
+    }
+    [[nodiscard]] const std::optional<StashOperation>& lastStashOperation() const
+    {
+        return lastStashOperation_;
+    }
+    [[nodiscard]] const std::optional<StashOperation>& lastOrganiseOperation() const
+    {
+        return lastOrganiseOperation_;
+    }
+    /// What the active realm's rules could file now.
+    [[nodiscard]] const std::optional<OrganisePlan>& pendingRuleFilingPlan() const
+    {
+        return pendingRuleFilingPlan_;
+    }
+
+    // Settings.
+    /// Whether nothing may go to the Trash.
+    [[nodiscard]] bool reviewOnlyMode() const { return reviewOnlyMode_; }
+    [[nodiscard]] bool launchAtLogin() const { return launchAtLogin_; }
+
     // What happened, and what did not.
     [[nodiscard]] const std::optional<std::string>& lastActionMessage() const
     {
@@ -104,17 +137,22 @@ public:
     }
     [[nodiscard]] const std::optional<std::string>& errorMessage() const { return errorMessage_; }
 
+    // The realms and their patrols.
+
     /// Opens a realm's page and starts loading its history. The active realm is left as it is.
     QCoro::Task<> selectRealm(FileURL url);
+    /// Leaves the active realm for the map of all of them, which is loaded if it has to be.
+    QCoro::Task<> showTerritories();
+    QCoro::Task<> loadTerritories();
 
     /// Patrols the active realm; says so when there is no access to it.
     QCoro::Task<> patrolActiveRealm();
-
+    /// Selects and patrols every realm, one after the other.
+    QCoro::Task<> patrolAllRealms();
     /// Patrols `url` under `access`, and yields the number of findings; none when the patrol
     /// failed or was cancelled, and at once, without a word, while another one runs.
     QCoro::Task<std::optional<std::int64_t>> runPatrol(FileURL url,
                                                        std::shared_ptr<ScopedAccess> access);
-
     /// Asks the running patrol, if any, to stop. It says so itself when it has.
     void cancelPatrol();
 
@@ -122,10 +160,51 @@ public:
     QCoro::Task<> grantRealm();
     /// Grants a folder that the user has chosen already, by dropping it on a window.
     QCoro::Task<> grantRealm(FileURL url);
+    /// The same as the first, beginning at the Desktop.
+    QCoro::Task<> grantDesktop();
     /// Finds a disconnected realm again: by its bookmark, else by asking the user.
     QCoro::Task<> regrantRealm(Grant grant);
     /// Forgets a grant; what was recorded of it stays.
     void removeRealm(Grant grant);
+
+    // The Trash. `expectedIdentity` is what stood there when the user was asked.
+    void setReviewOnly(bool enabled);
+    void moveFindingToTrash(const ReviewFinding& finding, const FileIdentity& expectedIdentity);
+    void moveFindingsToTrash(const std::vector<ReviewFinding>& findings);
+    void undoLastTrash();
+
+    // The Desktop and loose files. These move files on the main thread.
+    /// The Desktop, standardised, if it may be opened.
+    [[nodiscard]] std::optional<FileURL> grantedDesktopURL() const;
+    /// How many items a Hoard would take now, and its name.
+    [[nodiscard]] std::size_t stashableCount(const FileURL& desktop) const;
+    [[nodiscard]] std::string proposedHoardName(const FileURL& desktop) const;
+    void tidyDesktop();
+    void undoLastStash();
+    [[nodiscard]] std::optional<OrganisePlan> organisePlanForActiveRealm() const;
+    [[nodiscard]] std::optional<OrganisePlan> organisePlanForDesktop() const;
+    void organise(const OrganisePlan& plan);
+    void undoLastOrganise();
+    void filePendingRuleMatches();
+    void saveOrganiseOverride(const std::string& folderName, FileKind kind, const FileURL& realm);
+
+    // Shields, by a realm's path.
+    void saveShield(const RealmIdentity& identity, std::string_view path);
+    void resetShield(std::string_view path);
+
+    // Automation and settings.
+    [[nodiscard]] PatrolCadence cadence(const Grant& grant) const;
+    void setCadence(PatrolCadence cadence, const Grant& grant);
+    [[nodiscard]] std::vector<RealmRule> realmRules(const FileURL& realm) const;
+    /// Does nothing when the realm has as many rules as a realm can have.
+    void addRealmRule(FileKind kind, const std::string& folderName, bool applyAfterPatrol,
+                      const FileURL& realm);
+    void saveRealmRules(const std::vector<RealmRule>& rules, const FileURL& realm);
+    void setLaunchAtLogin(bool enabled);
+    /// Patrols the first realm whose patrol has come due by the clock.
+    QCoro::Task<> patrolDueRealms();
+    /// Patrols without being asked; a realm that cannot be opened is passed over without a word.
+    QCoro::Task<> automaticPatrol(Grant grant);
 
     /// The current findings sorted and filtered, made on the pool, since many take long. Never
     /// null.
@@ -153,11 +232,21 @@ Q_SIGNALS:
     void liveRemovedBytesByPathChanged();
     void isLoadingRealmHistoryChanged();
     void historyLoadGenerationChanged();
+    void territorySummariesChanged();
+    void isLoadingTerritoriesChanged();
+    void territoryLoadGenerationChanged();
     void territoriesAreStaleChanged();
     void isPatrollingChanged();
     void patrollingRootURLChanged();
     void patrolProgressChanged();
     void patrolAccessChanged();
+    void realmIdentityStoreChanged();
+    void lastTrashOperationChanged();
+    void lastStashOperationChanged();
+    void lastOrganiseOperationChanged();
+    void pendingRuleFilingPlanChanged();
+    void reviewOnlyModeChanged();
+    void launchAtLoginChanged();
     void lastActionMessageChanged();
     void errorMessageChanged();
 
@@ -170,30 +259,49 @@ private:
         Q_EMIT(this->*changed)();
     }
 
+    // Two sentences that every operation ends with; none clears.
+    void tell(std::optional<std::string> message);
+    void complain(std::optional<std::string> message);
+
+    /// The access to `url`, if the granted directory itself is at its place.
+    [[nodiscard]] std::shared_ptr<ScopedAccess> accessTo(const FileURL& url) const;
+
+    // State: app_model.cpp.
     void loadRealmHistory(FileURL url);
     QCoro::Task<> awaitRealmHistory(FileURL url, std::int64_t generation);
     /// Puts all figures of a realm on the screens in place of the former ones.
     void showFigures(RealmFigures figures);
     void clearActiveRealm();
 
-    [[nodiscard]] std::shared_ptr<ScopedAccess> accessForPatrol(const FileURL& url) const;
+    // Patrols: app_model_patrol.cpp.
     QCoro::Task<std::optional<std::int64_t>> patrolTaskBody(FileURL url, std::stop_token stop);
     [[nodiscard]] PatrolProgressFunction progressHandler();
-    void publish(const FileURL& url, RealmFigures figures);
+    QCoro::Task<std::optional<OrganisePlan>> planRuleFiling(FileURL url);
+    void publish(const FileURL& url, RealmFigures figures, std::optional<OrganisePlan> filing);
     void finishPatrol();
 
-    void rereadGrants();
-    QCoro::Task<> addRealm(FileURL url);
+    // Grants: app_model_grants.cpp.
+    enum class Freshness { territoriesGoStale, territoriesStay };
+    void rereadGrants(Freshness freshness = Freshness::territoriesGoStale);
+    QCoro::Task<> addRealm(FileURL url, Freshness freshness);
     void replaceGrant(const Grant& grant, const FileURL& url);
 
+    // Actions: app_model_trash.cpp, app_model_tidy.cpp.
+    void takeOut(const TrashOperation& operation, const std::vector<std::string>& findingIDs);
+    using UndoSlot = std::optional<StashOperation>;
+    void undoMoves(UndoSlot& slot, void (AppModel::*changed)(), const FileURL& authorizedRoot);
+    [[nodiscard]] FolderOverrides overrides(const FileURL& realm) const;
+    [[nodiscard]] std::optional<OrganisePlan> organisePlan(const FileURL& realm) const;
+    /// Runs a change of the shields; says `failure` when it cannot be saved.
+    void changeShields(const std::function<void()>& change, std::string_view failure);
+
+    // Automation: app_model_automation.cpp.
+    void startTimer();
+    /// Writes one setting; a failure is logged.
+    void save(const std::function<void(UserDefaults&)>& write);
+
     Lifetime lifetime_;
-    std::shared_ptr<RunLoop> runLoop_;
-    std::shared_ptr<TaskPool> taskPool_;
-    std::shared_ptr<OpenPanel> openPanel_;
-    std::function<void(const std::string&)> log_;
-    std::shared_ptr<GrantStore> grantStore_;
-    std::shared_ptr<SnapshotScanner> snapshotScanner_;
-    std::shared_ptr<SnapshotStore> snapshotStore_;
+    const ModelCollaborators with_;
 
     std::vector<Grant> grants_;
     std::optional<FileURL> activeRootURL_;
@@ -201,20 +309,27 @@ private:
     RemovedBytesByPath liveRemovedBytesByPath_;
     bool isLoadingRealmHistory_ = false;
     std::int64_t historyLoadGeneration_ = 0;
+    std::vector<RealmSummary> territorySummaries_;
+    bool isLoadingTerritories_ = false;
+    std::int64_t territoryLoadGeneration_ = 0;
     bool territoriesAreStale_ = true;
     bool isPatrolling_ = false;
     std::optional<FileURL> patrollingRootURL_;
     std::optional<PatrolProgress> patrolProgress_;
+    std::optional<TrashOperation> lastTrashOperation_;
+    UndoSlot lastStashOperation_;
+    UndoSlot lastOrganiseOperation_;
+    std::optional<OrganisePlan> pendingRuleFilingPlan_;
+    bool reviewOnlyMode_ = true;
+    bool launchAtLogin_ = false;
     std::optional<std::string> lastActionMessage_;
     std::optional<std::string> errorMessage_;
     std::shared_ptr<ScopedAccess> activeAccess_;
     std::shared_ptr<ScopedAccess> patrolAccess_;
     /// The running patrol's way to be stopped; none while none runs.
     std::optional<std::stop_source> patrolTask_;
+    std::map<UUID, std::unique_ptr<RealmWatcher>> realmWatchers_;
+    std::unique_ptr<RunLoop::Timer> automationTimer_;
 };
-
-/// Where the program keeps its files: "Gruk" in the desktop's folder for them, or in the temporary
-/// directory when there is none.
-[[nodiscard]] FileURL applicationDirectory();
 
 }  // namespace gruk

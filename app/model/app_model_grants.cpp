@@ -8,9 +8,9 @@ namespace gruk {
 
 namespace {
 
-OpenPanelRequest panelRequest(std::optional<FileURL> startingDirectory)
+OpenPanelRequest panelRequest(std::string_view prompt, std::optional<FileURL> startingDirectory)
 {
-    return {std::string(ModelCopy::openPanelMessage), std::string(ModelCopy::grantAccessPrompt),
+    return {std::string(ModelCopy::openPanelMessage), std::string(prompt),
             std::move(startingDirectory)};
 }
 
@@ -19,27 +19,37 @@ OpenPanelRequest panelRequest(std::optional<FileURL> startingDirectory)
 QCoro::Task<> AppModel::grantRealm()
 {
     const Lifetime::Watch self = lifetime_.watch();
-    const std::optional<FileURL> chosen =
-        co_await openPanel_->chooseDirectory(panelRequest(std::nullopt));
+    const std::optional<FileURL> chosen = co_await with_.openPanel->chooseDirectory(
+        panelRequest(ModelCopy::grantAccessPrompt, std::nullopt));
     if (self && chosen) {
-        co_await addRealm(*chosen);
+        co_await addRealm(*chosen, Freshness::territoriesGoStale);
     }
 }
 
 QCoro::Task<> AppModel::grantRealm(FileURL url)
 {
-    co_await addRealm(std::move(url));
+    co_await addRealm(std::move(url), Freshness::territoriesGoStale);
 }
 
-QCoro::Task<> AppModel::addRealm(FileURL url)
+QCoro::Task<> AppModel::grantDesktop()
+{
+    const Lifetime::Watch self = lifetime_.watch();
+    const std::optional<FileURL> chosen = co_await with_.openPanel->chooseDirectory(
+        panelRequest(ModelCopy::grantDesktopPrompt, with_.desktopDirectory().standardized()));
+    if (self && chosen) {
+        co_await addRealm(*chosen, Freshness::territoriesStay);
+    }
+}
+
+QCoro::Task<> AppModel::addRealm(FileURL url, Freshness freshness)
 {
     try {
-        grantStore_->addGrant(url);
+        with_.grantStore->addGrant(url);
     } catch (const std::exception& error) {
-        log_(ModelCopy::grantFailedLog(url.path(), describe(error)));
+        with_.log(ModelCopy::grantFailedLog(url.path(), describe(error)));
         co_return;
     }
-    rereadGrants();
+    rereadGrants(freshness);
     co_await selectRealm(url);
 }
 
@@ -47,7 +57,7 @@ QCoro::Task<> AppModel::regrantRealm(Grant grant)
 {
     const Lifetime::Watch self = lifetime_.watch();
     try {
-        grantStore_->refreshGrant(grant);
+        with_.grantStore->refreshGrant(grant);
         // A directory that is found under another name is not back at the realm's place yet.
         if (isConnected(grant)) {
             rereadGrants();
@@ -55,8 +65,8 @@ QCoro::Task<> AppModel::regrantRealm(Grant grant)
         }
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the user is asked instead
     }
-    const std::optional<FileURL> chosen =
-        co_await openPanel_->chooseDirectory(panelRequest(FileURL::directory(grant.path)));
+    const std::optional<FileURL> chosen = co_await with_.openPanel->chooseDirectory(
+        panelRequest(ModelCopy::grantAccessPrompt, FileURL::directory(grant.path)));
     if (self && chosen) {
         replaceGrant(grant, *chosen);
     }
@@ -65,24 +75,27 @@ QCoro::Task<> AppModel::regrantRealm(Grant grant)
 void AppModel::replaceGrant(const Grant& grant, const FileURL& url)
 {
     try {
-        if (grantStore_->addGrant(url).id == grant.id) {
+        if (with_.grantStore->addGrant(url).id == grant.id) {
             // The same place again: the store keeps the grant that it has, whose bookmark is the
             // one that leads nowhere.
-            grantStore_->removeGrant(grant.id);
-            grantStore_->addGrant(url);
+            with_.grantStore->removeGrant(grant.id);
+            with_.grantStore->addGrant(url);
         }
     } catch (const std::exception& error) {
-        log_(ModelCopy::regrantFailedLog(grant.path, describe(error)));
-        assign(grants_, grantStore_->grants(), &AppModel::grantsChanged);
+        with_.log(ModelCopy::regrantFailedLog(grant.path, describe(error)));
+        assign(grants_, with_.grantStore->grants(), &AppModel::grantsChanged);
         return;
     }
-    grantStore_->removeGrant(grant.id);
+    with_.grantStore->removeGrant(grant.id);
+    // The cadence goes with the grant that it was set for, and so does the guard.
+    realmWatchers_.erase(grant.id);
     rereadGrants();
 }
 
 void AppModel::removeRealm(Grant grant)
 {
-    grantStore_->removeGrant(grant.id);
+    realmWatchers_.erase(grant.id);
+    with_.grantStore->removeGrant(grant.id);
     rereadGrants();
     if (activeRootURL_
         && activeRootURL_->path() == FileURL::directory(grant.path).standardized().path()) {
@@ -90,10 +103,12 @@ void AppModel::removeRealm(Grant grant)
     }
 }
 
-void AppModel::rereadGrants()
+void AppModel::rereadGrants(Freshness freshness)
 {
-    assign(grants_, grantStore_->grants(), &AppModel::grantsChanged);
-    assign(territoriesAreStale_, true, &AppModel::territoriesAreStaleChanged);
+    assign(grants_, with_.grantStore->grants(), &AppModel::grantsChanged);
+    if (freshness == Freshness::territoriesGoStale) {
+        assign(territoriesAreStale_, true, &AppModel::territoriesAreStaleChanged);
+    }
 }
 
 }  // namespace gruk

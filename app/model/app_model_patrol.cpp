@@ -6,33 +6,48 @@
 
 namespace gruk {
 
-std::shared_ptr<ScopedAccess> AppModel::accessForPatrol(const FileURL& url) const
-{
-    std::shared_ptr<ScopedAccess> access = grantStore_->startAccess(url);
-    // What stands at the place asked for is the granted directory only while that is where the
-    // access leads; a mount point without its disk, or a new folder under an old name, is not it.
-    if (access
-        && !pathIsAtOrBelow(url.standardized().path(), access->url().standardized().path())) {
-        return nullptr;
-    }
-    return access;
-}
-
 QCoro::Task<> AppModel::patrolActiveRealm()
 {
     if (!activeRootURL_) {
         co_return;
     }
     const FileURL url = *activeRootURL_;
-    std::shared_ptr<ScopedAccess> access = accessForPatrol(url);
+    std::shared_ptr<ScopedAccess> access = accessTo(url);
     if (!access) {
-        assign(errorMessage_, std::string(ModelCopy::noAccessToPatrol),
-               &AppModel::errorMessageChanged);
+        complain(std::string(ModelCopy::noAccessToPatrol));
         co_return;
     }
-    assign(errorMessage_, std::nullopt, &AppModel::errorMessageChanged);
-    assign(lastActionMessage_, std::nullopt, &AppModel::lastActionMessageChanged);
+    complain(std::nullopt);
+    tell(std::nullopt);
     co_await runPatrol(url, std::move(access));
+}
+
+QCoro::Task<> AppModel::patrolAllRealms()
+{
+    if (isPatrolling_) {
+        co_return;
+    }
+    const Lifetime::Watch self = lifetime_.watch();
+    const std::vector<Grant> all = grants_;
+    std::size_t patrolled = 0;
+    std::size_t skipped = 0;
+    for (const Grant& grant : all) {
+        const FileURL url = FileURL::directory(grant.path);
+        if (!accessTo(url)) {
+            ++skipped;
+            continue;
+        }
+        co_await selectRealm(url);
+        if (!self) {
+            co_return;
+        }
+        co_await patrolActiveRealm();
+        if (!self) {
+            co_return;
+        }
+        ++patrolled;
+    }
+    tell(ModelCopy::patrolledRealms(patrolled, skipped));
 }
 
 QCoro::Task<std::optional<std::int64_t>> AppModel::runPatrol(FileURL url,
@@ -60,29 +75,33 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::patrolTaskBody(FileURL url, s
 {
     const Lifetime::Watch self = lifetime_.watch();
     std::function<RealmFigures()> patrol = [url, stop, progress = progressHandler(),
-                                            scanner = snapshotScanner_, store = snapshotStore_] {
+                                            scanner = with_.snapshotScanner,
+                                            store = with_.snapshotStore] {
         return RealmFigures(PatrolCoordinator::patrol(url, *scanner, *store, progress, stop));
     };
     std::optional<std::int64_t> findings;
     try {
-        RealmFigures figures = co_await inBackground(taskPool_, runLoop_, std::move(patrol));
+        RealmFigures figures =
+            co_await inBackground(with_.taskPool, with_.runLoop, std::move(patrol));
         if (!self) {
             co_return findings;
         }
+        std::optional<OrganisePlan> filing = co_await planRuleFiling(url);
+        if (!self) {
+            co_return std::optional<std::int64_t>();
+        }
         findings = static_cast<std::int64_t>(figures.findings->size());
-        publish(url, std::move(figures));
+        publish(url, std::move(figures), std::move(filing));
     } catch (const CancelledError&) {
         if (!self) {
             co_return findings;
         }
-        assign(lastActionMessage_, std::string(ModelCopy::patrolStopped),
-               &AppModel::lastActionMessageChanged);
+        tell(std::string(ModelCopy::patrolStopped));
     } catch (const std::exception& error) {
         if (!self) {
             co_return findings;
         }
-        assign(errorMessage_, ModelCopy::patrolFailed(describe(error)),
-               &AppModel::errorMessageChanged);
+        complain(ModelCopy::patrolFailed(describe(error)));
     }
     finishPatrol();
     co_return findings;
@@ -90,8 +109,8 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::patrolTaskBody(FileURL url, s
 
 PatrolProgressFunction AppModel::progressHandler()
 {
-    return [this, self = lifetime_.watch(), loop = runLoop_](std::int64_t pathsScanned,
-                                                             std::string_view relativePath) {
+    return [this, self = lifetime_.watch(), loop = with_.runLoop](std::int64_t pathsScanned,
+                                                                  std::string_view relativePath) {
         loop->post(
             [this, self, progress = PatrolProgress{pathsScanned, std::string(relativePath)}] {
                 if (self) {
@@ -101,7 +120,24 @@ PatrolProgressFunction AppModel::progressHandler()
     };
 }
 
-void AppModel::publish(const FileURL& url, RealmFigures figures)
+QCoro::Task<std::optional<OrganisePlan>> AppModel::planRuleFiling(FileURL url)
+{
+    const std::vector<RealmRule> rules = RealmRules::afterPatrol(realmRules(url));
+    if (activeRootURL_ != url || !patrolAccess_ || rules.empty()) {
+        co_return std::optional<OrganisePlan>();
+    }
+    // Looking at each loose file is the disk's work, so it is done where the patrol was.
+    std::function<std::optional<OrganisePlan>()> plan =
+        [url, rules, service = with_.organiseService, root = patrolAccess_->url()] {
+            return RealmRules::filingPlan(
+                service->planOrganise(url, root, RealmRules::folderOverrides(rules)), rules);
+        };
+    std::optional<OrganisePlan> filing =
+        co_await inBackground(with_.taskPool, with_.runLoop, std::move(plan));
+    co_return filing;
+}
+
+void AppModel::publish(const FileURL& url, RealmFigures figures, std::optional<OrganisePlan> filing)
 {
     const std::string name(url.lastPathComponent());
     const std::string message = figures.previousSnapshot
@@ -114,10 +150,11 @@ void AppModel::publish(const FileURL& url, RealmFigures figures)
         showFigures(std::move(figures));
         assign(liveRemovedBytesByPath_, {}, &AppModel::liveRemovedBytesByPathChanged);
         assign(isLoadingRealmHistory_, false, &AppModel::isLoadingRealmHistoryChanged);
+        assign(pendingRuleFilingPlan_, std::move(filing), &AppModel::pendingRuleFilingPlanChanged);
     } else {
         discard(std::make_shared<RealmFigures>(std::move(figures)));
     }
-    assign(lastActionMessage_, message, &AppModel::lastActionMessageChanged);
+    tell(message);
     assign(territoriesAreStale_, true, &AppModel::territoriesAreStaleChanged);
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+
+#include "platform/foundation/checked_arithmetic.h"
 
 #include "core/patrol/patrol_coordinator.h"
 #include "platform/foundation/file_url.h"
@@ -15,6 +18,7 @@ namespace gruk::ModelCopy {
 inline constexpr std::string_view openPanelMessage =
     "Choose a disk or folder for Gruk to patrol. You stay in control of every Trash action.";
 inline constexpr std::string_view grantAccessPrompt = "Grant Access";
+inline constexpr std::string_view grantDesktopPrompt = "Grant the Desktop";
 
 inline constexpr std::string_view noAccessToPatrol =
     "Gruk no longer has access to this location. Grant access again to patrol it.";
@@ -25,6 +29,67 @@ inline constexpr std::string_view patrolStopped = "Patrol stopped. No partial sn
 [[nodiscard]] std::string patrolComplete(std::string_view name, std::size_t changes);
 [[nodiscard]] std::string patrolFailed(std::string_view description);
 
+/// After a patrol of all realms, of which some had no access.
+[[nodiscard]] std::string patrolledRealms(std::size_t patrolled, std::size_t skipped);
+/// After a patrol of the realm called `name` that nobody asked for.
+[[nodiscard]] std::string automaticPatrolFinished(std::string_view name, std::int64_t findings);
+
+// The Trash.
+inline constexpr std::string_view reviewOnlyIsOn =
+    "Review Only is on. Gruk cannot move anything to Trash.";
+inline constexpr std::string_view trashActionsAreEnabled =
+    "Trash actions are enabled. Every item still requires a separate confirmation.";
+inline constexpr std::string_view stoppedByReviewOnly =
+    "Review Only stopped that Trash action. Nothing was changed.";
+inline constexpr std::string_view outsideActiveRealm =
+    "Gruk stopped because that item is outside the active realm. Nothing was changed.";
+inline constexpr std::string_view changedSinceReview =
+    "Gruk stopped because that item changed after you reviewed it. Patrol again before deciding. "
+    "Nothing was changed.";
+inline constexpr std::string_view couldNotTrash =
+    "Gruk could not move that item to Trash. Nothing was changed.";
+inline constexpr std::string_view someCouldNotMove =
+    "One or more selected items could not be moved. Nothing else was changed.";
+inline constexpr std::string_view someCouldNotBeRestored =
+    "Some items could not be restored because their original path is occupied or the Trash item is "
+    "gone.";
+[[nodiscard]] std::string movedToTrash(std::string_view name);
+[[nodiscard]] std::string movedCountToTrash(std::size_t count);
+[[nodiscard]] std::string movedBatchToTrash(std::size_t moved, std::size_t total, Bytes bytes,
+                                            std::size_t notMoved);
+[[nodiscard]] std::string restoredFromTrash(std::size_t count);
+
+// The Desktop and loose files.
+inline constexpr std::string_view noAccessToDesktop =
+    "Gruk no longer has access to the Desktop. Grant access again to tidy it.";
+inline constexpr std::string_view nothingToTidy =
+    "There was nothing to tidy — your Desktop is already clear.";
+inline constexpr std::string_view couldNotTidy =
+    "Gruk could not tidy the Desktop. Nothing was changed.";
+inline constexpr std::string_view noAccessToOrganise =
+    "Gruk no longer has access to this realm. Grant access again to organise it.";
+inline constexpr std::string_view couldNotOrganise =
+    "Gruk could not organise this realm. Nothing was changed.";
+inline constexpr std::string_view everythingIsBack = "Put everything back.";
+inline constexpr std::string_view someCouldNotBePutBack =
+    "Some items could not be put back because their original path is occupied again.";
+[[nodiscard]] std::string desktopIsClear(std::size_t moved);
+[[nodiscard]] std::string desktopIsPartlyClear(std::size_t moved);
+[[nodiscard]] std::string realmIsTidied(std::size_t files, std::size_t folders);
+[[nodiscard]] std::string realmIsPartlyTidied(std::size_t files, std::size_t folders);
+[[nodiscard]] std::string itemsNotMoved(std::size_t count);
+[[nodiscard]] std::string itemsPutBack(std::size_t count);
+
+// Shields.
+inline constexpr std::string_view shieldNotSaved =
+    "Gruk could not save that shield. Nothing was changed.";
+inline constexpr std::string_view shieldNotReset =
+    "Gruk could not reset that shield. Nothing was changed.";
+
+// For the log.
+/// `verb` is "register" or "unregister".
+[[nodiscard]] std::string launchAtLoginFailedLog(std::string_view verb, std::string_view error);
+[[nodiscard]] std::string settingNotSavedLog(std::string_view error);
 [[nodiscard]] std::string grantFailedLog(std::string_view path, std::string_view error);
 [[nodiscard]] std::string regrantFailedLog(std::string_view path, std::string_view error);
 

@@ -90,6 +90,7 @@ QCoro::Task<> Tour::run()
         co_await showCrowdedRealm(stage);
         co_await showLostRealm(stage);
         co_await showRemoval(stage);
+        co_await showMessages(stage);
     }
     co_await showRunningPatrol();
     co_await showPatrolElsewhere();
@@ -203,6 +204,31 @@ QCoro::Task<> Tour::showRemoval(Stage& stage)
     camera_.take(*dialog, "19-removal-light");
     dialog->reject();
     co_await stage.repaint();
+}
+
+QCoro::Task<> Tour::showMessages(Stage& stage)
+{
+    AppModel& model = stage.model();
+    co_await model.selectRealm(urlOf(realm_));
+    co_await stage.settle();
+    const std::vector<ReviewFinding> findings = model.findings();
+    model.moveFindingsToTrash(findings);
+    co_await take(stage, "20-review-only-stopped-it");
+    model.setReviewOnly(false);
+    model.moveFindingsToTrash(findings);
+    co_await take(stage, "21-moved-to-trash");
+    model.undoLastTrash();
+    co_await take(stage, "22-restored-from-trash");
+    if (const auto plan = model.organisePlanForActiveRealm()) {
+        model.organise(*plan);
+        co_await take(stage, "23-organised");
+        model.undoLastOrganise();
+        co_await take(stage, "24-put-back");
+    }
+    model.tidyDesktop();
+    co_await take(stage, "25-no-access-to-the-desktop");
+    co_await model.patrolAllRealms();
+    co_await take(stage, "26-all-realms-patrolled");
 }
 
 QCoro::Task<> Tour::showRunningPatrol()

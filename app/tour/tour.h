@@ -42,6 +42,8 @@ private:
     QCoro::Task<> showCrowdedRealm(Stage& stage);
     QCoro::Task<> showLostRealm(Stage& stage);
     QCoro::Task<> showRemoval(Stage& stage);
+    /// What the actions of a user are told by, done and refused.
+    QCoro::Task<> showMessages(Stage& stage);
 
     /// Takes the picture in light and in dark.
     QCoro::Task<> take(Stage& stage, std::string name);

@@ -1,0 +1,193 @@
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "app/model/app_model.h"
+#include "app/model/model_copy.h"
+#include "app/model/setting_keys.h"
+
+namespace gruk {
+
+std::optional<FileURL> AppModel::grantedDesktopURL() const
+{
+    const FileURL desktop = FileURL::directory(with_.desktopDirectory().standardized().path());
+    return accessTo(desktop) ? std::optional(desktop) : std::nullopt;
+}
+
+std::size_t AppModel::stashableCount(const FileURL& desktop) const
+{
+    return with_.stashService->stashableCount(desktop);
+}
+
+std::string AppModel::proposedHoardName(const FileURL& desktop) const
+{
+    return with_.stashService->proposedHoardName(desktop);
+}
+
+void AppModel::tidyDesktop()
+{
+    const std::optional<FileURL> desktop = grantedDesktopURL();
+    const std::shared_ptr<ScopedAccess> access = desktop ? accessTo(*desktop) : nullptr;
+    if (!access) {
+        return complain(std::string(ModelCopy::noAccessToDesktop));
+    }
+    const StashOperation operation = with_.stashService->stashDesktop(*desktop, access->url());
+    const std::size_t moved = operation.moved.size();
+    assign(lastStashOperation_, moved == 0 ? std::nullopt : std::optional(operation),
+           &AppModel::lastStashOperationChanged);
+    if (operation.failures.empty()) {
+        tell(moved == 0 ? std::string(ModelCopy::nothingToTidy) : ModelCopy::desktopIsClear(moved));
+        complain(std::nullopt);
+    } else if (moved == 0) {
+        complain(std::string(ModelCopy::couldNotTidy));
+    } else {
+        tell(ModelCopy::desktopIsPartlyClear(moved));
+        complain(ModelCopy::itemsNotMoved(operation.failures.size()));
+    }
+}
+
+void AppModel::undoLastStash()
+{
+    const std::optional<FileURL> desktop = lastStashOperation_ ? grantedDesktopURL() : std::nullopt;
+    if (const auto access = desktop ? accessTo(*desktop) : nullptr) {
+        undoMoves(lastStashOperation_, &AppModel::lastStashOperationChanged, access->url());
+    }
+}
+
+void AppModel::undoLastOrganise()
+{
+    const bool isPossible = lastOrganiseOperation_ && activeRootURL_;
+    if (const auto access = isPossible ? accessTo(*activeRootURL_) : nullptr) {
+        undoMoves(lastOrganiseOperation_, &AppModel::lastOrganiseOperationChanged, access->url());
+    }
+}
+
+void AppModel::undoMoves(UndoSlot& slot, void (AppModel::*changed)(), const FileURL& authorizedRoot)
+{
+    const StashOperation former = *slot;
+    // An organise can be undone while another realm is open, whose root says nothing of its items.
+    const bool isInside = std::ranges::all_of(former.moved, [&](const StashedItem& item) {
+        return isInsideRoot(item.originalURL, authorizedRoot.standardized());
+    });
+    const StashRestoreOperation operation = with_.stashService->restore(
+        former.moved, isInside ? std::optional(authorizedRoot) : std::nullopt);
+
+    StashOperation left{former.hoardFolder, {}, {}};
+    std::ranges::copy_if(
+        former.moved, std::back_inserter(left.moved), [&](const StashedItem& item) {
+            return std::ranges::find(operation.restored, item) == operation.restored.end();
+        });
+    assign(slot, left.moved.empty() ? std::nullopt : std::optional(std::move(left)), changed);
+    if (operation.failures.empty()) {
+        tell(std::string(ModelCopy::everythingIsBack));
+        complain(std::nullopt);
+    } else {
+        tell(operation.restored.empty()
+                 ? std::nullopt
+                 : std::optional(ModelCopy::itemsPutBack(operation.restored.size())));
+        complain(std::string(ModelCopy::someCouldNotBePutBack));
+    }
+}
+
+std::optional<OrganisePlan> AppModel::organisePlanForActiveRealm() const
+{
+    return activeRootURL_ ? organisePlan(*activeRootURL_) : std::nullopt;
+}
+
+std::optional<OrganisePlan> AppModel::organisePlanForDesktop() const
+{
+    const std::optional<FileURL> desktop = grantedDesktopURL();
+    return desktop ? organisePlan(*desktop) : std::nullopt;
+}
+
+std::optional<OrganisePlan> AppModel::organisePlan(const FileURL& realm) const
+{
+    const std::shared_ptr<ScopedAccess> access = accessTo(realm);
+    return access ? std::optional(
+               with_.organiseService->planOrganise(realm, access->url(), overrides(realm)))
+                  : std::nullopt;
+}
+
+FolderOverrides AppModel::overrides(const FileURL& realm) const
+{
+    FolderOverrides result;
+    const auto stored = with_.preferences->textDictionary(SettingKeys::organiseOverrides(realm));
+    if (stored) {
+        for (const auto& [raw, name] : *stored) {
+            if (const std::optional<FileKind> kind = fileKind(raw)) {
+                result[*kind] = name;
+            }
+        }
+    }
+    for (auto& [kind, name] : RealmRules::folderOverrides(realmRules(realm))) {
+        result[kind] = name;
+    }
+    return result;
+}
+
+void AppModel::saveOrganiseOverride(const std::string& folderName, FileKind kind,
+                                    const FileURL& realm)
+{
+    const std::string key = SettingKeys::organiseOverrides(realm);
+    auto stored = with_.preferences->textDictionary(key);
+    auto names = stored ? *std::move(stored) : std::map<std::string, std::string>();
+    names[std::string(rawString(kind))] = folderName;
+    save([&](UserDefaults& settings) { settings.setTextDictionary(key, names); });
+}
+
+void AppModel::organise(const OrganisePlan& plan)
+{
+    const std::shared_ptr<ScopedAccess> access = accessTo(plan.realm);
+    if (!access) {
+        return complain(std::string(ModelCopy::noAccessToOrganise));
+    }
+    const StashOperation operation = with_.organiseService->applyPlan(plan, access->url());
+    const std::size_t moved = operation.moved.size();
+    assign(lastOrganiseOperation_, moved == 0 ? std::nullopt : std::optional(operation),
+           &AppModel::lastOrganiseOperationChanged);
+    if (operation.failures.empty()) {
+        tell(ModelCopy::realmIsTidied(moved, plan.moves.size()));
+        complain(std::nullopt);
+    } else if (moved == 0) {
+        complain(std::string(ModelCopy::couldNotOrganise));
+    } else {
+        tell(ModelCopy::realmIsPartlyTidied(moved, plan.moves.size()));
+        complain(ModelCopy::itemsNotMoved(operation.failures.size()));
+    }
+}
+
+void AppModel::filePendingRuleMatches()
+{
+    if (!pendingRuleFilingPlan_) {
+        return;
+    }
+    const OrganisePlan plan = *pendingRuleFilingPlan_;
+    // First, so that the banner goes at once.
+    assign(pendingRuleFilingPlan_, std::nullopt, &AppModel::pendingRuleFilingPlanChanged);
+    organise(plan);
+}
+
+void AppModel::saveShield(const RealmIdentity& identity, std::string_view path)
+{
+    changeShields([&] { with_.realmIdentityStore->setOverride(identity, path); },
+                  ModelCopy::shieldNotSaved);
+}
+
+void AppModel::resetShield(std::string_view path)
+{
+    changeShields([&] { with_.realmIdentityStore->clearOverride(path); },
+                  ModelCopy::shieldNotReset);
+}
+
+void AppModel::changeShields(const std::function<void()>& change, std::string_view failure)
+{
+    try {
+        change();
+        complain(std::nullopt);
+    } catch (const std::exception&) {
+        complain(std::string(failure));
+    }
+    Q_EMIT realmIdentityStoreChanged();
+}
+
+}  // namespace gruk

@@ -1,0 +1,150 @@
+#include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "app/model/app_model.h"
+#include "app/model/model_copy.h"
+#include "app/model/setting_keys.h"
+
+namespace gruk {
+
+namespace {
+
+/// The path of `url` below `root`; the whole path of what does not lie below it.
+std::string relativePath(const FileURL& url, const FileURL& root)
+{
+    const std::string path = url.standardized().path();
+    const std::string below = root.standardized().path() + "/";
+    return path.starts_with(below) ? path.substr(below.size()) : path;
+}
+
+bool hasChanged(const TrashFailure& failure)
+{
+    return failure.reason == TrashFailure::Reason::itemChangedSinceReview
+           || failure.reason == TrashFailure::Reason::missingAtReviewedPath;
+}
+
+}  // namespace
+
+void AppModel::setReviewOnly(bool enabled)
+{
+    assign(reviewOnlyMode_, enabled, &AppModel::reviewOnlyModeChanged);
+    save([enabled](UserDefaults& settings) {
+        settings.setBoolean(SettingKeys::reviewOnlyMode, enabled);
+    });
+    tell(std::string(enabled ? ModelCopy::reviewOnlyIsOn : ModelCopy::trashActionsAreEnabled));
+}
+
+void AppModel::moveFindingToTrash(const ReviewFinding& finding,
+                                  const FileIdentity& expectedIdentity)
+{
+    if (reviewOnlyMode_) {
+        return complain(std::string(ModelCopy::stoppedByReviewOnly));
+    }
+    const bool isKnown =
+        std::ranges::find(findings(), finding.id, &ReviewFinding::id) != findings().end();
+    if (!isKnown || !activeRootURL_ || !isInsideRoot(finding.url.standardized(), *activeRootURL_)) {
+        return complain(std::string(ModelCopy::outsideActiveRealm));
+    }
+    const TrashOperation operation = with_.trashService->moveToTrash(
+        {{finding.url, finding.allocatedSize, expectedIdentity}}, *activeRootURL_);
+    if (operation.moved.empty()) {
+        return complain(std::string(std::ranges::any_of(operation.failures, hasChanged)
+                                        ? ModelCopy::changedSinceReview
+                                        : ModelCopy::couldNotTrash));
+    }
+    takeOut(operation, {finding.id});
+    if (operation.failures.empty()) {
+        tell(ModelCopy::movedToTrash(operation.moved.front().originalURL.lastPathComponent()));
+        complain(std::nullopt);
+    } else {
+        tell(ModelCopy::movedCountToTrash(operation.moved.size()));
+        complain(std::string(ModelCopy::someCouldNotMove));
+    }
+}
+
+void AppModel::moveFindingsToTrash(const std::vector<ReviewFinding>& chosen)
+{
+    if (reviewOnlyMode_) {
+        return complain(std::string(ModelCopy::stoppedByReviewOnly));
+    }
+    if (!activeRootURL_) {
+        return complain(std::string(ModelCopy::outsideActiveRealm));
+    }
+    std::size_t skipped = 0;
+    std::vector<TrashRequest> requests;
+    std::multimap<FileURL, std::string> idsByURL;
+    for (const ReviewFinding& finding : chosen) {
+        if (const auto identity = TrashService::currentIdentity(finding.url)) {
+            requests.push_back({finding.url, finding.allocatedSize, *identity});
+            idsByURL.emplace(finding.url.standardized(), finding.id);
+        } else {
+            ++skipped;
+        }
+    }
+    const TrashOperation operation = with_.trashService->moveToTrash(requests, *activeRootURL_);
+    if (!operation.moved.empty()) {
+        std::vector<std::string> ids;
+        for (const TrashedItem& item : operation.moved) {
+            const auto [first, last] = idsByURL.equal_range(item.originalURL);
+            std::transform(first, last, std::back_inserter(ids),
+                           [](const auto& entry) { return entry.second; });
+        }
+        takeOut(operation, ids);
+    }
+    tell(ModelCopy::movedBatchToTrash(operation.moved.size(), chosen.size(), operation.totalBytes(),
+                                      operation.failures.size() + skipped));
+    complain(std::nullopt);
+}
+
+void AppModel::takeOut(const TrashOperation& operation, const std::vector<std::string>& findingIDs)
+{
+    const std::set<std::string_view> gone(findingIDs.begin(), findingIDs.end());
+    auto left = std::make_shared<std::vector<ReviewFinding>>();
+    std::ranges::copy_if(findings(), std::back_inserter(*left),
+                         [&](const ReviewFinding& finding) { return !gone.contains(finding.id); });
+    figures_.findings = std::move(left);
+    Q_EMIT findingsChanged();
+    assign(lastTrashOperation_, operation, &AppModel::lastTrashOperationChanged);
+    RemovedBytesByPath removed = liveRemovedBytesByPath_;
+    for (const TrashedItem& item : operation.moved) {
+        removed[relativePath(item.originalURL, *activeRootURL_)] = item.allocatedSize;
+    }
+    assign(liveRemovedBytesByPath_, std::move(removed), &AppModel::liveRemovedBytesByPathChanged);
+}
+
+void AppModel::undoLastTrash()
+{
+    if (!lastTrashOperation_) {
+        return;
+    }
+    const std::vector<TrashedItem> moved = lastTrashOperation_->moved;
+    // The realm of the record may not be the active one; its grant still covers the place.
+    const std::shared_ptr<ScopedAccess> access =
+        moved.empty() ? nullptr : accessTo(moved.front().originalURL);
+    const RestoreOperation operation =
+        with_.trashService->restore(moved, access ? std::optional(access->url()) : std::nullopt);
+
+    TrashOperation left;
+    std::ranges::copy_if(moved, std::back_inserter(left.moved), [&](const TrashedItem& item) {
+        return std::ranges::find(operation.restored, item) == operation.restored.end();
+    });
+    assign(lastTrashOperation_, left.moved.empty() ? std::nullopt : std::optional(std::move(left)),
+           &AppModel::lastTrashOperationChanged);
+    if (activeRootURL_) {
+        RemovedBytesByPath removed = liveRemovedBytesByPath_;
+        for (const TrashedItem& item : operation.restored) {
+            removed.erase(relativePath(item.originalURL, *activeRootURL_));
+        }
+        assign(liveRemovedBytesByPath_, std::move(removed),
+               &AppModel::liveRemovedBytesByPathChanged);
+    }
+    const bool isAll = operation.failures.empty();
+    tell(isAll || !operation.restored.empty()
+             ? std::optional(ModelCopy::restoredFromTrash(operation.restored.size()))
+             : std::nullopt);
+    complain(isAll ? std::nullopt : std::optional(std::string(ModelCopy::someCouldNotBeRestored)));
+}
+
+}  // namespace gruk

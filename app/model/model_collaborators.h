@@ -1,0 +1,67 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "app/desktop/open_panel.h"
+#include "core/actions/grant_store.h"
+#include "core/actions/organise_service.h"
+#include "core/actions/stash_service.h"
+#include "core/actions/trash_service.h"
+#include "core/browse/scan_session.h"
+#include "core/patrol/snapshot_scanner.h"
+#include "core/patrol/snapshot_store.h"
+#include "core/realm/realm_identity_store.h"
+#include "platform/events/file_event_stream.h"
+#include "platform/events/run_loop.h"
+#include "platform/events/task_pool.h"
+#include "platform/foundation/file_url.h"
+#include "platform/settings/user_defaults.h"
+
+namespace gruk {
+
+/// How the model asks whether the program starts with the session, and says whether it should.
+/// The last two may throw.
+struct LoginItemCalls {
+    std::function<bool()> isEnabled;
+    std::function<void()> enable;
+    std::function<void()> disable;
+
+    static LoginItemCalls live();
+};
+
+/// What an `AppModel` works with. Every empty one is replaced by the live default.
+struct ModelCollaborators {
+    std::shared_ptr<GrantStore> grantStore = {};
+    std::shared_ptr<ScanSession> session = {};
+    std::shared_ptr<SnapshotScanner> snapshotScanner = {};
+    std::shared_ptr<SnapshotStore> snapshotStore = {};
+    std::shared_ptr<TrashService> trashService = {};
+    std::shared_ptr<StashService> stashService = {};
+    std::shared_ptr<OrganiseService> organiseService = {};
+    std::shared_ptr<RealmIdentityStore> realmIdentityStore = {};
+    std::shared_ptr<UserDefaults> preferences = {};
+
+    std::shared_ptr<RunLoop> runLoop = {};
+    std::shared_ptr<TaskPool> taskPool = {};
+    std::shared_ptr<OpenPanel> openPanel = {};
+    LoginItemCalls loginItem = {};
+    /// Hears of changes in a realm that is guarded.
+    FileEventStreamFactory eventStreams = {};
+    /// How long a guarded realm must be quiet before it is patrolled, in seconds.
+    double quietPeriod = 90;
+    /// Where the Desktop is; asked each time, since its place is a setting of the desktop.
+    std::function<FileURL()> desktopDirectory = {};
+    /// Writes one line to the system's log, on the main thread.
+    std::function<void(const std::string& line)> log = {};
+
+    /// The same with nothing empty.
+    [[nodiscard]] ModelCollaborators completed() &&;
+};
+
+/// Where the program keeps its files: "Gruk" in the desktop's folder for them, or in the temporary
+/// directory when there is none.
+[[nodiscard]] FileURL applicationDirectory();
+
+}  // namespace gruk

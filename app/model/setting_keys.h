@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/actions/grant.h"
+#include "platform/foundation/file_url.h"
+
+/// The keys of the settings, each with the type of its value. A realm keeps its cadence by its
+/// grant's id, and its rules and folder names by its path.
+namespace gruk::SettingKeys {
+
+/// Boolean; absent means true, so that a first run is safe.
+inline constexpr std::string_view reviewOnlyMode = "Gruk.reviewOnlyMode";
+/// Boolean; absent means false.
+inline constexpr std::string_view hasSeenWalkthrough = "hasSeenWalkthrough";
+/// Text: "system", "light" or "dark"; absent means "system".
+inline constexpr std::string_view appTheme = "appTheme";
+/// Text: a palette's raw name; absent means "woodland".
+inline constexpr std::string_view paletteTheme = "paletteTheme";
+
+/// Text: a cadence's raw name.
+[[nodiscard]] inline std::string cadence(const Grant& grant)
+{
+    return "cadence." + grant.id.text();
+}
+
+/// Data: the rules as JSON.
+[[nodiscard]] inline std::string realmRules(const FileURL& realm)
+{
+    return "realmRules." + realm.path();
+}
+
+/// Dictionary of text to text: folder names by a kind's raw name.
+[[nodiscard]] inline std::string organiseOverrides(const FileURL& realm)
+{
+    return "organise.overrides." + realm.path();
+}
+
+}  // namespace gruk::SettingKeys
