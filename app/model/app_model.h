@@ -169,8 +169,8 @@ public:
 
     // The Trash. `expectedIdentity` is what stood there when the user was asked.
     void setReviewOnly(bool enabled);
-    void moveFindingToTrash(const ReviewFinding& finding, const FileIdentity& expectedIdentity);
-    void moveFindingsToTrash(const std::vector<ReviewFinding>& findings);
+    void moveFindingToTrash(ReviewFinding finding, FileIdentity expectedIdentity);
+    void moveFindingsToTrash(std::vector<ReviewFinding> chosen);
     void undoLastTrash();
 
     // The Desktop and loose files. These move files on the main thread.
@@ -289,7 +289,10 @@ private:
     // Actions: app_model_trash.cpp, app_model_tidy.cpp.
     void takeOut(const TrashOperation& operation, const std::vector<std::string>& findingIDs);
     using UndoSlot = std::optional<StashOperation>;
-    void undoMoves(UndoSlot& slot, void (AppModel::*changed)(), const FileURL& authorizedRoot);
+    void undoMoves(UndoSlot& slot, void (AppModel::*changed)());
+    /// What the sentences on screen leave out: which item, and the system's words.
+    template <typename Failures>
+    void log(const Failures& failures) const;
     [[nodiscard]] FolderOverrides overrides(const FileURL& realm) const;
     [[nodiscard]] std::optional<OrganisePlan> organisePlan(const FileURL& realm) const;
     /// Runs a change of the shields; says `failure` when it cannot be saved.
@@ -317,6 +320,8 @@ private:
     std::optional<FileURL> patrollingRootURL_;
     std::optional<PatrolProgress> patrolProgress_;
     std::optional<TrashOperation> lastTrashOperation_;
+    /// What its items were authorised for.
+    std::optional<FileURL> lastTrashRoot_;
     UndoSlot lastStashOperation_;
     UndoSlot lastOrganiseOperation_;
     std::optional<OrganisePlan> pendingRuleFilingPlan_;

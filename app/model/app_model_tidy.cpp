@@ -3,10 +3,28 @@
 #include <utility>
 
 #include "app/model/app_model.h"
+#include "app/model/failure_log.h"
 #include "app/model/model_copy.h"
 #include "app/model/setting_keys.h"
 
 namespace gruk {
+
+namespace {
+
+/// The folder that an operation worked in: of an organise the realm that it names, of a Hoard the
+/// folder that holds it. Below it no link is followed on the way back, whichever realm is open.
+std::optional<FileURL> rootOf(const StashOperation& operation)
+{
+    if (!operation.hoardFolder || operation.moved.empty()) {
+        return std::nullopt;
+    }
+    const FileURL& folder = *operation.hoardFolder;
+    return isInsideRoot(operation.moved.front().originalURL, folder)
+               ? folder
+               : folder.deletingLastPathComponent();
+}
+
+}  // namespace
 
 std::optional<FileURL> AppModel::grantedDesktopURL() const
 {
@@ -32,6 +50,7 @@ void AppModel::tidyDesktop()
         return complain(std::string(ModelCopy::noAccessToDesktop));
     }
     const StashOperation operation = with_.stashService->stashDesktop(*desktop, access->url());
+    log(operation.failures);
     const std::size_t moved = operation.moved.size();
     assign(lastStashOperation_, moved == 0 ? std::nullopt : std::optional(operation),
            &AppModel::lastStashOperationChanged);
@@ -49,28 +68,25 @@ void AppModel::tidyDesktop()
 void AppModel::undoLastStash()
 {
     const std::optional<FileURL> desktop = lastStashOperation_ ? grantedDesktopURL() : std::nullopt;
-    if (const auto access = desktop ? accessTo(*desktop) : nullptr) {
-        undoMoves(lastStashOperation_, &AppModel::lastStashOperationChanged, access->url());
+    if (desktop && accessTo(*desktop)) {
+        undoMoves(lastStashOperation_, &AppModel::lastStashOperationChanged);
     }
 }
 
 void AppModel::undoLastOrganise()
 {
     const bool isPossible = lastOrganiseOperation_ && activeRootURL_;
-    if (const auto access = isPossible ? accessTo(*activeRootURL_) : nullptr) {
-        undoMoves(lastOrganiseOperation_, &AppModel::lastOrganiseOperationChanged, access->url());
+    if (isPossible && accessTo(*activeRootURL_)) {
+        undoMoves(lastOrganiseOperation_, &AppModel::lastOrganiseOperationChanged);
     }
 }
 
-void AppModel::undoMoves(UndoSlot& slot, void (AppModel::*changed)(), const FileURL& authorizedRoot)
+void AppModel::undoMoves(UndoSlot& slot, void (AppModel::*changed)())
 {
     const StashOperation former = *slot;
-    // An organise can be undone while another realm is open, whose root says nothing of its items.
-    const bool isInside = std::ranges::all_of(former.moved, [&](const StashedItem& item) {
-        return isInsideRoot(item.originalURL, authorizedRoot.standardized());
-    });
-    const StashRestoreOperation operation = with_.stashService->restore(
-        former.moved, isInside ? std::optional(authorizedRoot) : std::nullopt);
+    const StashRestoreOperation operation =
+        with_.stashService->restore(former.moved, rootOf(former));
+    log(operation.failures);
 
     StashOperation left{former.hoardFolder, {}, {}};
     std::ranges::copy_if(
@@ -142,6 +158,7 @@ void AppModel::organise(const OrganisePlan& plan)
         return complain(std::string(ModelCopy::noAccessToOrganise));
     }
     const StashOperation operation = with_.organiseService->applyPlan(plan, access->url());
+    log(operation.failures);
     const std::size_t moved = operation.moved.size();
     assign(lastOrganiseOperation_, moved == 0 ? std::nullopt : std::optional(operation),
            &AppModel::lastOrganiseOperationChanged);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/model/app_model.h"
+#include "app/model/failure_log.h"
 #include "app/model/model_copy.h"
 #include "app/model/setting_keys.h"
 
@@ -36,8 +37,7 @@ void AppModel::setReviewOnly(bool enabled)
     tell(std::string(enabled ? ModelCopy::reviewOnlyIsOn : ModelCopy::trashActionsAreEnabled));
 }
 
-void AppModel::moveFindingToTrash(const ReviewFinding& finding,
-                                  const FileIdentity& expectedIdentity)
+void AppModel::moveFindingToTrash(ReviewFinding finding, FileIdentity expectedIdentity)
 {
     if (reviewOnlyMode_) {
         return complain(std::string(ModelCopy::stoppedByReviewOnly));
@@ -49,6 +49,7 @@ void AppModel::moveFindingToTrash(const ReviewFinding& finding,
     }
     const TrashOperation operation = with_.trashService->moveToTrash(
         {{finding.url, finding.allocatedSize, expectedIdentity}}, *activeRootURL_);
+    log(operation.failures);
     if (operation.moved.empty()) {
         return complain(std::string(std::ranges::any_of(operation.failures, hasChanged)
                                         ? ModelCopy::changedSinceReview
@@ -64,7 +65,7 @@ void AppModel::moveFindingToTrash(const ReviewFinding& finding,
     }
 }
 
-void AppModel::moveFindingsToTrash(const std::vector<ReviewFinding>& chosen)
+void AppModel::moveFindingsToTrash(std::vector<ReviewFinding> chosen)
 {
     if (reviewOnlyMode_) {
         return complain(std::string(ModelCopy::stoppedByReviewOnly));
@@ -84,6 +85,7 @@ void AppModel::moveFindingsToTrash(const std::vector<ReviewFinding>& chosen)
         }
     }
     const TrashOperation operation = with_.trashService->moveToTrash(requests, *activeRootURL_);
+    log(operation.failures);
     if (!operation.moved.empty()) {
         std::vector<std::string> ids;
         for (const TrashedItem& item : operation.moved) {
@@ -104,14 +106,16 @@ void AppModel::takeOut(const TrashOperation& operation, const std::vector<std::s
     auto left = std::make_shared<std::vector<ReviewFinding>>();
     std::ranges::copy_if(findings(), std::back_inserter(*left),
                          [&](const ReviewFinding& finding) { return !gone.contains(finding.id); });
-    figures_.findings = std::move(left);
-    Q_EMIT findingsChanged();
-    assign(lastTrashOperation_, operation, &AppModel::lastTrashOperationChanged);
     RemovedBytesByPath removed = liveRemovedBytesByPath_;
     for (const TrashedItem& item : operation.moved) {
         removed[relativePath(item.originalURL, *activeRootURL_)] = item.allocatedSize;
     }
+    // The way back stands before anybody hears of the move.
+    lastTrashRoot_ = activeRootURL_;
+    assign(lastTrashOperation_, operation, &AppModel::lastTrashOperationChanged);
     assign(liveRemovedBytesByPath_, std::move(removed), &AppModel::liveRemovedBytesByPathChanged);
+    figures_.findings = std::move(left);
+    Q_EMIT findingsChanged();
 }
 
 void AppModel::undoLastTrash()
@@ -120,11 +124,8 @@ void AppModel::undoLastTrash()
         return;
     }
     const std::vector<TrashedItem> moved = lastTrashOperation_->moved;
-    // The realm of the record may not be the active one; its grant still covers the place.
-    const std::shared_ptr<ScopedAccess> access =
-        moved.empty() ? nullptr : accessTo(moved.front().originalURL);
-    const RestoreOperation operation =
-        with_.trashService->restore(moved, access ? std::optional(access->url()) : std::nullopt);
+    const RestoreOperation operation = with_.trashService->restore(moved, lastTrashRoot_);
+    log(operation.failures);
 
     TrashOperation left;
     std::ranges::copy_if(moved, std::back_inserter(left.moved), [&](const TrashedItem& item) {

@@ -102,6 +102,11 @@ std::string launchAtLoginFailedLog(std::string_view verb, std::string_view error
     return "Gruk: failed to " + std::string(verb) + " launch-at-login: " + displayText(error);
 }
 
+std::string notMovedLog(std::string_view message)
+{
+    return "Gruk: not moved: " + displayText(message);
+}
+
 std::string settingNotSavedLog(std::string_view error)
 {
     return "Gruk: failed to save a setting: " + displayText(error);

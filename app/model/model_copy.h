@@ -89,6 +89,8 @@ inline constexpr std::string_view shieldNotReset =
 // For the log.
 /// `verb` is "register" or "unregister".
 [[nodiscard]] std::string launchAtLoginFailedLog(std::string_view verb, std::string_view error);
+/// Of one item, with the path and the system's words in `message`.
+[[nodiscard]] std::string notMovedLog(std::string_view message);
 [[nodiscard]] std::string settingNotSavedLog(std::string_view error);
 [[nodiscard]] std::string grantFailedLog(std::string_view path, std::string_view error);
 [[nodiscard]] std::string regrantFailedLog(std::string_view path, std::string_view error);

@@ -43,7 +43,9 @@ FileKind kindOnDisk(const FileURL& url)
 Bytes sizeOnDisk(const FileURL& url)
 {
     const std::optional<ItemFacts> facts = factsOf(url);
-    return facts && facts->type != ItemType::directory ? facts->logicalSize : 0;
+    // A sparse file can claim any length, and the sum of a plan must hold them all.
+    constexpr Bytes largest = Bytes{1} << 50U;
+    return facts && facts->type != ItemType::directory ? std::min(facts->logicalSize, largest) : 0;
 }
 
 OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
@@ -58,6 +60,10 @@ OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& au
         makeDirectory(url, conditions, calls);
     };
     disk.moveItem = [calls, conditions](const FileURL& from, const FileURL& to) {
+        if (conditions.within && !isInsideRoot(from.standardized(), *conditions.within)) {
+            throw FileError(std::make_error_code(std::errc::operation_not_permitted), "move",
+                            from.path(), "it lies outside the folder that was granted");
+        }
         gruk::moveItem(from, to, conditions, calls);
     };
     disk.writeJournal = [calls, conditions](const StashJournalFile& journal, const FileURL& realm) {
@@ -66,7 +72,7 @@ OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& au
     };
     disk.kindOf = kindOnDisk;
     disk.fileSize = sizeOnDisk;
-    disk.volumeRoot = liveVolumeRoot;
+    disk.volumeRoot = liveFolderVolumeRoot;
     disk.now = Date::now;
     return disk;
 }

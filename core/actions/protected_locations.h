@@ -19,8 +19,13 @@ using VolumeRoot = std::function<FileURL(const FileURL&)>;
 /// "/Volumes/{name}" for that place and everything below it; "/" everywhere else. Pure.
 [[nodiscard]] FileURL defaultVolumeRoot(const FileURL& url);
 
-/// The same, but the top of any mounted volume is its own. Reads the disk.
+/// The same, but the top of any mounted volume is its own, and so are "/" and the user's home by
+/// whatever path they are reached. Of a link the link itself is meant. Reads the disk.
 [[nodiscard]] FileURL liveVolumeRoot(const FileURL& url);
+
+/// The same for a folder whose content is meant: a link to one of those places counts as that
+/// place.
+[[nodiscard]] FileURL liveFolderVolumeRoot(const FileURL& url);
 
 /// Whether `url` is "/", the user's home folder or `volumeRoot` itself. What lies below those is
 /// not protected.

@@ -18,10 +18,14 @@ namespace {
 
 using Reason = StashFailure::Reason;
 
+/// A longer one is not one of ours: a name has at most 255 bytes.
+constexpr std::size_t longestJournal = std::size_t{64} << 20U;
+
 std::optional<StashJournalFile> journalIn(const FileURL& folder)
 {
     try {
-        return decodedStashJournal(readFile(folder.appending(StashService::journalFileName)));
+        return decodedStashJournal(
+            readFile(folder.appending(StashService::journalFileName), longestJournal));
     } catch (const std::exception&) {
         return std::nullopt;
     }
@@ -49,7 +53,7 @@ StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
     disk.readJournal = journalIn;
     disk.now = Date::now;
     disk.dateNamer = dayMonthYear;
-    disk.volumeRoot = liveVolumeRoot;
+    disk.volumeRoot = liveFolderVolumeRoot;
     return disk;
 }
 

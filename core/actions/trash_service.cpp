@@ -73,6 +73,7 @@ TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
         restoreTrashedItem(from, to, {authorizedRoot, std::nullopt}, calls);
     };
     disk.volumeRoot = liveVolumeRoot;
+    disk.standsInTrash = [calls](const FileURL& url) { return itemStands(url, calls); };
     return disk;
 }
 
@@ -94,13 +95,6 @@ std::optional<Reason> refusal(const TrashCalls& calls, const FileURL& url, const
         return Reason::missingAtReviewedPath;
     }
     return *identity == expected ? std::nullopt : std::optional(Reason::itemChangedSinceReview);
-}
-
-/// Whether the item is in the Trash no more. A link counts as there wherever it leads: most links
-/// lead nowhere from inside the Trash.
-bool isGoneFromTrash(const TrashCalls& calls, const FileURL& trashed)
-{
-    return !calls.fileExists(trashed) && !calls.identityReader(trashed);
 }
 
 }  // namespace
@@ -128,6 +122,9 @@ TrashService::TrashService(TrashCalls calls)
     }
     if (!calls.volumeRoot) {
         calls.volumeRoot = defaultVolumeRoot;
+    }
+    if (!calls.standsInTrash) {
+        calls.standsInTrash = calls.fileExists;
     }
     callsUnder_ = [calls = std::move(calls)](const std::optional<FileURL>&) { return calls; };
 }
@@ -167,7 +164,7 @@ RestoreOperation TrashService::restore(const std::vector<TrashedItem>& items,
             operation.failures.push_back({item.originalURL, Reason::destinationExists, {}});
             continue;
         }
-        if (isGoneFromTrash(calls, item.trashURL)) {
+        if (!calls.standsInTrash(item.trashURL)) {
             operation.failures.push_back({item.trashURL, Reason::missingFromTrash, {}});
             continue;
         }

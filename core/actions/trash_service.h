@@ -24,6 +24,9 @@ struct TrashCalls {
     /// What stands at a place, not following a last link; none when that cannot be read.
     std::function<std::optional<FileIdentity>(const FileURL&)> identityReader;
     VolumeRoot volumeRoot;
+    /// Whether an item is in the Trash; empty means that `fileExists` tells. Most links lead
+    /// nowhere from inside the Trash, and are there all the same.
+    std::function<bool(const FileURL&)> standsInTrash = {};
 };
 
 /// The only place that sends anything to the Trash. Checks each item again at the moment of the

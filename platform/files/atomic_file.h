@@ -67,7 +67,8 @@ private:
 void replaceFile(const FileURL& target, std::string_view bytes,
                  const FileCalls& calls = FileCalls::live());
 
-/// The whole content of the file. Throws `FileError`.
-[[nodiscard]] std::string readFile(const FileURL& url);
+/// The whole content of the file. Throws `FileError`: `file_too_large` when it has more than
+/// `longest` bytes.
+[[nodiscard]] std::string readFile(const FileURL& url, std::size_t longest = std::size_t{1} << 40U);
 
 }  // namespace gruk

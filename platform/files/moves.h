@@ -15,8 +15,8 @@
 
 namespace gruk {
 
-/// Whether anything stands at `url`: a link that leads nowhere stands there, too. What cannot be
-/// looked at for another reason than that it is not there counts as standing.
+/// Whether something can be seen to stand at `url`: a link that leads nowhere stands there, too.
+/// What cannot be looked at counts as nothing; a move there would be refused.
 [[nodiscard]] bool itemStands(const FileURL& url, const MoveCalls& calls = MoveCalls::live());
 
 /// Whether `url`, with a last link followed, leads to something.

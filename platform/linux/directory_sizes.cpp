@@ -33,11 +33,11 @@ public:
     {
     }
 
-    /// Everything below the folder; none when it was cut short. Throws `FileError`.
-    std::optional<Bytes> run()
+    /// Everything below the folder. Throws `FileError`, and `CutShort`.
+    Bytes run()
     {
         std::vector<std::pair<std::size_t, std::string>> open{{0, std::string()}};
-        while (!open.empty() && !isCutShort_) {
+        while (!open.empty()) {
             const auto [depth, name] = std::move(open.back());
             open.pop_back();
             reader_.list(depth, name, [&, below = depth + 1](const ListedChild& child) {
@@ -45,16 +45,29 @@ public:
                     open.emplace_back(below, child.name);
                 }
             });
-            isCutShort_ = isCutShort_ || std::chrono::steady_clock::now() > end_;
+            requireTime();
         }
-        return isCutShort_ ? std::nullopt : std::optional<Bytes>(total_);
+        return total_;
     }
 
+    /// Thrown, also in the middle of a folder, when the walk has grown too long.
+    struct CutShort {};
+
 private:
+    void requireTime() const
+    {
+        if (items_ > limits_.items || std::chrono::steady_clock::now() > end_) {
+            throw CutShort();
+        }
+    }
+
     /// Adds the child; whether it is a folder to walk.
     bool count(const ListedChild& child)
     {
-        isCutShort_ = isCutShort_ || ++items_ > limits_.items;
+        constexpr std::size_t betweenLooks = 256;
+        if (++items_ % betweenLooks == 0 || items_ > limits_.items) {
+            requireTime();
+        }
         if (!child.facts) {
             // A link, for the most part, which takes no room of its own or next to none.
             return false;
@@ -64,14 +77,13 @@ private:
             || seen_.emplace(child.facts->deviceID, child.facts->inode).second) {
             total_ = checkedAdd(total_, child.facts->allocatedSize);
         }
-        return isDirectory && !isCutShort_;
+        return isDirectory;
     }
 
     TreeReader reader_;
     WalkLimits limits_;
     std::chrono::steady_clock::time_point end_;
     std::size_t items_ = 0;
-    bool isCutShort_ = false;
     Bytes total_ = 0;
     std::set<std::pair<std::int32_t, std::uint64_t>> seen_;
 };
@@ -97,8 +109,7 @@ void replace(const Descriptor& base, std::string_view text, const MoveCalls& cal
                         AtomicFile::TargetLink::replaced);
         file.write(text);
         file.commit();
-    } catch (const FileError&) {
-        return;
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the item has moved already
     }
 }
 
@@ -108,9 +119,10 @@ std::optional<Bytes> sizeOnDisk(const FileURL& folder, const WalkLimits& limits)
 {
     try {
         const Bytes own = itemFacts(folder).allocatedSize;
-        const std::optional<Bytes> content = SizeWalk(folder, limits).run();
-        return content ? std::optional(checkedAdd(own, *content)) : std::nullopt;
+        return checkedAdd(own, SizeWalk(folder, limits).run());
     } catch (const FileError&) {
+        return std::nullopt;
+    } catch (const SizeWalk::CutShort&) {
         return std::nullopt;
     }
 }

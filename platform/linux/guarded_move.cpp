@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "platform/linux/errno_error.h"
+#include "platform/linux/mount_table.h"
 #include "platform/linux/persistently.h"
 
 namespace gruk {
@@ -69,14 +70,10 @@ private:
     int makeDirectory()
     {
         constexpr unsigned ownerOnly = 0700;
-        int result = persistently(
+        const int result = persistently(
             [&] { return calls_.makeDirectory(spot_.directory, spot_.name.c_str(), ownerOnly); });
-        if (result == 0 && (result = learn(spot_.directory, spot_.name)) < 0) {
-            // Should it be another one's by now, only an empty one can go.
-            persistently(
-                [&] { return calls_.removeDirectory(spot_.directory, spot_.name.c_str()); });
-        }
-        return result;
+        // One that cannot be looked at is left: it may be another one's by now.
+        return result == 0 ? learn(spot_.directory, spot_.name) : result;
     }
 
     int makeFile()
@@ -128,7 +125,8 @@ int moveOverPlaceHolder(const Spot& from, const Spot& to, const PlaceFacts& item
     if (const int result = holder.make(); result < 0) {
         return result;
     }
-    int result = -EEXIST;
+    // Not "taken", which would be an invitation to try another name and leave one more behind.
+    int result = -EBUSY;
     if (holder.isUntouched()) {
         result = persistently([&] {
             return calls.moveOver(from.directory, from.name.c_str(), to.directory, to.name.c_str());
@@ -138,6 +136,23 @@ int moveOverPlaceHolder(const Spot& from, const Spot& to, const PlaceFacts& item
         holder.remove();
     }
     return result == -ENOTEMPTY || result == -ENOTDIR || result == -EISDIR ? -EEXIST : result;
+}
+
+/// A folder would take the volumes that are mounted in it along, and whoever empties the Trash
+/// would empty those disks.
+void requireNoVolumeIn(const Spot& folder, const MoveCalls& calls)
+{
+    std::string parent;
+    if (calls.pathOf(folder.directory, parent) < 0) {
+        return;
+    }
+    const FileURL itself = FileURL(parent).appending(folder.name);
+    for (const Mount& mount : mountTable()) {
+        if (pathIsAtOrBelow(mount.point, itself.path())) {
+            throw FileError(std::make_error_code(std::errc::device_or_resource_busy), operation,
+                            folder.path, "a volume is mounted in it");
+        }
+    }
 }
 
 bool saysNotSupported(int result)
@@ -228,6 +243,9 @@ void moveBetween(const Spot& from, const Spot& to, const std::optional<ItemIdent
 {
     const PlaceFacts item = factsOf(from, operation, calls);
     requireIdentity(item, identity, from.path);
+    if (item.item.type == ItemType::directory) {
+        requireNoVolumeIn(from, calls);
+    }
     if (const int result = transfer(from, to, item, calls); result < 0) {
         throwErrno(-result, operation, result == -EEXIST ? to.path : from.path);
     }

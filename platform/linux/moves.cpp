@@ -53,9 +53,8 @@ bool itemStands(const FileURL& url, const MoveCalls& calls)
 {
     try {
         static_cast<void>(look(url, LastLink::refused, calls));
-    } catch (const FileError& error) {
-        return error.code() != std::errc::no_such_file_or_directory
-               && error.code() != std::errc::not_a_directory;
+    } catch (const FileError&) {
+        return false;
     }
     return true;
 }

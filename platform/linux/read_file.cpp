@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <cstdint>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -30,7 +31,7 @@ Descriptor openForReading(const std::string& path)
 
 }  // namespace
 
-std::string readFile(const FileURL& url)
+std::string readFile(const FileURL& url, std::size_t longest)
 {
     const std::string& path = url.path();
     const Descriptor file = openForReading(path);
@@ -40,6 +41,9 @@ std::string readFile(const FileURL& url)
     }
     if (!S_ISREG(facts.st_mode)) {
         throwErrno(S_ISDIR(facts.st_mode) ? EISDIR : EINVAL, "read", path);
+    }
+    if (static_cast<std::uint64_t>(facts.st_size) > longest) {
+        throwErrno(EFBIG, "read", path);
     }
     std::string content(static_cast<std::size_t>(facts.st_size) + smallestRead, '\0');
     std::size_t length = 0;

@@ -136,6 +136,8 @@ private:
         try {
             written_ =
                 makeSmallFile(info, infoName, text_, trash_.path + "/info/" + infoName, calls_);
+            // So that it is there before the item, also after a power failure.
+            persistently([&] { return calls_.synchronizeDirectory(info); });
         } catch (const FileError& error) {
             return nameIsNoGood(error);
         }
@@ -206,9 +208,26 @@ struct FoundInfo {
     PlaceFacts facts;
 };
 
+/// Whether the info file of a Trash, open as `base`, names the place `original`: as it reads, or as
+/// it is, in the open folder `target`, when no link is followed.
+bool namesPlace(const TrashInfo& info, const Descriptor& base, const FileURL& original,
+                const OpenedParent& target, const MoveCalls& calls)
+{
+    std::string named = info.path;
+    if (!named.starts_with('/')) {
+        named = FileURL(volumeTop(base.number(), calls).path).appending(named).path();
+    }
+    std::string folder;
+    const bool isKnown = calls.pathOf(target.directory.number(), folder) >= 0;
+    return named == original.path()
+           || (isKnown && named == FileURL(folder).appending(target.name).path());
+}
+
 /// Finds the info file that belongs to what stands as `spot` in a Trash: the one of its name in the
-/// folder beside, which must read as an info file of an item of the same name as `original`.
-std::optional<FoundInfo> findInfo(const Spot& spot, const FileURL& original, const MoveCalls& calls)
+/// folder beside. Throws `FileError` when it says that the item came from another place: then it is
+/// not the one that went there, and its way back is not this one.
+std::optional<FoundInfo> findInfo(const Spot& spot, const FileURL& original,
+                                  const OpenedParent& target, const MoveCalls& calls)
 {
     if (FileURL(spot.path).deletingLastPathComponent().lastPathComponent() != "files") {
         return std::nullopt;
@@ -225,8 +244,12 @@ std::optional<FoundInfo> findInfo(const Spot& spot, const FileURL& original, con
     }
     const auto file = readSmallFile(found.info.number(), found.name, longestInfo, calls);
     const auto info = file ? parseTrashInfo(file->text) : std::nullopt;
-    if (!info || FileURL(info->path).lastPathComponent() != original.lastPathComponent()) {
+    if (!info) {
         return std::nullopt;
+    }
+    if (!namesPlace(*info, found.base, original, target, calls)) {
+        throw FileError(std::make_error_code(std::errc::no_such_file_or_directory), "restore",
+                        spot.path, "another item has its place in the Trash");
     }
     found.facts = file->facts;
     return found;
@@ -272,7 +295,7 @@ void restoreTrashedItem(const FileURL& trashed, const FileURL& original,
     const OpenedParent source = openWayTo(trashed, std::nullopt, "restore", calls);
     const OpenedParent target = openWayTo(original, conditions.within, "restore", calls);
     const Spot from{source.directory.number(), source.name, trashed.path()};
-    const std::optional<FoundInfo> info = findInfo(from, original, calls);
+    const std::optional<FoundInfo> info = findInfo(from, original, target, calls);
     moveBetween(from, {target.directory.number(), target.name, original.path()},
                 conditions.identity, calls);
     if (info) {

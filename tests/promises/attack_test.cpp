@@ -114,6 +114,10 @@ protected:
             const auto identity = TrashService::currentIdentity(item);
             const TrashOperation trashed =
                 trash.moveToTrash({{item, 1, identity.value_or(FileIdentity())}}, realm);
+            if (!trashed.moved.empty()) {
+                ASSERT_EQ(TrashService::currentIdentity(trashed.moved[0].trashURL), identity)
+                    << "another item than the reviewed one is in the Trash";
+            }
             putBack(trash, trashed.moved, realm, swapper);
             const StashOperation filed =
                 organise.applyPlan({sub, {{FileKind::image, "Images", {item}, 0}}}, realm);

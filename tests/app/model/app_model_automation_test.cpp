@@ -284,6 +284,33 @@ TEST_F(AppModelAutomation, launchAtLoginIsWhatTheLoginItemSays)
     EXPECT_FALSE(model().errorMessage());
 }
 
+TEST(AppModelAutomationAtScale, aThousandGrantsCostOneLookAtTheStoreAndNotOnTheMainThread)
+{
+    constexpr int count = 1'000;
+    ModelHouse house([](ModelCollaborators& all) {
+        BookmarkCalls calls;
+        calls.make = [](const FileURL& url) { return url.path(); };
+        calls.resolve = [](std::string_view bookmark) { return FileURL::directory(bookmark); };
+        calls.startAccessing = [](const FileURL&) { return true; };
+        calls.stopAccessing = [](const FileURL&) {};
+        const FileURL file(
+            all.realmIdentityStore->fileURL().deletingLastPathComponent().appending("many.json"));
+        all.grantStore = std::make_shared<GrantStore>(file, calls);
+        for (int i = 0; i < count; ++i) {
+            all.grantStore->addGrant(FileURL::directory("/realm/" + std::to_string(i)));
+        }
+    });
+    ASSERT_EQ(house.model->grants().size(), std::size_t{count});
+    house.model->setCadence(PatrolCadence::weekly, house.model->grants().back());
+    ASSERT_EQ(house.pool->count(), 0U);
+    house.loop->advance(1min);
+    EXPECT_EQ(house.pool->count(), 1U) << "one look for all of them";
+    house.pool->runNext();
+    house.loop->run();
+    EXPECT_EQ(house.model->patrollingRootURL(), FileURL::directory("/realm/999"));
+    house.settle();
+}
+
 }  // namespace
 
 }  // namespace gruk

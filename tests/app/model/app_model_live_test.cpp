@@ -1,4 +1,5 @@
 #include <atomic>
+#include <filesystem>
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -124,6 +125,10 @@ TEST(AppModelLive, aModelMayEndAtAnyMomentOfItsWork)
         const auto end = std::make_shared<QtRunLoop>();
         const auto timer = end->after(std::chrono::milliseconds(attempt), [&] { events.quit(); });
         events.exec();
+    }
+    // The pool of each model ended with it, so nothing is at work any more.
+    for (const auto& item : std::filesystem::directory_iterator(directory.path("app"))) {
+        EXPECT_FALSE(item.path().filename().string().ends_with(".gruk-new")) << item.path();
     }
 }
 

@@ -180,6 +180,59 @@ TEST_F(TrashServiceLive, theTopOfAMountedVolumeIsProtectedWhereverItIsMounted)
     EXPECT_EQ(run.complaint, "");
 }
 
+TEST_F(TrashServiceLive, aFolderWithAVolumeMountedInsideIsRefusedAndTheVolumeStays)
+{
+    const std::string disk = house.home().folder("realm/folder/disk");
+    const auto run = test::runWithPrivateMounts([&]() -> std::string {
+        test::mountMemory(disk);
+        std::ofstream(disk + "/precious") << "x";
+        const TrashOperation operation =
+            service.moveToTrash({request(house.home().path("realm/folder"))}, house.realm());
+        if (!operation.moved.empty()) {
+            return "the folder took the volume along";
+        }
+        return fs::exists(disk + "/precious")
+                       && operation.failures.at(0).message.ends_with("a volume is mounted in it")
+                   ? ""
+                   : operation.failures.at(0).message;
+    });
+    if (!run.isPermitted) {
+        GTEST_SKIP() << "nothing may be mounted here";
+    }
+    EXPECT_EQ(run.complaint, "");
+}
+
+TEST_F(TrashServiceLive, anotherItemThatTookThePlaceInTheTrashIsNotPutBackAsOurs)
+{
+    const TrashOperation ours =
+        service.moveToTrash({request(file("a.txt", "ours"))}, house.realm());
+    // The Trash is emptied, and another program puts an item of the same name there.
+    const std::string trash = house.home().path(".local/share/Trash");
+    fs::remove(trash + "/files/a.txt");
+    fs::remove(trash + "/info/a.txt.trashinfo");
+    std::ofstream(trash + "/files/a.txt") << "theirs";
+    std::ofstream(trash + "/info/a.txt.trashinfo")
+        << "[Trash Info]\nPath=/elsewhere/a.txt\nDeletionDate=2026-11-21T00:00:00\n";
+    const RestoreOperation restored = service.restore(ours.moved, house.realm());
+    ASSERT_EQ(restored.failures.size(), 1U);
+    EXPECT_EQ(restored.failures[0].reason, Reason::couldNotRestore);
+    EXPECT_FALSE(fs::exists(house.home().path("realm/a.txt")));
+    EXPECT_TRUE(fs::exists(trash + "/files/a.txt"));
+    EXPECT_TRUE(fs::exists(trash + "/info/a.txt.trashinfo"));
+}
+
+TEST_F(TrashServiceLive, theHomeFolderIsProtectedByWhateverPathItIsReached)
+{
+    (void)house.home().symbolicLink("outside/alias", house.home().path());
+    const FileURL alias = house.outside().appending("alias", FileURL::Names::directory);
+    const FileURL home = FileURL::directory(house.home().path());
+    EXPECT_TRUE(isProtectedLocation(alias, liveFolderVolumeRoot(alias)));
+    EXPECT_FALSE(isProtectedLocation(alias, liveVolumeRoot(alias))) << "the link itself is no home";
+    EXPECT_TRUE(isProtectedLocation(home, liveVolumeRoot(home)));
+    const FileURL inside = house.realm();
+    EXPECT_FALSE(isProtectedLocation(inside, liveFolderVolumeRoot(inside)));
+}
+
 TEST_F(TrashServiceLive, anItemSwappedInTheMomentOfTheMoveIsPutBack)
 {
     const std::string path = file("a", "reviewed");

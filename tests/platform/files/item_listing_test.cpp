@@ -44,16 +44,16 @@ TEST(Standing, anythingStandsEvenALinkThatLeadsNowhere)
     EXPECT_TRUE(itemStands(FileURL()));
 }
 
-TEST(Standing, whatCannotBeLookedAtCountsAsStanding)
+TEST(Standing, whatCannotBeLookedAtCountsAsNothing)
 {
     EXPECT_TRUE(test::succeedsAsOrdinaryUser(
         [](const TemporaryDirectory& directory) {
             directory.file("closed/a");
             fs::permissions(directory.path("closed"), fs::perms::none);
-            const bool isStanding = itemStands(at(directory, "closed/missing"));
+            const bool isStanding = itemStands(at(directory, "closed/a"));
             const bool isReachable = itemIsReachable(at(directory, "closed/a"));
             fs::permissions(directory.path("closed"), fs::perms::owner_all);
-            return isStanding && !isReachable;
+            return !isStanding && !isReachable;
         },
         TemporaryDirectory()));
 }

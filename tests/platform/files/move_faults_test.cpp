@@ -347,7 +347,7 @@ TEST(MoveFaults, aKillBeforeAnyCallLeavesEveryItemInExactlyOnePlace)
                 EXPECT_EQ(scene.places(), std::vector{now.path()});
                 restoreTrashedItem(now, place);
             } else {
-                restoreTrashedItem(place, scene.house().url("root/again"));
+                restoreTrashedItem(place, scene.house().url("root/item"));
             }
             EXPECT_EQ(scene.places().size(), 1U);
         }
