@@ -30,10 +30,14 @@ gruk_add_tests(gruk_app_tests
     app/screens/main_window_test.cpp
     app/screens/patrol_page_test.cpp
     app/screens/patrol_text_test.cpp
+    app/screens/shield_view_test.cpp
     app/theme/card_painter_test.cpp
+    app/theme/drawing_test.cpp
     app/theme/focus_ring_test.cpp
     app/theme/icons_test.cpp
+    app/theme/land_geometry_test.cpp
     app/theme/palette_test.cpp
+    app/theme/shield_geometry_test.cpp
     app/theme/text_test.cpp
     app/theme/theme_test.cpp
     app/tour/tree_copy_test.cpp)

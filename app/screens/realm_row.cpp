@@ -1,11 +1,15 @@
 #include "app/screens/realm_row.h"
 
+#include <cmath>
+
 #include <QKeyEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include "app/screens/shield_view.h"
 #include "app/theme/button.h"
 #include "app/theme/card_painter.h"
+#include "app/theme/shield_painter.h"
 #include "app/theme/text.h"
 #include "platform/foundation/file_url.h"
 
@@ -20,8 +24,9 @@ QString nameOf(const Grant& grant)
 
 }  // namespace
 
-RealmRow::RealmRow(Theme& theme, const Grant& grant, QWidget* parent)
-    : QPushButton(parent), theme_(theme), name_(nameOf(grant)), path_(displayName(grant.path))
+RealmRow::RealmRow(Theme& theme, const Grant& grant, const RealmIdentity& identity, QWidget* parent)
+    : QPushButton(parent), theme_(theme), identity_(identity), name_(nameOf(grant)),
+      path_(displayName(grant.path))
 {
     setAccessibleName(QStringLiteral("%1, %2").arg(name_, path_));
     setToolTip(toolTipText(path_));
@@ -29,6 +34,14 @@ RealmRow::RealmRow(Theme& theme, const Grant& grant, QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void RealmRow::setIdentity(const RealmIdentity& identity)
+{
+    if (identity_ != identity) {
+        identity_ = identity;
+        update();
+    }
 }
 
 void RealmRow::setActive(bool isActive)
@@ -65,13 +78,23 @@ void RealmRow::paintEvent(QPaintEvent*)
         painter.fillPath(cutPath(body, cardCorners), theme_.colour(Role::ink, Strength::shadow));
     }
 
+    // On whole pixels, so that it comes out sharp.
+    const QRectF shield(body.left() + Measure::medium,
+                        std::round(body.center().y() - Measure::realmRowShield / 2.0),
+                        Measure::realmRowShield, Measure::realmRowShield);
+    paintShield(painter, shield, identity_, theme_);
+    paintTexts(painter, QRectF(QPointF(shield.right() + Measure::small, body.top()),
+                               body.bottomRight() - QPointF(Measure::medium, 0)));
+}
+
+void RealmRow::paintTexts(QPainter& painter, const QRectF& text) const
+{
     const QFont nameFont = theme_.font(TextStyle::bodyStrong);
     const QFont pathFont = theme_.font(TextStyle::small);
     const QFontMetrics nameMetrics(nameFont);
     const QFontMetrics pathMetrics(pathFont);
-    const QRectF text = body.adjusted(Measure::medium, 0, -Measure::medium, 0);
     const int width = static_cast<int>(text.width());
-    double top = body.center().y() - (nameMetrics.height() + pathMetrics.height()) / 2.0;
+    double top = text.center().y() - (nameMetrics.height() + pathMetrics.height()) / 2.0;
     painter.setFont(nameFont);
     painter.setPen(theme_.colour(Role::ink));
     painter.drawText(QRectF(text.left(), top, width, nameMetrics.height()), Qt::TextSingleLine,
@@ -92,33 +115,45 @@ void RealmRow::keyPressEvent(QKeyEvent* event)
     QPushButton::keyPressEvent(event);
 }
 
-DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant, QWidget* parent)
-    : QWidget(parent)
+DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
+                                           const RealmIdentity& identity, QWidget* parent)
+    : QWidget(parent), shield_(new RealmShieldView(theme, identity))
 {
+    shield_->setFixedSize(shield_->sizeHint());
+    shield_->setOpacity(Strength::disconnected);
     const QString path = displayName(grant.path);
     auto* name = new ElidedLabel(theme, TextStyle::bodyStrong, Qt::ElideMiddle);
     name->setFullText(nameOf(grant));
     name->setToolTip(toolTipText(path));
     name->setColour(Role::ink, Strength::disconnected);
-    auto* state = new Label(theme, TextStyle::small);
-    state->setText(QStringLiteral("⚠︎ Disconnected"));
+    auto* state = new ElidedLabel(theme, TextStyle::small, Qt::ElideRight);
+    state->setFullText(QStringLiteral("⚠︎ Disconnected"));
     state->setColour(Role::ink, Strength::disconnected);
     auto* again = new Button(theme, Button::Kind::link, QStringLiteral("Grant again…"));
     again->setAccessibleDescription(path);
 
     auto* line = new QHBoxLayout;
-    line->setSpacing(Measure::small);
-    line->addWidget(state);
-    line->addStretch();
+    line->setSpacing(Measure::hair);
+    line->addWidget(state, 1);
     line->addWidget(again);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(Measure::medium, Measure::hair, Measure::small, Measure::hair);
+    auto* column = new QVBoxLayout;
     column->setSpacing(0);
     column->addWidget(name);
     column->addLayout(line);
+    auto* row = new QHBoxLayout(this);
+    // As far from the left as in the row of a realm that is there.
+    row->setContentsMargins(Measure::medium + 1, Measure::hair, 0, Measure::hair);
+    row->setSpacing(Measure::small);
+    row->addWidget(shield_);
+    row->addLayout(column, 1);
     setAccessibleName(QStringLiteral("%1, disconnected").arg(nameOf(grant)));
 
     connect(again, &QPushButton::clicked, this, &DisconnectedRealmRow::regrantRequested);
+}
+
+void DisconnectedRealmRow::setIdentity(const RealmIdentity& identity)
+{
+    shield_->setIdentity(identity);
 }
 
 }  // namespace gruk

@@ -4,15 +4,22 @@
 
 #include "app/theme/label.h"
 #include "core/actions/grant.h"
+#include "core/realm/realm_identity.h"
 
 namespace gruk {
 
-/// A realm in the sidebar that can be opened: its name over its path.
+class RealmShieldView;
+
+/// A realm in the sidebar that can be opened: its shield, and its name over its path.
 class RealmRow : public QPushButton {
     Q_OBJECT
 
 public:
-    RealmRow(Theme& theme, const Grant& grant, QWidget* parent = nullptr);
+    RealmRow(Theme& theme, const Grant& grant, const RealmIdentity& identity,
+             QWidget* parent = nullptr);
+
+    /// Repaints the shield, if it is another one.
+    void setIdentity(const RealmIdentity& identity);
 
     /// Marks the realm whose page shows.
     void setActive(bool isActive);
@@ -25,7 +32,10 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void paintTexts(QPainter& painter, const QRectF& bounds) const;
+
     Theme& theme_;
+    RealmIdentity identity_;
     QString name_;
     QString path_;
     bool isActive_ = false;
@@ -36,10 +46,16 @@ class DisconnectedRealmRow : public QWidget {
     Q_OBJECT
 
 public:
-    DisconnectedRealmRow(Theme& theme, const Grant& grant, QWidget* parent = nullptr);
+    DisconnectedRealmRow(Theme& theme, const Grant& grant, const RealmIdentity& identity,
+                         QWidget* parent = nullptr);
+
+    void setIdentity(const RealmIdentity& identity);
 
 Q_SIGNALS:
     void regrantRequested();
+
+private:
+    RealmShieldView* shield_;
 };
 
 }  // namespace gruk

@@ -52,6 +52,8 @@ SidebarView::SidebarView(AppModel& model, Theme& theme, QWidget* parent)
     repaint->on(model_, &AppModel::grantsChanged);
     repaint->on(model_, &AppModel::activeRootURLChanged);
     repaint->on(model_, &AppModel::errorMessageChanged);
+    auto* repaintShields = new RepaintOnce([this] { showShields(); }, this);
+    repaintShields->on(model_, &AppModel::realmIdentityStoreChanged);
     showRealms();
 }
 
@@ -113,28 +115,46 @@ void SidebarView::showRealms()
         shown_ = std::move(realms);
         removeRows(*rows_);
         realmRows_.clear();
+        disconnectedRows_.clear();
         for (const auto& [grant, isConnected] : shown_) {
             addRow(grant, isConnected);
         }
     }
-    for (const auto& [path, row] : realmRows_) {
-        row->setActive(model_.activeRootURL() && model_.activeRootURL()->path() == path);
+    for (const auto& [grant, row] : realmRows_) {
+        row->setActive(model_.activeRootURL()
+                       && model_.activeRootURL()->path() == standardizedPath(grant));
     }
+}
+
+void SidebarView::showShields()
+{
+    for (const auto& [grant, row] : realmRows_) {
+        row->setIdentity(identityOf(grant));
+    }
+    for (const auto& [grant, row] : disconnectedRows_) {
+        row->setIdentity(identityOf(grant));
+    }
+}
+
+RealmIdentity SidebarView::identityOf(const Grant& grant) const
+{
+    return model_.realmIdentityStore().identity(standardizedPath(grant));
 }
 
 void SidebarView::addRow(const Grant& grant, bool isConnected)
 {
     QWidget* row = nullptr;
     if (isConnected) {
-        auto* realm = new RealmRow(theme_, grant);
+        auto* realm = new RealmRow(theme_, grant, identityOf(grant));
         connect(realm, &QPushButton::clicked, this,
                 [this, grant] { model_.selectRealm(FileURL::directory(grant.path)); });
-        realmRows_.emplace_back(standardizedPath(grant), realm);
+        realmRows_.emplace_back(grant, realm);
         row = realm;
     } else {
-        auto* disconnected = new DisconnectedRealmRow(theme_, grant);
+        auto* disconnected = new DisconnectedRealmRow(theme_, grant, identityOf(grant));
         connect(disconnected, &DisconnectedRealmRow::regrantRequested, this,
                 [this, grant] { model_.regrantRealm(grant); });
+        disconnectedRows_.emplace_back(grant, disconnected);
         row = disconnected;
     }
     row->setContextMenuPolicy(Qt::CustomContextMenu);

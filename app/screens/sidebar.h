@@ -12,6 +12,7 @@ class QVBoxLayout;
 
 namespace gruk {
 
+class DisconnectedRealmRow;
 class RealmRow;
 
 /// The realms at the left of the window, and the way to grant another.
@@ -31,6 +32,8 @@ private:
     [[nodiscard]] QWidget* makeBrand();
     [[nodiscard]] QWidget* makeRealms();
     void showRealms();
+    void showShields();
+    [[nodiscard]] RealmIdentity identityOf(const Grant& grant) const;
     void addRow(const Grant& grant, bool isConnected);
     void showContextMenu(QWidget& row, const Grant& grant, const QPoint& at);
     void confirmRemoval(const Grant& grant);
@@ -40,7 +43,8 @@ private:
     QVBoxLayout* rows_ = nullptr;
     /// What the rows show: each grant, and whether it is connected.
     std::vector<std::pair<Grant, bool>> shown_;
-    std::vector<std::pair<std::string, RealmRow*>> realmRows_;
+    std::vector<std::pair<Grant, RealmRow*>> realmRows_;
+    std::vector<std::pair<Grant, DisconnectedRealmRow*>> disconnectedRows_;
 };
 
 }  // namespace gruk

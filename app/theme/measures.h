@@ -20,6 +20,7 @@ inline constexpr int stackingWidth = 700;
 
 inline constexpr int sidebarWidth = 248;
 inline constexpr int realmRowHeight = 48;
+inline constexpr int realmRowShield = 30;
 inline constexpr int buttonHeight = 32;
 inline constexpr int primaryButtonHeight = 38;
 inline constexpr int smallestTarget = 24;

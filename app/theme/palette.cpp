@@ -31,6 +31,10 @@ constexpr std::array<std::array<Shade, paletteThemeCount>, roleCount> colours = 
     {{{0x292724, 0xFBF8EF}, {0x2F261D, 0xFCF5E7}, {0x21282A, 0xF1F6F7}, {0x28252A, 0xF6F4F7}}},
 }};
 
+static_assert(roleOf(Tincture::fern) == Role::fern);
+static_assert(roleOf(Tincture::sand) == Role::sand);
+static_assert(static_cast<std::size_t>(Role::sand) + 1 == tinctureCount);
+
 }  // namespace
 
 QRgb paletteColour(Role role, AppPaletteTheme palette, ColourScheme scheme)

@@ -4,6 +4,8 @@
 
 #include <QRgb>
 
+#include "core/realm/realm_identity.h"
+
 namespace gruk {
 
 /// What a colour is for. The first twelve are the tinctures of the shields, in their order; the
@@ -27,6 +29,12 @@ enum class Role : std::uint8_t {
     paperCard,
 };
 inline constexpr std::size_t roleCount = 15;
+
+/// The colour that a tincture shows: the one of the same name, by position.
+[[nodiscard]] constexpr Role roleOf(Tincture tincture)
+{
+    return static_cast<Role>(tincture);
+}
 
 /// The palettes, in the order in which they are offered.
 enum class AppPaletteTheme : std::uint8_t { woodland, ember, tide, dusk };

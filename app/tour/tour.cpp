@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ranges>
 #include <utility>
 
 #include <QApplication>
@@ -17,6 +18,7 @@
 #include "app/screens/realm_row.h"
 #include "app/theme/house_style.h"
 #include "app/tour/sample_realm.h"
+#include "app/tour/shield_sheet.h"
 #include "app/tour/tree_copy.h"
 
 namespace gruk::tour {
@@ -30,6 +32,12 @@ constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHei
 constexpr QSize smallSize{820, 560};
 constexpr QSize largeSize{1920, 1080};
 constexpr int tallestPage = 6'000;
+constexpr std::pair<const char*, AppPaletteTheme> palettes[] = {
+    {"woodland", AppPaletteTheme::woodland},
+    {"ember", AppPaletteTheme::ember},
+    {"tide", AppPaletteTheme::tide},
+    {"dusk", AppPaletteTheme::dusk},
+};
 
 FileURL urlOf(const fs::path& path)
 {
@@ -94,6 +102,7 @@ QCoro::Task<> Tour::run()
     }
     co_await showRunningPatrol();
     co_await showPatrolElsewhere();
+    showShields();
 }
 
 QCoro::Task<> Tour::showFirstStart(Stage& stage)
@@ -124,12 +133,7 @@ QCoro::Task<> Tour::showLooks(Stage& stage)
     co_await stage.settle();
     camera_.take(stage.window(), "08-after-second-patrol-light-2x", 2);
 
-    const std::pair<const char*, AppPaletteTheme> palettes[] = {
-        {"ember", AppPaletteTheme::ember},
-        {"tide", AppPaletteTheme::tide},
-        {"dusk", AppPaletteTheme::dusk},
-    };
-    for (const auto& [name, palette] : palettes) {
+    for (const auto& [name, palette] : palettes | std::views::drop(1)) {
         theme_.setPaletteTheme(palette);
         co_await take(stage, std::string("09-palette-") + name);
     }
@@ -274,6 +278,22 @@ QCoro::Task<> Tour::showPatrolElsewhere()
     gate->open();
     co_await patrol;
     co_await stage.settle();
+}
+
+void Tour::showShields()
+{
+    ShieldSheet sheet(theme_);
+    sheet.ensurePolished();
+    sheet.resize(sheet.sizeHint());
+    for (const auto& [name, palette] : palettes) {
+        theme_.setPaletteTheme(palette);
+        setScheme(ColourScheme::dark);
+        camera_.take(sheet, std::string("30-shields-") + name + "-dark");
+        setScheme(ColourScheme::light);
+        camera_.take(sheet, std::string("30-shields-") + name + "-light");
+    }
+    theme_.setPaletteTheme(AppPaletteTheme::woodland);
+    camera_.take(sheet, "30-shields-woodland-light-2x", 2);
 }
 
 QCoro::Task<> Tour::take(Stage& stage, std::string name)

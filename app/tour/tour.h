@@ -45,6 +45,9 @@ private:
     /// What the actions of a user are told by, done and refused.
     QCoro::Task<> showMessages(Stage& stage);
 
+    /// Every shield, in each palette.
+    void showShields();
+
     /// Takes the picture in light and in dark.
     QCoro::Task<> take(Stage& stage, std::string name);
     QCoro::Task<> takeWholePage(Stage& stage, std::string name);
