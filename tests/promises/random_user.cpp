@@ -41,6 +41,27 @@ bool stands(const std::string& path)
     return ::lstat(path.c_str(), &facts) == 0;
 }
 
+/// Where what stood at `path` must stand after the moves, of which none lies inside another.
+std::string placeAfter(const std::string& path,
+                       const std::vector<std::pair<std::string, std::string>>& moves)
+{
+    for (const auto& [from, to] : moves) {
+        if (pathIsAtOrBelow(path, from)) {
+            return to + path.substr(from.size());
+        }
+    }
+    return path;
+}
+
+std::vector<std::pair<std::string, std::string>> movesOf(const std::vector<StashedItem>& items)
+{
+    std::vector<std::pair<std::string, std::string>> moves;
+    for (const StashedItem& item : items) {
+        moves.emplace_back(item.originalURL.path(), item.stashedURL.path());
+    }
+    return moves;
+}
+
 }  // namespace
 
 RandomUser::RandomUser(const MovesHouse& house, std::uint64_t seed, const MoveCalls& calls,
@@ -156,10 +177,53 @@ void RandomUser::edit()
         // Takes something out of the Trash by hand.
         const auto trashed = MovesHouse::itemsBelow(house_.home().path(".local/share/Trash/files"));
         if (!trashed.empty()) {
-            fs::remove_all(trashed[pick(trashed.size())], error);
+            const std::string& path = trashed[pick(trashed.size())];
+            fs::remove_all(path, error);
+            takeNameInTrash(path);
         }
     }
     }
+}
+
+std::map<std::string, std::uint64_t> RandomUser::numbers() const
+{
+    std::map<std::string, std::uint64_t> found;
+    for (const std::string& folder :
+         {house_.realm().path(), house_.home().path(".local/share/Trash/files")}) {
+        for (const std::string& path : MovesHouse::itemsBelow(folder)) {
+            struct stat facts {};
+            if (::lstat(path.c_str(), &facts) == 0) {
+                constexpr std::uint64_t roomForMode = 1U << 16U;
+                found[path] = facts.st_ino * roomForMode + facts.st_mode;
+            }
+        }
+    }
+    return found;
+}
+
+void RandomUser::run(const std::string& name, const std::function<std::vector<Move>()>& operate)
+{
+    const std::map<std::string, std::uint64_t> before = numbers();
+    std::vector<Move> moves;
+    around_(name, [&] { moves = operate(); });
+    const std::map<std::string, std::uint64_t> after = numbers();
+    for (const auto& [path, number] : before) {
+        const auto now = after.find(placeAfter(path, moves));
+        EXPECT_TRUE(now != after.end() && now->second == number)
+            << name << ": " << path << " is not where the service said";
+    }
+}
+
+void RandomUser::takeNameInTrash(const std::string& path)
+{
+    const fs::path place(path);
+    const fs::path trash = house_.home().path(".local/share/Trash");
+    if (place.parent_path() != trash / "files" || chance(2)) {
+        return;
+    }
+    std::ofstream(path) << "of another program " << ++made_;
+    std::ofstream(trash / "info" / (place.filename().string() + ".trashinfo"))
+        << "[Trash Info]\nPath=/elsewhere/item\nDeletionDate=2026-11-21T00:00:00\n";
 }
 
 void RandomUser::count(std::size_t moved, std::size_t refused)
@@ -183,7 +247,15 @@ void RandomUser::trash()
         }
     }
     TrashOperation operation;
-    around_("trash", [&] { operation = trash_.moveToTrash(requests, house_.realm()); });
+    run("trash", [&] {
+        operation = trash_.moveToTrash(requests, house_.realm());
+        std::vector<Move> moves;
+        for (const TrashedItem& item : operation.moved) {
+            moves.emplace_back(item.originalURL.path(), item.trashURL.path());
+        }
+        // An item inside one that followed it went first.
+        return moves;
+    });
     for (const TrashedItem& item : operation.moved) {
         EXPECT_TRUE(stands(item.trashURL.path()));
         EXPECT_FALSE(stands(item.originalURL.path()));
@@ -200,8 +272,14 @@ void RandomUser::undoTrash()
         return;
     }
     RestoreOperation operation;
-    around_("undo of trash",
-            [&] { operation = trash_.restore(lastTrash_->moved, house_.realm()); });
+    run("undo of trash", [&] {
+        operation = trash_.restore(lastTrash_->moved, house_.realm());
+        std::vector<Move> moves;
+        for (const TrashedItem& item : operation.restored) {
+            moves.emplace_back(item.trashURL.path(), item.originalURL.path());
+        }
+        return moves;
+    });
     count(0, operation.failures.size());
     counts_.putBack += operation.restored.size();
     for (const TrashedItem& item : operation.restored) {
@@ -214,7 +292,10 @@ void RandomUser::undoTrash()
 void RandomUser::stash()
 {
     StashOperation operation;
-    around_("stash", [&] { operation = stash_.stashDesktop(house_.realm(), house_.realm()); });
+    run("stash", [&] {
+        operation = stash_.stashDesktop(house_.realm(), house_.realm());
+        return movesOf(operation.moved);
+    });
     count(operation.moved.size(), operation.failures.size());
     lastStash_ = std::move(operation);
 }
@@ -226,7 +307,7 @@ void RandomUser::organise(bool byRules)
         rules.push_back({UUID::random(), allFileKinds[pick(allFileKinds.size())], anyName(), true});
     }
     StashOperation operation;
-    around_(byRules ? "filing" : "organise", [&] {
+    run(byRules ? "filing" : "organise", [&] {
         auto plan = std::optional(organise_.planOrganise(house_.realm(), house_.realm(),
                                                          RealmRules::folderOverrides(rules)));
         if (byRules) {
@@ -235,6 +316,7 @@ void RandomUser::organise(bool byRules)
         if (plan) {
             operation = organise_.applyPlan(*plan, house_.realm());
         }
+        return movesOf(operation.moved);
     });
     count(operation.moved.size(), operation.failures.size());
     lastOrganise_ = std::move(operation);
@@ -246,7 +328,14 @@ void RandomUser::undoMoves(std::optional<StashOperation>& slot)
         return;
     }
     StashRestoreOperation operation;
-    around_("undo of moves", [&] { operation = stash_.restore(slot->moved, house_.realm()); });
+    run("undo of moves", [&] {
+        operation = stash_.restore(slot->moved, house_.realm());
+        std::vector<Move> moves = movesOf(operation.restored);
+        for (Move& move : moves) {
+            std::swap(move.first, move.second);
+        }
+        return moves;
+    });
     count(0, operation.failures.size());
     counts_.putBack += operation.restored.size();
     slot.reset();

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/actions/organise_service.h"
@@ -49,12 +52,21 @@ private:
 
     void edit();
     void make(const std::string& path);
+    /// Perhaps puts an item of another program into the Trash, under a name that was ours.
+    void takeNameInTrash(const std::string& path);
     void trash();
     void undoTrash();
     void stash();
     void organise(bool byRules);
     void undoMoves(std::optional<StashOperation>& slot);
     void count(std::size_t moved, std::size_t refused);
+
+    using Move = std::pair<std::string, std::string>;
+    /// Runs one operation, and complains unless just the items that it names went, each from its
+    /// one place to its other, with everything below it; `operate` returns those moves.
+    void run(const std::string& name, const std::function<std::vector<Move>()>& operate);
+    /// The number and mode of every item in realm and Trash, folders too, by path.
+    [[nodiscard]] std::map<std::string, std::uint64_t> numbers() const;
 
     const MovesHouse& house_;
     std::mt19937_64 random_;
