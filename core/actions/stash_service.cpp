@@ -21,14 +21,11 @@ using Reason = StashFailure::Reason;
 /// A longer one is not one of ours: a name has at most 255 bytes.
 constexpr std::size_t longestJournal = std::size_t{64} << 20U;
 
-std::optional<StashJournalFile> journalIn(const FileURL& folder)
+std::optional<StashJournalFile> journalIn(const FileURL& folder, const MoveCalls& calls)
 {
-    try {
-        return decodedStashJournal(
-            readFile(folder.appending(StashService::journalFileName), longestJournal));
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
+    const auto text =
+        readOwnFile(folder.appending(StashService::journalFileName), longestJournal, calls);
+    return text ? decodedStashJournal(*text) : std::nullopt;
 }
 
 StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
@@ -50,7 +47,7 @@ StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
         replaceOwnFile(folder.appending(StashService::journalFileName),
                        encodedStashJournal(journal), conditions, calls);
     };
-    disk.readJournal = journalIn;
+    disk.readJournal = [calls](const FileURL& folder) { return journalIn(folder, calls); };
     disk.now = Date::now;
     disk.dateNamer = dayMonthYear;
     disk.volumeRoot = liveFolderVolumeRoot;

@@ -6,7 +6,6 @@
 #include <string>
 #include <utility>
 
-#include "platform/files/metadata.h"
 #include "platform/files/moves.h"
 #include "platform/files/trash.h"
 #include "platform/foundation/errors.h"
@@ -37,16 +36,6 @@ FileIdentity fileIdentity(const ItemIdentity& item)
     return {static_cast<std::uint32_t>(item.deviceID), item.inode, kindOf(item.type)};
 }
 
-std::optional<ItemIdentity> readIdentity(const FileURL& url)
-{
-    try {
-        const ItemFacts facts = itemFacts(url);
-        return ItemIdentity{facts.deviceID, facts.inode, facts.type};
-    } catch (const FileError&) {
-        return std::nullopt;
-    }
-}
-
 /// The calls on the disk for one operation. The identity that was read last is the one that the
 /// service compared, and so the one that the move must find.
 TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
@@ -57,8 +46,8 @@ TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
     };
     const auto reviewed = std::make_shared<Review>();
     TrashCalls disk;
-    disk.identityReader = [reviewed](const FileURL& url) -> std::optional<FileIdentity> {
-        *reviewed = {url, readIdentity(url)};
+    disk.identityReader = [calls, reviewed](const FileURL& url) -> std::optional<FileIdentity> {
+        *reviewed = {url, itemIdentity(url, calls)};
         return reviewed->identity ? std::optional(fileIdentity(*reviewed->identity)) : std::nullopt;
     };
     disk.trashItem = [calls, authorizedRoot, reviewed](const FileURL& url) {
@@ -181,7 +170,7 @@ RestoreOperation TrashService::restore(const std::vector<TrashedItem>& items,
 
 std::optional<FileIdentity> TrashService::currentIdentity(const FileURL& url)
 {
-    const std::optional<ItemIdentity> identity = readIdentity(url.standardized());
+    const std::optional<ItemIdentity> identity = itemIdentity(url.standardized());
     return identity ? std::optional(fileIdentity(*identity)) : std::nullopt;
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -42,6 +45,15 @@ void makeDirectory(const FileURL& url, const MoveConditions& conditions = {},
 /// and cannot go back, the error says where that one is now.
 void moveItem(const FileURL& from, const FileURL& to, const MoveConditions& conditions = {},
               const MoveCalls& calls = MoveCalls::live());
+
+/// What stands at `url` itself; none when that cannot be read.
+[[nodiscard]] std::optional<ItemIdentity> itemIdentity(const FileURL& url,
+                                                       const MoveCalls& calls = MoveCalls::live());
+
+/// The content of a plain file of the program's own, of at most `longest` bytes; none when there is
+/// none that can be read.
+[[nodiscard]] std::optional<std::string> readOwnFile(const FileURL& url, std::size_t longest,
+                                                     const MoveCalls& calls = MoveCalls::live());
 
 /// Replaces a file of the program's own as `replaceFile` does, with the way to its directory
 /// followed under `conditions.within`: below that, a link at `target` itself is refused, too. The

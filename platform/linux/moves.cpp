@@ -11,6 +11,7 @@
 #include "platform/linux/guarded_move.h"
 #include "platform/linux/guarded_path.h"
 #include "platform/linux/persistently.h"
+#include "platform/linux/small_file.h"
 
 namespace gruk {
 
@@ -109,6 +110,27 @@ void moveItem(const FileURL& from, const FileURL& to, const MoveConditions& cond
     const OpenedParent target = openWayTo(to, conditions.within, "move", calls);
     moveBetween({source.directory.number(), source.name, from.path()},
                 {target.directory.number(), target.name, to.path()}, conditions.identity, calls);
+}
+
+std::optional<ItemIdentity> itemIdentity(const FileURL& url, const MoveCalls& calls)
+{
+    try {
+        return identityFrom(look(url, LastLink::refused, calls).item);
+    } catch (const FileError&) {
+        return std::nullopt;
+    }
+}
+
+std::optional<std::string> readOwnFile(const FileURL& url, std::size_t longest,
+                                       const MoveCalls& calls)
+{
+    try {
+        const OpenedParent parent = openWayTo(url, std::nullopt, "read", calls);
+        auto file = readSmallFile(parent.directory.number(), parent.name, longest, calls);
+        return file ? std::optional(std::move(file->text)) : std::nullopt;
+    } catch (const FileError&) {
+        return std::nullopt;
+    }
 }
 
 void replaceOwnFile(const FileURL& target, std::string_view bytes, const MoveConditions& conditions,
