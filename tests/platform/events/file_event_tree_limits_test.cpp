@@ -237,6 +237,9 @@ TEST_F(FileEventTreeLimitsTest, noDirectoryIsHeldOpenOnceTheTreeIsTakenIn)
 
 TEST_F(FileEventTreeLimitsTest, runningOutOfDescriptorsCountsAsAChangeAndIsSaidOnce)
 {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer looks at objects through descriptors of its own";
+#endif
     for (int i = 0; i < 5; ++i) {
         disk.folder("realm/" + std::to_string(i));
     }
