@@ -47,7 +47,7 @@ FileEventTree::FileEventTree(const FileURL& root, int queue, WatchCalls calls)
     }
     folders_.setRoot(watch);
     folders_.closeAll();
-    todo_.push_back({0, {}, true});
+    pending_.push_back({0, {}, true});
 }
 
 bool FileEventTree::handle(const FileEventRecord& record)
@@ -74,10 +74,10 @@ bool FileEventTree::handle(const FileEventRecord& record)
     if ((record.mask & IN_ISDIR) != 0 && !record.name.empty()) {
         if ((record.mask & IN_MOVED_TO) != 0) {
             ++walk_;
-            todo_.push_back({record.watch, std::string(record.name), true});
+            pending_.push_back({record.watch, std::string(record.name), true});
         } else if ((record.mask & (IN_CREATE | IN_ATTRIB)) != 0) {
             // One whose permissions change may be listed from now on.
-            todo_.push_back({record.watch, std::string(record.name), false});
+            pending_.push_back({record.watch, std::string(record.name), false});
         }
     }
     return true;
@@ -86,12 +86,12 @@ bool FileEventTree::handle(const FileEventRecord& record)
 bool FileEventTree::work(std::size_t count)
 {
     bool isChange = false;
-    for (std::size_t i = 0; i < count && !todo_.empty(); ++i) {
-        const Item item = std::move(todo_.back());
-        todo_.pop_back();
+    for (std::size_t i = 0; i < count && !pending_.empty(); ++i) {
+        const Item item = std::move(pending_.back());
+        pending_.pop_back();
         isChange = takeIn(item) || isChange;
     }
-    if (todo_.empty()) {
+    if (pending_.empty()) {
         finishWork();
     }
     return isChange;
@@ -110,7 +110,7 @@ void FileEventTree::walkAgain()
 {
     ++walk_;
     dropsBefore_ = walk_;
-    todo_.assign(1, {0, {}, true});
+    pending_.assign(1, {0, {}, true});
 }
 
 /// Watches and lists one directory. Not finding it is no failure: then it has moved on or gone,
@@ -155,7 +155,7 @@ bool FileEventTree::takeInOpened(int directory, const Item& item)
         return complain(Shortfall::descriptors);
     }
     for (const std::string& name : *children) {
-        todo_.push_back({watch, name, true});
+        pending_.push_back({watch, name, true});
     }
     return isFirstWalk_ ? wasChangedSinceTheBeginning(directory) : isNew;
 }
@@ -166,7 +166,7 @@ bool FileEventTree::watchFailed(int error)
         return false;
     }
     // None of the others would fare better; and what is not reached now is not known to be gone.
-    todo_.clear();
+    pending_.clear();
     dropsBefore_.reset();
     return complain(Shortfall::watches);
 }

@@ -38,7 +38,10 @@ public:
     bool handle(const FileEventRecord& record);
 
     /// Whether directories are to be taken in or looked for.
-    [[nodiscard]] bool hasWork() const { return !isGone_ && (!todo_.empty() || !moved_.empty()); }
+    [[nodiscard]] bool hasWork() const
+    {
+        return !isGone_ && (!pending_.empty() || !moved_.empty());
+    }
 
     /// Takes in at most `count` directories; returns whether that counts as a change.
     bool work(std::size_t count);
@@ -77,7 +80,7 @@ private:
     timespec begun_{};
     FileEventFolders folders_;
     /// The last one first, so that a tree is taken in depth first.
-    std::vector<Item> todo_;
+    std::vector<Item> pending_;
     /// Those that moved; whether they are still in the tree shows when all else is done.
     std::vector<int> moved_;
     /// Counts the walks, so that none lists a directory twice.

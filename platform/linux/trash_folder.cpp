@@ -45,8 +45,8 @@ OpenedDirectory openOrMake(const Descriptor& parent, const std::string& name, La
 }
 
 /// The same for a directory that must be the user's: in a folder that others may write to, one of
-/// theirs could lie in wait. So says the specification, and a file system that knows no owners is
-/// told by it, too.
+/// theirs could lie in wait. So the Trash specification 1.0 has it, and a file system that knows no
+/// owners is told by it, too.
 OpenedDirectory openOrMakeOwned(const Descriptor& parent, const std::string& name,
                                 const MoveCalls& calls)
 {
