@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <mutex>
 #include <utility>
 
 #include "platform/foundation/file_url.h"
@@ -71,6 +72,10 @@ std::size_t extensionStart(std::string_view name)
 
 std::string deletionDateText(std::time_t moment)
 {
+    // The system reads its zone anew for each call; so that this is true for any thread, one at a
+    // time does.
+    static std::mutex zone;
+    const std::lock_guard lock(zone);
     std::tm local{};
     // The user may have changed the time zone since the program began.
     ::tzset();
