@@ -209,6 +209,21 @@ TEST_F(AppModelTidy, anOrganiseIsUndoneWhileAnotherRealmIsOpen)
     EXPECT_EQ(model().lastActionMessage(), "Put everything back.");
 }
 
+TEST_F(AppModelTidy, anUndoWhileAnotherRealmIsOpenFollowsNoLinkOutOfItsOwn)
+{
+    house.directory.file("Desktop/a.png");
+    model().organise(*model().organisePlanForActiveRealm());
+    house.makeRealm("other");
+    house.settle();
+    house.directory.file("outside/a.png", 77);
+    fs::rename(house.directory.path("Desktop/Images"), house.directory.path("Desktop/kept"));
+    house.directory.symbolicLink("Desktop/Images", house.directory.path("outside"));
+    model().undoLastOrganise();
+    EXPECT_TRUE(stands("outside/a.png"));
+    EXPECT_FALSE(stands("Desktop/a.png"));
+    EXPECT_TRUE(model().lastOrganiseOperation()) << "it can be tried again";
+}
+
 TEST_F(AppModelTidy, organisingARealmWithoutAccessSaysSo)
 {
     model().organise({FileURL::directory(house.directory.path("nowhere")), {}});
