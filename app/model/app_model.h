@@ -130,6 +130,9 @@ public:
     [[nodiscard]] bool reviewOnlyMode() const { return reviewOnlyMode_; }
     [[nodiscard]] bool launchAtLogin() const { return launchAtLogin_; }
 
+    /// The settings, also those that only a screen knows.
+    [[nodiscard]] UserDefaults& preferences() const { return *with_.preferences; }
+
     // What happened, and what did not.
     [[nodiscard]] const std::optional<std::string>& lastActionMessage() const
     {

@@ -37,8 +37,8 @@ inline constexpr int shadowOffset = 3;
 
 inline constexpr int defaultWindowWidth = 1120;
 inline constexpr int defaultWindowHeight = 760;
-inline constexpr int smallestWindowWidth = 640;
-inline constexpr int smallestWindowHeight = 480;
+inline constexpr int smallestWindowWidth = 820;
+inline constexpr int smallestWindowHeight = 560;
 /// What a size or a change may take at the right of a row.
 inline constexpr int figureWidth = 72;
 /// How wide the text of a dialog runs.

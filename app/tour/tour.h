@@ -22,6 +22,14 @@ public:
     /// Goes through every scene. The event loop must run.
     [[nodiscard]] QCoro::Task<> run();
 
+    // For the scenes, which stand in files of their own.
+    /// Takes the picture in light and in dark.
+    QCoro::Task<> take(Stage& stage, std::string name);
+    [[nodiscard]] Camera& camera() { return camera_; }
+    [[nodiscard]] Theme& theme() { return theme_; }
+    /// The folder in which the tour makes realms.
+    [[nodiscard]] const std::filesystem::path& realms() const { return realms_; }
+
 private:
     struct Look {
         std::string suffix;
@@ -48,8 +56,6 @@ private:
     /// Every shield, in each palette.
     void showShields();
 
-    /// Takes the picture in light and in dark.
-    QCoro::Task<> take(Stage& stage, std::string name);
     QCoro::Task<> takeWholePage(Stage& stage, std::string name);
     void setScheme(ColourScheme scheme);
 
