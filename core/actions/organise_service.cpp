@@ -4,6 +4,7 @@
 #include <exception>
 #include <functional>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include "core/actions/stash_journal.h"
 #include "core/patrol/metadata_reader.h"
 #include "platform/files/metadata.h"
+#include "platform/files/move_batch.h"
 #include "platform/files/moves.h"
 #include "platform/foundation/canonical_text.h"
 #include "platform/foundation/errors.h"
@@ -50,7 +52,9 @@ Bytes sizeOnDisk(const FileURL& url)
 
 OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
 {
-    const MoveConditions conditions{authorizedRoot, std::nullopt};
+    // All moves of one operation are one batch, which ends with these calls.
+    const auto batch = std::make_shared<MoveBatch>(calls);
+    const MoveConditions conditions{authorizedRoot, std::nullopt, batch.get()};
     OrganiseCalls disk;
     disk.contentsOfDirectory = [calls](const FileURL& folder) {
         return itemsIn(folder, HiddenItems::listed, calls);
@@ -59,7 +63,7 @@ OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& au
     disk.createDirectory = [calls, conditions](const FileURL& url) {
         makeDirectory(url, conditions, calls);
     };
-    disk.moveItem = [calls, conditions](const FileURL& from, const FileURL& to) {
+    disk.moveItem = [calls, conditions, batch](const FileURL& from, const FileURL& to) {
         if (conditions.within && !isInsideRoot(from.standardized(), *conditions.within)) {
             throw FileError(std::make_error_code(std::errc::operation_not_permitted), "move",
                             from.path(), "it lies outside the folder that was granted");
@@ -72,7 +76,7 @@ OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& au
     };
     disk.kindOf = kindOnDisk;
     disk.fileSize = sizeOnDisk;
-    disk.volumeRoot = liveFolderVolumeRoot;
+    disk.volumeRoot = [calls](const FileURL& url) { return liveFolderVolumeRoot(url, calls); };
     disk.now = Date::now;
     return disk;
 }
@@ -132,14 +136,20 @@ std::map<FileKind, std::vector<FileURL>> looseFiles(const OrganiseCalls& calls,
 /// Whether the name stands for one folder right below the realm.
 bool isFolderName(std::string_view name)
 {
-    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string_view::npos;
+    return name != ".." && name.find('/') == std::string_view::npos;
 }
 
-void failAll(const OrganisePlan::CategoryMove& move, const std::string& message,
+/// Whether the name stands for the realm itself.
+bool namesTheRealm(std::string_view name)
+{
+    return name.empty() || name == ".";
+}
+
+void failAll(const OrganisePlan::CategoryMove& move, Reason reason, const std::string& message,
              StashOperation& operation)
 {
     for (const FileURL& file : move.files) {
-        operation.failures.push_back({file, Reason::couldNotStash, message});
+        operation.failures.push_back({file, reason, message});
     }
 }
 
@@ -147,9 +157,14 @@ void failAll(const OrganisePlan::CategoryMove& move, const std::string& message,
 void moveCategory(const OrganiseCalls& calls, const OrganisePlan::CategoryMove& move,
                   const FileURL& realm, StashOperation& operation)
 {
+    if (namesTheRealm(move.destinationFolderName)) {
+        // Each file stands there already.
+        failAll(move, Reason::destinationExists, {}, operation);
+        return;
+    }
     if (!isFolderName(move.destinationFolderName)) {
-        failAll(move, "\"" + move.destinationFolderName + "\" cannot be the name of a folder",
-                operation);
+        failAll(move, Reason::couldNotStash,
+                "\"" + move.destinationFolderName + "\" cannot be the name of a folder", operation);
         return;
     }
     const FileURL target = realm.appending(move.destinationFolderName, FileURL::Names::directory);
@@ -157,7 +172,7 @@ void moveCategory(const OrganiseCalls& calls, const OrganisePlan::CategoryMove& 
         try {
             calls.createDirectory(target);
         } catch (const std::exception& error) {
-            failAll(move, describe(error), operation);
+            failAll(move, Reason::couldNotStash, describe(error), operation);
             return;
         }
     }

@@ -4,7 +4,6 @@
 #include <string_view>
 
 #include "platform/files/known_folders.h"
-#include "platform/files/metadata.h"
 #include "platform/files/volumes.h"
 #include "platform/foundation/errors.h"
 
@@ -18,25 +17,13 @@ FileURL itself(const FileURL& folder)
     return FileURL(folder.path() + "/.");
 }
 
-bool isSameItem(const FileURL& a, const FileURL& b)
+/// Whether `place` is the top of a volume, or `seen`, which is what is looked at, is home or "/".
+/// Throws when that cannot be told.
+bool isTop(const FileURL& place, const FileURL& seen, const MoveCalls& calls)
 {
-    try {
-        const ItemFacts one = itemFacts(a);
-        const ItemFacts other = itemFacts(b);
-        return one.deviceID == other.deviceID && one.inode == other.inode;
-    } catch (const FileError&) {
-        return false;
-    }
-}
-
-/// The volume root of `url`, where `seen` is what is looked at.
-FileURL volumeRootOf(const FileURL& url, const FileURL& seen)
-{
-    const FileURL place = url.standardized();
-    const bool isTop = mountPoint(place).standardized().path() == place.path();
-    return isTop || isSameItem(seen, itself(homeDirectory())) || isSameItem(seen, FileURL("/"))
-               ? place
-               : defaultVolumeRoot(url);
+    return mountPoint(place, calls).standardized().path() == place.path()
+           || isOneItem(seen, itself(homeDirectory()), calls)
+           || isOneItem(seen, FileURL("/"), calls);
 }
 
 }  // namespace
@@ -56,14 +43,24 @@ FileURL defaultVolumeRoot(const FileURL& url)
     return FileURL::directory(path.substr(0, path.find('/', volumes.size())));
 }
 
-FileURL liveVolumeRoot(const FileURL& url)
+FileURL liveVolumeRoot(const FileURL& url, const MoveCalls& calls)
 {
-    return volumeRootOf(url, url.standardized());
+    const FileURL place = url.standardized();
+    try {
+        return isTop(place, place, calls) ? place : defaultVolumeRoot(url);
+    } catch (const FileError& error) {
+        return meaning(error) == ErrorMeaning::accessRefused ? defaultVolumeRoot(url) : place;
+    }
 }
 
-FileURL liveFolderVolumeRoot(const FileURL& url)
+FileURL liveFolderVolumeRoot(const FileURL& url, const MoveCalls& calls)
 {
-    return volumeRootOf(url, itself(url.standardized()));
+    const FileURL place = url.standardized();
+    try {
+        return isTop(place, itself(place), calls) ? place : defaultVolumeRoot(url);
+    } catch (const FileError&) {
+        return place;
+    }
 }
 
 bool isProtectedLocation(const FileURL& url, const FileURL& volumeRoot)

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "platform/files/move_calls.h"
 #include "platform/foundation/file_url.h"
 
 /// Where nothing may be moved. Places are compared by their standardised paths, whether or not
@@ -20,12 +21,16 @@ using VolumeRoot = std::function<FileURL(const FileURL&)>;
 [[nodiscard]] FileURL defaultVolumeRoot(const FileURL& url);
 
 /// The same, but the top of any mounted volume is its own, and so are "/" and the user's home by
-/// whatever path they are reached. Of a link the link itself is meant. Reads the disk.
-[[nodiscard]] FileURL liveVolumeRoot(const FileURL& url);
+/// whatever path they are reached. Of a link the link itself is meant. An item of which it cannot
+/// be told what it is counts as such a place, unless it is closed to the user: then the look at its
+/// identity tells. Reads the disk.
+[[nodiscard]] FileURL liveVolumeRoot(const FileURL& url,
+                                     const MoveCalls& calls = MoveCalls::live());
 
 /// The same for a folder whose content is meant: a link to one of those places counts as that
-/// place.
-[[nodiscard]] FileURL liveFolderVolumeRoot(const FileURL& url);
+/// place, and so does every folder of which it cannot be told.
+[[nodiscard]] FileURL liveFolderVolumeRoot(const FileURL& url,
+                                           const MoveCalls& calls = MoveCalls::live());
 
 /// Whether `url` is "/", the user's home folder or `volumeRoot` itself. What lies below those is
 /// not protected.

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <exception>
+#include <memory>
 #include <set>
 #include <utility>
 
 #include "core/actions/hoard_name.h"
 #include "core/actions/json_fields.h"
 #include "core/actions/stash_journal.h"
+#include "platform/files/move_batch.h"
 #include "platform/files/moves.h"
 #include "platform/foundation/canonical_text.h"
 #include "platform/foundation/errors.h"
@@ -30,7 +32,9 @@ std::optional<StashJournalFile> journalIn(const FileURL& folder, const MoveCalls
 
 StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
 {
-    const MoveConditions conditions{authorizedRoot, std::nullopt};
+    // All moves of one operation are one batch, which ends with these calls.
+    const auto batch = std::make_shared<MoveBatch>(calls);
+    const MoveConditions conditions{authorizedRoot, std::nullopt, batch.get()};
     StashCalls disk;
     disk.contentsOfDirectory = [calls](const FileURL& folder) {
         return itemsIn(folder, HiddenItems::skipped, calls);
@@ -39,7 +43,7 @@ StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
     disk.createDirectory = [calls, conditions](const FileURL& url) {
         makeDirectory(url, conditions, calls);
     };
-    disk.moveItem = [calls, conditions](const FileURL& from, const FileURL& to) {
+    disk.moveItem = [calls, conditions, batch](const FileURL& from, const FileURL& to) {
         gruk::moveItem(from, to, conditions, calls);
     };
     disk.writeJournal = [calls, conditions](const StashJournalFile& journal,
@@ -50,7 +54,7 @@ StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
     disk.readJournal = [calls](const FileURL& folder) { return journalIn(folder, calls); };
     disk.now = Date::now;
     disk.dateNamer = dayMonthYear;
-    disk.volumeRoot = liveFolderVolumeRoot;
+    disk.volumeRoot = [calls](const FileURL& url) { return liveFolderVolumeRoot(url, calls); };
     return disk;
 }
 

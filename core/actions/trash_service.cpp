@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/files/move_batch.h"
 #include "platform/files/moves.h"
 #include "platform/files/trash.h"
 #include "platform/foundation/errors.h"
@@ -36,8 +37,9 @@ FileIdentity fileIdentity(const ItemIdentity& item)
     return {static_cast<std::uint32_t>(item.deviceID), item.inode, kindOf(item.type)};
 }
 
-/// The calls on the disk for one operation. The identity that was read last is the one that the
-/// service compared, and so the one that the move must find.
+/// The calls on the disk for one operation, whose moves are one batch that ends with them. The
+/// identity that was read last is the one that the service compared, and so the one that the move
+/// must find.
 TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
 {
     struct Review {
@@ -45,24 +47,28 @@ TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
         std::optional<ItemIdentity> identity;
     };
     const auto reviewed = std::make_shared<Review>();
+    const auto batch = std::make_shared<MoveBatch>(calls);
     TrashCalls disk;
     disk.identityReader = [calls, reviewed](const FileURL& url) -> std::optional<FileIdentity> {
         *reviewed = {url, itemIdentity(url, calls)};
         return reviewed->identity ? std::optional(fileIdentity(*reviewed->identity)) : std::nullopt;
     };
-    disk.trashItem = [calls, authorizedRoot, reviewed](const FileURL& url) {
-        MoveConditions conditions{authorizedRoot, std::nullopt};
+    disk.trashItem = [calls, authorizedRoot, reviewed, batch](const FileURL& url) {
+        MoveConditions conditions{authorizedRoot, std::nullopt, batch.get()};
         if (reviewed->url == url) {
             conditions.identity = reviewed->identity;
         }
         return gruk::trashItem(url, conditions, calls);
     };
     disk.fileExists = [calls](const FileURL& url) { return itemIsReachable(url, calls); };
-    disk.moveItem = [calls, authorizedRoot](const FileURL& from, const FileURL& to) {
-        restoreTrashedItem(from, to, {authorizedRoot, std::nullopt}, calls);
+    disk.moveItem = [calls, authorizedRoot, batch](const FileURL& from, const FileURL& to) {
+        restoreTrashedItem(from, to, {authorizedRoot, std::nullopt, batch.get()}, calls);
     };
-    disk.volumeRoot = liveVolumeRoot;
+    disk.volumeRoot = [calls](const FileURL& url) { return liveVolumeRoot(url, calls); };
     disk.standsInTrash = [calls](const FileURL& url) { return itemStands(url, calls); };
+    disk.prepare = [calls, authorizedRoot, batch](const std::vector<FileURL>& urls) {
+        prepareToTrash(urls, {authorizedRoot, std::nullopt, batch.get()}, calls);
+    };
     return disk;
 }
 
@@ -84,6 +90,35 @@ std::optional<Reason> refusal(const TrashCalls& calls, const FileURL& url, const
         return Reason::missingAtReviewedPath;
     }
     return *identity == expected ? std::nullopt : std::optional(Reason::itemChangedSinceReview);
+}
+
+/// The requests with their places standardised, and of those for one place only the first.
+std::vector<TrashRequest> withoutRepetitions(const std::vector<TrashRequest>& requests)
+{
+    std::vector<TrashRequest> items;
+    std::set<std::string> seen;
+    for (const TrashRequest& request : requests) {
+        FileURL url = request.url.standardized();
+        if (seen.insert(url.path()).second) {
+            items.push_back({std::move(url), request.allocatedSize, request.expectedIdentity});
+        }
+    }
+    return items;
+}
+
+/// Tells of what is about to move, where it is more than one item.
+void prepare(const TrashCalls& calls, const std::vector<TrashRequest>& items, const FileURL& root)
+{
+    if (!calls.prepare || items.size() < 2) {
+        return;
+    }
+    std::vector<FileURL> urls;
+    for (const TrashRequest& item : items) {
+        if (!refusal(calls, item.url, root, item.expectedIdentity)) {
+            urls.push_back(item.url);
+        }
+    }
+    calls.prepare(urls);
 }
 
 }  // namespace
@@ -123,19 +158,17 @@ TrashOperation TrashService::moveToTrash(const std::vector<TrashRequest>& reques
 {
     const FileURL root = authorizedRoot.standardized();
     const TrashCalls calls = callsUnder_(root);
+    const std::vector<TrashRequest> items = withoutRepetitions(requests);
+    prepare(calls, items, root);
     TrashOperation operation;
-    std::set<std::string> seen;
-    for (const TrashRequest& request : requests) {
-        const FileURL url = request.url.standardized();
-        if (!seen.insert(url.path()).second) {
-            continue;
-        }
-        if (const auto reason = refusal(calls, url, root, request.expectedIdentity)) {
+    for (const TrashRequest& item : items) {
+        const FileURL& url = item.url;
+        if (const auto reason = refusal(calls, url, root, item.expectedIdentity)) {
             operation.failures.push_back({url, *reason, {}});
             continue;
         }
         try {
-            operation.moved.push_back({url, calls.trashItem(url), request.allocatedSize});
+            operation.moved.push_back({url, calls.trashItem(url), item.allocatedSize});
         } catch (const std::exception& error) {
             operation.failures.push_back({url, Reason::couldNotTrash, describe(error)});
         }

@@ -27,6 +27,9 @@ struct TrashCalls {
     /// Whether an item is in the Trash; empty means that `fileExists` tells. Most links lead
     /// nowhere from inside the Trash, and are there all the same.
     std::function<bool(const FileURL&)> standsInTrash = {};
+    /// Told, before the first of several moves, of all items that may go as things stand; each is
+    /// looked at again at its move. Empty means that nobody wants to know.
+    std::function<void(const std::vector<FileURL>&)> prepare = {};
 };
 
 /// The only place that sends anything to the Trash. Checks each item again at the moment of the

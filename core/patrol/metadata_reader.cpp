@@ -2,7 +2,7 @@
 
 #include "platform/files/metadata.h"
 #include "platform/files/property_list.h"
-#include "platform/files/tree_reader.h"
+#include "platform/files/whole_directory.h"
 #include "platform/foundation/errors.h"
 
 namespace gruk::MetadataReader {
@@ -42,28 +42,34 @@ FileEntry entryFrom(const FileURL& url, bool isSymbolicLink, const std::optional
     return makeEntry(url, values, lstat, attributes);
 }
 
+FileEntry listedEntry(const FileURL& directory, const ListedChild& child, AttributeValue value)
+{
+    Attributes attributes;
+    if ((child.attributes & 1U) != 0) {
+        attributes.screenCapture = value(0);
+    }
+    if ((child.attributes & 2U) != 0) {
+        attributes.whereFroms = value(1);
+    }
+    const bool isDirectory = child.facts && child.facts->type == ItemType::directory;
+    const FileURL url = directory.appending(child.name, isDirectory ? FileURL::Names::directory
+                                                                    : FileURL::Names::item);
+    // The listing may tell of a link without its facts; an entry has them.
+    const std::optional<ItemFacts> facts =
+        child.isSymbolicLink && !child.facts ? factsIfReadable(url) : child.facts;
+    return entryFrom(url, child.isSymbolicLink, facts, attributes);
+}
+
 }  // namespace
 
 std::vector<FileEntry> entries(const FileURL& directory)
 {
     std::vector<FileEntry> result;
-    TreeReader reader(directory, {screenCaptureAttribute, whereFromsAttribute});
-    reader.list(0, {}, [&](const ListedChild& child) {
-        Attributes attributes;
-        if ((child.attributes & 1U) != 0) {
-            attributes.screenCapture = reader.attribute(child, 0);
-        }
-        if ((child.attributes & 2U) != 0) {
-            attributes.whereFroms = reader.attribute(child, 1);
-        }
-        const bool isDirectory = child.facts && child.facts->type == ItemType::directory;
-        const FileURL url = directory.appending(child.name, isDirectory ? FileURL::Names::directory
-                                                                        : FileURL::Names::item);
-        // The listing may tell of a link without its facts; an entry has them.
-        const std::optional<ItemFacts> facts =
-            child.isSymbolicLink && !child.facts ? factsIfReadable(url) : child.facts;
-        result.push_back(entryFrom(url, child.isSymbolicLink, facts, attributes));
-    });
+    const auto begin = [&](std::size_t count) { result.resize(count); };
+    const auto visit = [&](std::size_t number, const ListedChild& child, AttributeValue value) {
+        result[number] = listedEntry(directory, child, value);
+    };
+    readWholeDirectory(directory, {screenCaptureAttribute, whereFromsAttribute}, {begin, visit});
     return result;
 }
 

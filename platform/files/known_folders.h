@@ -28,4 +28,7 @@ namespace gruk {
 /// The same for "Downloads"; none when the file turns it off by naming the home.
 [[nodiscard]] std::optional<FileURL> downloadsDirectory();
 
+/// Where the programs of the machine are listed; none when there is no such folder.
+[[nodiscard]] std::optional<FileURL> applicationsDirectory();
+
 }  // namespace gruk

@@ -42,6 +42,8 @@ struct MoveCalls {
     MoveCalls();
 
     using NameVisitor = FunctionRef<void(const ListedName&)>;
+    /// Takes the number of a mount and where it is mounted.
+    using MountVisitor = FunctionRef<void(std::uint64_t number, const std::string& point)>;
 
     /// Opens a directory to name what is in it, which takes no right to list it.
     std::function<int(int directory, const char* name, LastLink link)> openDirectory;
@@ -49,8 +51,8 @@ struct MoveCalls {
     std::function<int(int directory, const char* name, LastLink link, PlaceFacts& facts)> facts;
     /// Where an open directory is now, as an absolute path.
     std::function<int(int directory, std::string& path)> pathOf;
-    /// Where the mount with this number is mounted.
-    std::function<int(std::uint64_t mount, std::string& path)> mountPoint;
+    /// Hands every mount to `visit`, in order of mounting.
+    std::function<int(MountVisitor visit)> mounts;
     /// Hands every name but "." and ".." to `visit`, in the system's order; a failure may come in
     /// the middle.
     std::function<int(int directory, NameVisitor visit)> list;
@@ -63,6 +65,8 @@ struct MoveCalls {
     std::function<long(int descriptor, char* bytes, std::size_t count)> read;
     /// Returns how many bytes were written; may be fewer than `count`.
     std::function<long(int descriptor, const char* bytes, std::size_t count)> write;
+    /// Lets the disk begin with what was written, without waiting for it; a hint.
+    std::function<int(int descriptor)> startWriting;
     std::function<int(int descriptor)> synchronize;
     /// Makes the names in a directory durable, also one that `openDirectory` opened.
     std::function<int(int directory)> synchronizeDirectory;

@@ -8,6 +8,8 @@
 
 namespace gruk {
 
+class MoveBatch;
+
 /// What proves that an item is still the same one. A plain value.
 struct ItemIdentity {
     /// The file system's number, as `ItemFacts` has it.
@@ -27,6 +29,8 @@ struct MoveConditions {
     /// The item that is meant. Another one at its place is not moved; one that is put there in the
     /// very moment of the move is put back.
     std::optional<ItemIdentity> identity;
+    /// The moves that this one belongs to; none when it stands alone. Borrowed.
+    MoveBatch* batch = nullptr;
 };
 
 }  // namespace gruk

@@ -50,6 +50,10 @@ void moveItem(const FileURL& from, const FileURL& to, const MoveConditions& cond
 [[nodiscard]] std::optional<ItemIdentity> itemIdentity(const FileURL& url,
                                                        const MoveCalls& calls = MoveCalls::live());
 
+/// The same; throws `FileError` when it cannot be read.
+[[nodiscard]] ItemIdentity requiredIdentity(const FileURL& url,
+                                            const MoveCalls& calls = MoveCalls::live());
+
 /// The content of a plain file of the program's own, of at most `longest` bytes; none when there is
 /// none that can be read.
 [[nodiscard]] std::optional<std::string> readOwnFile(const FileURL& url, std::size_t longest,

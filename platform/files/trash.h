@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/files/move_calls.h"
 #include "platform/files/move_conditions.h"
 #include "platform/foundation/file_url.h"
@@ -19,6 +21,12 @@ namespace gruk {
 /// Nothing is ever copied.
 [[nodiscard]] FileURL trashItem(const FileURL& url, const MoveConditions& conditions = {},
                                 const MoveCalls& calls = MoveCalls::live());
+
+/// Makes the info files for all items that are about to go to the Trash in `conditions.batch`,
+/// which must be there, and waits for the disk once for many. `trashItem` then finds them; what is
+/// not used is removed when the batch ends. Tells of no failure: the move will.
+void prepareToTrash(const std::vector<FileURL>& urls, const MoveConditions& conditions,
+                    const MoveCalls& calls = MoveCalls::live());
 
 /// Moves an item out of the Trash to the free place `original`, then removes the info file that
 /// belongs to it, and nothing else. An item that is in no Trash is moved all the same. The way to

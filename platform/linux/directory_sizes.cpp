@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/files/metadata.h"
-#include "platform/files/tree_reader.h"
 #include "platform/foundation/errors.h"
+#include "platform/linux/errno_error.h"
+#include "platform/linux/guarded_path.h"
 #include "platform/linux/persistently.h"
 #include "platform/linux/small_file.h"
 #include "platform/linux/trash_info.h"
@@ -25,35 +25,55 @@ std::string pathThrough(const Descriptor& directory, const std::string& name)
     return "/proc/self/fd/" + std::to_string(directory.number()) + "/" + name;
 }
 
+/// Throws what a failed call says.
+int require(int result, const std::string& name)
+{
+    if (result < 0) {
+        throwErrno(-result, "measure", name);
+    }
+    return result;
+}
+
 /// One walk over a folder, that stops where it grows too long.
 class SizeWalk {
 public:
-    SizeWalk(const FileURL& folder, const WalkLimits& limits)
-        : reader_(folder), limits_(limits), end_(std::chrono::steady_clock::now() + limits.time)
+    SizeWalk(const WalkLimits& limits, std::chrono::steady_clock::time_point end,
+             const MoveCalls& calls)
+        : limits_(limits), end_(end), calls_(calls)
     {
     }
 
-    /// Everything below the folder. Throws `FileError`, and `CutShort`.
-    Bytes run()
+    /// The folder and everything below it. Throws `FileError`, and `CutShort`.
+    Bytes run(int directory, const std::string& name)
     {
-        std::vector<std::pair<std::size_t, std::string>> open{{0, std::string()}};
-        while (!open.empty()) {
-            const auto [depth, name] = std::move(open.back());
-            open.pop_back();
-            reader_.list(depth, name, [&, below = depth + 1](const ListedChild& child) {
-                if (count(child)) {
-                    open.emplace_back(below, child.name);
-                }
-            });
-            requireTime();
+        total_ = factsIn(directory, name).item.allocatedSize;
+        enter(directory, name);
+        while (!way_.empty()) {
+            Level& level = way_.back();
+            if (level.folders.empty()) {
+                way_.pop_back();
+                continue;
+            }
+            const std::string next = std::move(level.folders.back());
+            level.folders.pop_back();
+            enter(level.directory.number(), next);
         }
         return total_;
     }
+
+    /// How many items were looked at.
+    [[nodiscard]] std::size_t items() const { return items_; }
 
     /// Thrown, also in the middle of a folder, when the walk has grown too long.
     struct CutShort {};
 
 private:
+    /// An open folder, and those in it that are still to be walked.
+    struct Level {
+        Descriptor directory;
+        std::vector<std::string> folders;
+    };
+
     void requireTime() const
     {
         if (items_ > limits_.items || std::chrono::steady_clock::now() > end_) {
@@ -61,31 +81,90 @@ private:
         }
     }
 
-    /// Adds the child; whether it is a folder to walk.
-    bool count(const ListedChild& child)
+    PlaceFacts factsIn(int directory, const std::string& name) const
+    {
+        PlaceFacts facts;
+        require(persistently([&] {
+                    return calls_.facts(directory, name.c_str(), LastLink::refused, facts);
+                }),
+                name);
+        return facts;
+    }
+
+    void enter(int directory, const std::string& name)
+    {
+        if (way_.size() == limits_.depth) {
+            throw CutShort();
+        }
+        OpenedDirectory opened = openDirectoryIn(directory, name, LastLink::refused, calls_);
+        require(-opened.error, name);
+        Level level{std::move(opened.directory), {}};
+        require(calls_.list(level.directory.number(),
+                            [&](const ListedName& child) { visit(level, child); }),
+                name);
+        way_.push_back(std::move(level));
+        requireTime();
+    }
+
+    void visit(Level& level, const ListedName& child)
     {
         constexpr std::size_t betweenLooks = 256;
         if (++items_ % betweenLooks == 0 || items_ > limits_.items) {
             requireTime();
         }
-        if (!child.facts) {
-            // A link, for the most part, which takes no room of its own or next to none.
-            return false;
+        if (child.type == ItemType::symbolicLink) {
+            // It takes no room of its own or next to none.
+            return;
         }
-        const bool isDirectory = child.facts->type == ItemType::directory;
-        if (isDirectory || child.facts->linkCount == 1
-            || seen_.emplace(child.facts->deviceID, child.facts->inode).second) {
-            total_ = checkedAdd(total_, child.facts->allocatedSize);
+        std::string name(child.name);
+        const ItemFacts facts = factsIn(level.directory.number(), name).item;
+        const bool isDirectory = facts.type == ItemType::directory;
+        if (facts.type != ItemType::symbolicLink
+            && (isDirectory || facts.linkCount == 1
+                || seen_.emplace(facts.deviceID, facts.inode).second)) {
+            total_ = checkedAdd(total_, facts.allocatedSize);
         }
-        return isDirectory;
+        if (isDirectory) {
+            level.folders.push_back(std::move(name));
+        }
     }
 
-    TreeReader reader_;
-    WalkLimits limits_;
+    const WalkLimits& limits_;
     std::chrono::steady_clock::time_point end_;
+    const MoveCalls& calls_;
+    std::vector<Level> way_;
     std::size_t items_ = 0;
     Bytes total_ = 0;
     std::set<std::pair<std::int32_t, std::uint64_t>> seen_;
+};
+
+/// Walks one folder after the other under one set of limits.
+class SizeWalks {
+public:
+    SizeWalks(const WalkLimits& limits, const MoveCalls& calls)
+        : limits_(limits), calls_(calls), end_(std::chrono::steady_clock::now() + limits.time)
+    {
+    }
+
+    std::optional<Bytes> sizeOf(int directory, const std::string& name)
+    {
+        SizeWalk walk(limits_, end_, calls_);
+        std::optional<Bytes> size;
+        try {
+            size = walk.run(directory, name);
+        } catch (const FileError&) {
+            size.reset();
+        } catch (const SizeWalk::CutShort&) {
+            size.reset();
+        }
+        limits_.items -= std::min(limits_.items, walk.items());
+        return size;
+    }
+
+private:
+    WalkLimits limits_;
+    const MoveCalls& calls_;
+    std::chrono::steady_clock::time_point end_;
 };
 
 /// What the file says, nothing when there is none; none when it cannot be told, and then it is not
@@ -115,16 +194,10 @@ void replace(const Descriptor& base, std::string_view text, const MoveCalls& cal
 
 }  // namespace
 
-std::optional<Bytes> sizeOnDisk(const FileURL& folder, const WalkLimits& limits)
+std::optional<Bytes> sizeOnDisk(int directory, const std::string& name, const WalkLimits& limits,
+                                const MoveCalls& calls)
 {
-    try {
-        const Bytes own = itemFacts(folder).allocatedSize;
-        return checkedAdd(own, SizeWalk(folder, limits).run());
-    } catch (const FileError&) {
-        return std::nullopt;
-    } catch (const SizeWalk::CutShort&) {
-        return std::nullopt;
-    }
+    return SizeWalks(limits, calls).sizeOf(directory, name);
 }
 
 std::string withSizeOf(std::string_view text, std::string_view name, std::optional<Bytes> size,
@@ -149,27 +222,22 @@ std::string withSizeOf(std::string_view text, std::string_view name, std::option
     return result;
 }
 
-void noteDirectorySize(const Descriptor& base, const Descriptor& files, const std::string& name,
-                       std::int64_t written, const MoveCalls& calls)
+void noteDirectorySizes(const Descriptor& base, const Descriptor& files,
+                        const std::vector<SizeNote>& notes, const MoveCalls& calls)
 {
-    const std::optional<Bytes> size =
-        sizeOnDisk(FileURL::directory(pathThrough(files, name)), WalkLimits());
-    const std::optional<std::string> former = formerText(base, calls);
+    const std::optional<std::string> former =
+        notes.empty() ? std::nullopt : formerText(base, calls);
     if (!former) {
         return;
     }
-    if (std::string text = withSizeOf(*former, name, size, written); text != *former) {
-        replace(base, text, calls);
+    SizeWalks walks(WalkLimits(), calls);
+    std::string text = *former;
+    for (const SizeNote& note : notes) {
+        const std::optional<Bytes> size =
+            note.written ? walks.sizeOf(files.number(), note.name) : std::nullopt;
+        text = withSizeOf(text, note.name, size, note.written.value_or(0));
     }
-}
-
-void dropDirectorySize(const Descriptor& base, const std::string& name, const MoveCalls& calls)
-{
-    const std::optional<std::string> former = formerText(base, calls);
-    if (!former) {
-        return;
-    }
-    if (std::string text = withSizeOf(*former, name, std::nullopt, 0); text != *former) {
+    if (text != *former) {
         replace(base, text, calls);
     }
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/files/move_calls.h"
 #include "platform/foundation/checked_arithmetic.h"
@@ -19,15 +20,19 @@
 
 namespace gruk {
 
-/// How far a folder is walked for its size before that is left to others.
+/// How far folders are walked for their sizes before that is left to others: all of one batch
+/// together, and no folder below a certain depth, since each level holds a descriptor.
 struct WalkLimits {
     std::size_t items = 20'000;
     std::chrono::milliseconds time{250};
+    std::size_t depth = 100;
 };
 
-/// What the folder takes on the disk with everything in it, a file of several names once; none
-/// when the limits are reached or something in it cannot be read.
-[[nodiscard]] std::optional<Bytes> sizeOnDisk(const FileURL& folder, const WalkLimits& limits);
+/// What the folder `name` in the open `directory` takes on the disk with everything in it, a file
+/// of several names once; none when the limits are reached or something in it cannot be read.
+[[nodiscard]] std::optional<Bytes> sizeOnDisk(int directory, const std::string& name,
+                                              const WalkLimits& limits,
+                                              const MoveCalls& calls = MoveCalls::live());
 
 /// The text without the lines of the folder `name`, and with one that says its `size`, if it is
 /// given, and `written`, when its info file was (seconds since 1970). Other lines stay as they
@@ -35,12 +40,16 @@ struct WalkLimits {
 [[nodiscard]] std::string withSizeOf(std::string_view text, std::string_view name,
                                      std::optional<Bytes> size, std::int64_t written);
 
-/// Walks the folder `name` in the open `files` and notes its size in the Trash that is open as
-/// `base`; drops its line when the walk comes to no end.
-void noteDirectorySize(const Descriptor& base, const Descriptor& files, const std::string& name,
-                       std::int64_t written, const MoveCalls& calls);
+/// A folder that came to a Trash, and when its info file was written; none when it has left.
+struct SizeNote {
+    std::string name;
+    std::optional<std::int64_t> written;
+};
 
-/// Drops the line of the folder `name`, if there is one.
-void dropDirectorySize(const Descriptor& base, const std::string& name, const MoveCalls& calls);
+/// Brings the file of the Trash that is open as `base` up to date in one go: walks the folders in
+/// the open `files` that came, as far as the limits for all of them together allow, and drops the
+/// lines of the others and of those that have left.
+void noteDirectorySizes(const Descriptor& base, const Descriptor& files,
+                        const std::vector<SizeNote>& notes, const MoveCalls& calls);
 
 }  // namespace gruk

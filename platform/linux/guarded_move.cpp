@@ -1,10 +1,13 @@
 #include "platform/linux/guarded_move.h"
 
 #include <cerrno>
+#include <climits>
+#include <cstdint>
+#include <string_view>
 #include <system_error>
 
 #include "platform/linux/errno_error.h"
-#include "platform/linux/mount_table.h"
+#include "platform/linux/move_records.h"
 #include "platform/linux/persistently.h"
 
 namespace gruk {
@@ -138,20 +141,37 @@ int moveOverPlaceHolder(const Spot& from, const Spot& to, const PlaceFacts& item
     return result == -ENOTEMPTY || result == -ENOTDIR || result == -EISDIR ? -EEXIST : result;
 }
 
+[[noreturn]] void refuseFolder(const Spot& folder, int error, std::string_view words)
+{
+    throw FileError(std::error_code(error, std::generic_category()), operation, folder.path, words);
+}
+
 /// A folder would take the volumes that are mounted in it along, and whoever empties the Trash
-/// would empty those disks.
+/// would empty those disks. A folder of which that cannot be told stays. Only one whose path is
+/// beyond what a call can tell passes: nothing can be mounted by such a path.
 void requireNoVolumeIn(const Spot& folder, const MoveCalls& calls)
 {
+    constexpr std::string_view unknown = "whether a volume is mounted in it cannot be told";
     std::string parent;
-    if (calls.pathOf(folder.directory, parent) < 0) {
+    const int told = persistently([&] { return calls.pathOf(folder.directory, parent); });
+    if (told == -ENAMETOOLONG && folder.path.size() >= PATH_MAX) {
         return;
     }
-    const FileURL itself = FileURL(parent).appending(folder.name);
-    for (const Mount& mount : mountTable()) {
-        if (pathIsAtOrBelow(mount.point, itself.path())) {
-            throw FileError(std::make_error_code(std::errc::device_or_resource_busy), operation,
-                            folder.path, "a volume is mounted in it");
-        }
+    if (told < 0) {
+        refuseFolder(folder, -told, unknown);
+    }
+    const std::string itself = FileURL(parent).appending(folder.name).path();
+    bool isMounted = false;
+    const int listed = persistently([&] {
+        return calls.mounts([&](std::uint64_t, const std::string& point) {
+            isMounted = isMounted || pathIsAtOrBelow(point, itself);
+        });
+    });
+    if (isMounted) {
+        refuseFolder(folder, EBUSY, "a volume is mounted in it");
+    }
+    if (listed < 0) {
+        refuseFolder(folder, -listed, unknown);
     }
 }
 
@@ -175,11 +195,11 @@ int transfer(const Spot& from, const Spot& to, const PlaceFacts& item, const Mov
 
 /// A move that is done stays done when its names cannot be made durable: after a power failure
 /// they are the former ones or the new ones, as the file system keeps them. So no error is told.
-void makeDurable(const Spot& from, const Spot& to, const MoveCalls& calls)
+void noteNames(const Spot& from, const Spot& to, MoveBatch::Records& records)
 {
-    persistently([&] { return calls.synchronizeDirectory(to.directory); });
+    records.noteNames(to.directory);
     if (from.directory != to.directory) {
-        persistently([&] { return calls.synchronizeDirectory(from.directory); });
+        records.noteNames(from.directory);
     }
 }
 
@@ -201,7 +221,6 @@ void confirm(const Spot& from, const Spot& to, const ItemIdentity& identity, con
     }
     const int result = transfer(to, from, arrived, calls);
     if (result == 0) {
-        makeDurable(to, from, calls);
         if (seen < 0) {
             throwErrno(-seen, operation, from.path);
         }
@@ -239,7 +258,7 @@ void requireIdentity(const PlaceFacts& found, const std::optional<ItemIdentity>&
 }
 
 void moveBetween(const Spot& from, const Spot& to, const std::optional<ItemIdentity>& identity,
-                 const MoveCalls& calls)
+                 const MoveCalls& calls, MoveBatch::Records& records)
 {
     const PlaceFacts item = factsOf(from, operation, calls);
     requireIdentity(item, identity, from.path);
@@ -249,10 +268,11 @@ void moveBetween(const Spot& from, const Spot& to, const std::optional<ItemIdent
     if (const int result = transfer(from, to, item, calls); result < 0) {
         throwErrno(-result, operation, result == -EEXIST ? to.path : from.path);
     }
+    // Also of an item that goes back.
+    noteNames(from, to, records);
     if (identity) {
         confirm(from, to, *identity, calls);
     }
-    makeDurable(from, to, calls);
 }
 
 }  // namespace gruk

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/files/move_batch.h"
 #include "platform/files/move_calls.h"
 #include "platform/files/move_conditions.h"
 #include "platform/foundation/errors.h"
@@ -36,12 +37,13 @@ public:
 void requireIdentity(const PlaceFacts& found, const std::optional<ItemIdentity>& meant,
                      const std::string& path);
 
-/// Moves the item itself from one spot to the other, which must be free, and makes both names
-/// durable as far as the system lets it. With `identity`, only that item: another one that is
-/// found there is left, and one that was put there in the very moment of the move goes back.
+/// Moves the item itself from one spot to the other, which must be free, and notes both
+/// directories in `records`, which makes their names durable. With `identity`, only that item:
+/// another one that is found there is left, and one that was put there in the very moment of the
+/// move goes back.
 ///
 /// Throws `FileError`, and the item is then where it was; `StrayedItemError` see there.
 void moveBetween(const Spot& from, const Spot& to, const std::optional<ItemIdentity>& identity,
-                 const MoveCalls& calls);
+                 const MoveCalls& calls, MoveBatch::Records& records);
 
 }  // namespace gruk

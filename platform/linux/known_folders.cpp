@@ -1,6 +1,7 @@
 #include "platform/files/known_folders.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -105,6 +106,14 @@ std::optional<FileURL> downloadsDirectory()
         return std::nullopt;
     }
     return named;
+}
+
+std::optional<FileURL> applicationsDirectory()
+{
+    constexpr const char* path = "/usr/share/applications";
+    std::error_code error;
+    return std::filesystem::is_directory(path, error) ? std::optional(FileURL::directory(path))
+                                                      : std::nullopt;
 }
 
 }  // namespace gruk

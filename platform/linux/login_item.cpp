@@ -32,6 +32,8 @@ constexpr std::string_view switchKey = "X-GNOME-Autostart-enabled";
 
 constexpr std::string_view applicationType = "Application";
 constexpr std::string_view applicationID = "io.github.gruk.Gruk";
+/// Tells the program that it was not the user who started it.
+constexpr std::string_view backgroundOption = "--background";
 
 FileURL entryURL()
 {
@@ -122,7 +124,7 @@ void LoginItem::enable(const FileURL& program)
     const FileURL url = entryURL();
     DesktopEntry entry = readEntry(url).value_or(newEntry());
     entry.setText(typeKey, applicationType);
-    entry.setText(execKey, *exec);
+    entry.setText(execKey, *exec + " " + std::string(backgroundOption));
     entry.remove(tryExecKey);
     entry.remove(hiddenKey);
     if (entry.text(switchKey)) {

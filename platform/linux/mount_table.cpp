@@ -67,20 +67,20 @@ std::optional<Mount> mountOfLine(std::string_view line)
     return mount;
 }
 
-std::string tableText()
+}  // namespace
+
+std::vector<Mount> mountTable()
 {
     try {
-        return readFile(FileURL(tablePath));
+        return readMountTable();
     } catch (const FileError&) {
         return {};
     }
 }
 
-}  // namespace
-
-std::vector<Mount> mountTable()
+std::vector<Mount> readMountTable()
 {
-    return parseMountTable(tableText());
+    return parseMountTable(readFile(FileURL(tablePath)));
 }
 
 std::vector<Mount> parseMountTable(std::string_view text)

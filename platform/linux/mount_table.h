@@ -23,6 +23,9 @@ struct Mount {
 /// Every mount in order of mounting; empty when the kernel does not tell.
 [[nodiscard]] std::vector<Mount> mountTable();
 
+/// The same for who must know whether the kernel told. Throws `FileError`.
+[[nodiscard]] std::vector<Mount> readMountTable();
+
 /// The mounts that the text of the kernel's table names; lines that do not read as they should are
 /// passed over.
 [[nodiscard]] std::vector<Mount> parseMountTable(std::string_view text);

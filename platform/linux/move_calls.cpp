@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/foundation/errors.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/mount_table.h"
 #include "platform/linux/statx_facts.h"
@@ -64,15 +65,16 @@ int tellPath(int directory, std::string& path)
     return path.starts_with('/') ? 0 : -ENOENT;
 }
 
-int tellMountPoint(std::uint64_t number, std::string& path)
+int tellMounts(MoveCalls::MountVisitor visit)
 {
-    for (const Mount& mount : mountTable()) {
-        if (mount.id == number) {
-            path = mount.point;
-            return 0;
+    try {
+        for (const Mount& mount : readMountTable()) {
+            visit(mount.id, mount.point);
         }
+        return 0;
+    } catch (const FileError& error) {
+        return -error.code().value();
     }
-    return -ENOENT;
 }
 
 std::optional<ItemType> typeOf(unsigned char listed)
@@ -124,7 +126,7 @@ void setLookingCalls(MoveCalls& calls)
     calls.openDirectory = openDirectoryItself;
     calls.facts = describe;
     calls.pathOf = tellPath;
-    calls.mountPoint = tellMountPoint;
+    calls.mounts = tellMounts;
     calls.list = listNames;
 }
 
@@ -140,6 +142,9 @@ void setFileCalls(MoveCalls& calls)
     };
     calls.write = [](int descriptor, const char* bytes, std::size_t count) {
         return static_cast<long>(orError(::write(descriptor, bytes, count)));
+    };
+    calls.startWriting = [](int descriptor) {
+        return orError(::sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE));
     };
     calls.synchronize = [](int descriptor) { return orError(::fsync(descriptor)); };
     calls.close = [](int descriptor) { return orError(::close(descriptor)); };

@@ -10,6 +10,7 @@
 #include "platform/linux/errno_error.h"
 #include "platform/linux/guarded_move.h"
 #include "platform/linux/guarded_path.h"
+#include "platform/linux/move_records.h"
 #include "platform/linux/persistently.h"
 #include "platform/linux/small_file.h"
 
@@ -108,17 +109,24 @@ void moveItem(const FileURL& from, const FileURL& to, const MoveConditions& cond
 {
     const OpenedParent source = openWayTo(from, conditions.within, "move", calls);
     const OpenedParent target = openWayTo(to, conditions.within, "move", calls);
+    const BatchOrOwn batch(conditions.batch, calls);
     moveBetween({source.directory.number(), source.name, from.path()},
-                {target.directory.number(), target.name, to.path()}, conditions.identity, calls);
+                {target.directory.number(), target.name, to.path()}, conditions.identity, calls,
+                batch.records());
 }
 
 std::optional<ItemIdentity> itemIdentity(const FileURL& url, const MoveCalls& calls)
 {
     try {
-        return identityFrom(look(url, LastLink::refused, calls).item);
+        return requiredIdentity(url, calls);
     } catch (const FileError&) {
         return std::nullopt;
     }
+}
+
+ItemIdentity requiredIdentity(const FileURL& url, const MoveCalls& calls)
+{
+    return identityFrom(look(url, LastLink::refused, calls).item);
 }
 
 std::optional<std::string> readOwnFile(const FileURL& url, std::size_t longest,

@@ -13,23 +13,13 @@ namespace gruk {
 
 namespace {
 
-/// An open file that the calls at hand close.
-class OpenFile {
+/// Closes a file that was read with the calls at hand.
+class ReadFile {
 public:
-    OpenFile(int number, const MoveCalls& calls) : number_(number), calls_(calls) {}
-    ~OpenFile() { static_cast<void>(close()); }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-
-    [[nodiscard]] int number() const { return number_; }
-
-    /// The descriptor is gone even when a signal came between.
-    int close()
-    {
-        const int number = std::exchange(number_, -1);
-        const int result = number >= 0 ? calls_.close(number) : 0;
-        return result == -EINTR ? 0 : result;
-    }
+    ReadFile(int number, const MoveCalls& calls) : number_(number), calls_(calls) {}
+    ~ReadFile() { calls_.close(number_); }
+    ReadFile(const ReadFile&) = delete;
+    ReadFile& operator=(const ReadFile&) = delete;
 
 private:
     int number_;
@@ -56,17 +46,6 @@ int writeAll(int descriptor, std::string_view text, const MoveCalls& calls)
     return 0;
 }
 
-/// Writes, makes durable and closes; 0 or the negative error number.
-int finish(OpenFile& file, std::string_view text, const MoveCalls& calls)
-{
-    int result = writeAll(file.number(), text, calls);
-    if (result == 0) {
-        result = persistently([&] { return calls.synchronize(file.number()); });
-    }
-    const int closed = file.close();
-    return result < 0 ? result : closed;
-}
-
 }  // namespace
 
 std::optional<SmallFile> readSmallFile(int directory, const std::string& name, std::size_t longest,
@@ -76,7 +55,7 @@ std::optional<SmallFile> readSmallFile(int directory, const std::string& name, s
     if (number < 0) {
         return std::nullopt;
     }
-    const OpenFile file(number, calls);
+    const ReadFile file(number, calls);
     SmallFile result;
     if (describe(number, "", result.facts, calls) < 0
         || result.facts.item.type != ItemType::regularFile) {
@@ -96,30 +75,71 @@ std::optional<SmallFile> readSmallFile(int directory, const std::string& name, s
     }
 }
 
-PlaceFacts makeSmallFile(int directory, const std::string& name, const std::string& text,
-                         const std::string& path, const MoveCalls& calls)
+SmallFileInMaking::SmallFileInMaking(int directory, std::string name, std::string_view text,
+                                     std::string path, const MoveCalls& calls)
+    : directory_(directory), name_(std::move(name)), path_(std::move(path)), calls_(&calls)
 {
     constexpr unsigned ownerOnly = 0600;
-    const int number =
-        persistently([&] { return calls.createExclusive(directory, name.c_str(), ownerOnly); });
-    if (number < 0) {
-        throwErrno(-number, "create", path);
+    number_ =
+        persistently([&] { return calls.createExclusive(directory_, name_.c_str(), ownerOnly); });
+    if (number_ < 0) {
+        throwErrno(-number_, "create", path_);
     }
-    OpenFile file(number, calls);
-    PlaceFacts facts;
-    int result = describe(number, "", facts, calls);
+    learn();
+    requireDone(writeAll(number_, text, calls));
+    // A hint, whose failure the end tells.
+    persistently([&] { return calls.startWriting(number_); });
+}
+
+SmallFileInMaking::~SmallFileInMaking()
+{
+    if (number_ >= 0) {
+        close();
+        removeSmallFile(directory_, name_, facts_, *calls_);
+    }
+}
+
+SmallFileInMaking::SmallFileInMaking(SmallFileInMaking&& other) noexcept
+    : directory_(other.directory_), name_(std::move(other.name_)), path_(std::move(other.path_)),
+      calls_(other.calls_), facts_(other.facts_), number_(std::exchange(other.number_, -1))
+{
+}
+
+void SmallFileInMaking::finish()
+{
+    int result = persistently([&] { return calls_->synchronize(number_); });
+    const int closed = close();
+    result = result < 0 ? result : closed;
+    if (result < 0) {
+        removeSmallFile(directory_, name_, facts_, *calls_);
+        throwErrno(-result, "write", path_);
+    }
+}
+
+void SmallFileInMaking::learn()
+{
+    int result = describe(number_, "", facts_, *calls_);
     if (result < 0) {
         // Without its identity it could never be told from another one that takes its place.
-        result = describe(directory, name, facts, calls);
+        result = describe(directory_, name_, facts_, *calls_);
     }
-    if (result == 0) {
-        result = finish(file, text, calls);
-    }
+    requireDone(result);
+}
+
+int SmallFileInMaking::close()
+{
+    const int result = calls_->close(std::exchange(number_, -1));
+    return result == -EINTR ? 0 : result;
+}
+
+/// Of the constructor, whose object is then never destroyed.
+void SmallFileInMaking::requireDone(int result)
+{
     if (result < 0) {
-        removeSmallFile(directory, name, facts, calls);
-        throwErrno(-result, "write", path);
+        close();
+        removeSmallFile(directory_, name_, facts_, *calls_);
+        throwErrno(-result, "write", path_);
     }
-    return facts;
 }
 
 void removeSmallFile(int directory, const std::string& name, const PlaceFacts& facts,

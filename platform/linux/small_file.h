@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/files/move_calls.h"
 
@@ -20,12 +21,39 @@ struct SmallFile {
 [[nodiscard]] std::optional<SmallFile> readSmallFile(int directory, const std::string& name,
                                                      std::size_t longest, const MoveCalls& calls);
 
-/// Makes a file of mode 0600 where nothing stands, with all of `text` on the disk, and returns its
-/// facts. Throws `FileError` for `path`: `file_exists` when the name is taken; whatever is thrown,
-/// nothing of it is left, as far as the system lets it be removed.
-[[nodiscard]] PlaceFacts makeSmallFile(int directory, const std::string& name,
-                                       const std::string& text, const std::string& path,
-                                       const MoveCalls& calls);
+/// A new file of mode 0600, made where nothing stood, that is still to reach the disk. Unless it is
+/// finished, it is removed with this object. Moves; one thread.
+class SmallFileInMaking {
+public:
+    /// Makes it with all of `text`, and lets the disk begin with it. Throws `FileError` for `path`:
+    /// `file_exists` when the name is taken; whatever is thrown, here or by `finish`, nothing of it
+    /// is left, as far as the system lets it be removed. `directory` stays borrowed.
+    SmallFileInMaking(int directory, std::string name, std::string_view text, std::string path,
+                      const MoveCalls& calls);
+    ~SmallFileInMaking();
+    SmallFileInMaking(SmallFileInMaking&& other) noexcept;
+    SmallFileInMaking& operator=(SmallFileInMaking&&) = delete;
+    SmallFileInMaking(const SmallFileInMaking&) = delete;
+    SmallFileInMaking& operator=(const SmallFileInMaking&) = delete;
+
+    /// Waits until it is on the disk, and closes it. Throws `FileError`.
+    void finish();
+
+    [[nodiscard]] const PlaceFacts& facts() const { return facts_; }
+
+private:
+    void learn();
+    /// The descriptor is gone even when a signal came between.
+    int close();
+    void requireDone(int result);
+
+    int directory_;
+    std::string name_;
+    std::string path_;
+    const MoveCalls* calls_;
+    PlaceFacts facts_;
+    int number_ = -1;
+};
 
 /// Removes the file if it is still the one with these facts. Failures are not told.
 void removeSmallFile(int directory, const std::string& name, const PlaceFacts& facts,

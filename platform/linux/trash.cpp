@@ -1,21 +1,22 @@
 #include "platform/files/trash.h"
 
-#include <array>
 #include <cerrno>
 #include <cmath>
 #include <ctime>
-#include <random>
+#include <deque>
 #include <system_error>
+#include <utility>
 
 #include "platform/foundation/errors.h"
-#include "platform/linux/directory_sizes.h"
+#include "platform/foundation/require.h"
 #include "platform/linux/errno_error.h"
 #include "platform/linux/guarded_move.h"
 #include "platform/linux/guarded_path.h"
+#include "platform/linux/move_records.h"
 #include "platform/linux/persistently.h"
 #include "platform/linux/small_file.h"
-#include "platform/linux/trash_folder.h"
 #include "platform/linux/trash_info.h"
+#include "platform/linux/trash_way.h"
 #include "platform/linux/volume_top.h"
 
 namespace gruk {
@@ -25,186 +26,213 @@ namespace {
 constexpr const char* operation = "move to Trash";
 constexpr std::size_t longestInfo = 65'536;
 
-/// How long a name may be, most often and on file systems that encrypt names.
-constexpr std::array<std::size_t, 2> nameLimits{255, 143};
-
-[[noreturn]] void refuse(const std::string& path, std::errc code, std::string_view words)
+std::string infoNameOf(const std::string& name)
 {
-    throw FileError(std::make_error_code(code), operation, path, words);
+    return name + std::string(trashInfoSuffix);
 }
 
-/// What tells the n-th name for an item from the others: nothing, "2", "3" and so on; after many
-/// that are taken a number that hardly anybody has.
-std::string markOf(std::size_t attempt)
+/// The number of an error that another name may mend; throws the one being handled otherwise.
+int nameIsNoGood(const FileError& error)
 {
-    constexpr std::size_t countedAttempts = 100;
-    if (attempt == 0) {
-        return {};
+    if (error.code() == std::errc::file_exists) {
+        return EEXIST;
     }
-    if (attempt < countedAttempts) {
-        return std::to_string(attempt + 1);
+    if (error.code() == std::errc::filename_too_long) {
+        return ENAMETOOLONG;
     }
-    std::random_device source;
-    return std::to_string(source());
+    throw;
 }
 
-/// The item that goes to a Trash.
-struct Item {
-    const FileURL& url;
-    const OpenedParent& parent;
-    PlaceFacts facts;
-    /// Where its parent is, when no link is followed; empty where the system cannot tell.
-    std::string parentPath;
+/// Begins the info file of an item that is to have that name in its Trash. Throws.
+SmallFileInMaking beginInfo(const TrashWay& way, const std::string& name, const MoveCalls& calls)
+{
+    const std::string infoName = infoNameOf(name);
+    return {way.trash.info.number(), infoName,
+            trashInfoText({way.infoPath, deletionDateText(std::time(nullptr))}),
+            way.trash.path + "/info/" + infoName, calls};
+}
 
-    [[nodiscard]] Spot spot() const { return {parent.directory.number(), parent.name, url.path()}; }
-};
+/// Tries one name after the other: `attempt` answers 0 when the item has it, and throws when
+/// another name would not help either. Returns the name, or throws when none is good.
+template <typename Attempt>
+std::string firstGoodName(const TrashWay& way, Attempt attempt)
+{
+    std::size_t limit = 0;
+    for (std::size_t taken = 0; taken < nameAttempts;) {
+        std::string name = nameInTrash(way, taken, limit);
+        int result = 0;
+        try {
+            attempt(name);
+            return name;
+        } catch (const StrayedItemError&) {
+            throw;
+        } catch (const FileError& error) {
+            result = nameIsNoGood(error);
+        }
+        if (result == EEXIST) {
+            ++taken;
+        } else if (++limit == nameLimitCount) {
+            throwErrno(result, operation, way.url.path());
+        }
+    }
+    throwErrno(EEXIST, operation, way.url.path());
+}
 
-/// One item's way into one Trash.
+/// One item's way into its Trash.
 class Trashing {
 public:
-    Trashing(const Item& item, const TrashFolder& trash,
-             const std::optional<ItemIdentity>& identity, const MoveCalls& calls)
-        : item_(item), trash_(trash), identity_(identity), calls_(calls),
-          text_(trashInfoText({infoPath(), deletionDateText(std::time(nullptr))}))
+    Trashing(const TrashWay& way, const std::optional<ItemIdentity>& identity,
+             const MoveCalls& calls, MoveBatch::Records& records)
+        : way_(way), identity_(identity), calls_(calls), records_(records)
     {
     }
 
     /// Returns where the item is now. Throws.
     FileURL run()
     {
-        refuseTheTrashItself();
-        constexpr std::size_t attempts = 150;
-        std::size_t limit = 0;
-        for (std::size_t taken = 0; taken < attempts;) {
-            const std::string name = trashName(item_.parent.name, markOf(taken),
-                                               nameLimits.at(limit) - trashInfoSuffix.size());
-            const int result = moveAs(name);
-            if (result == 0) {
-                return arrived(name);
-            }
-            if (result == EEXIST) {
-                ++taken;
-            } else if (++limit == nameLimits.size()) {
-                throwErrno(result, operation, item_.url.path());
-            }
+        if (const std::optional<std::string> name = moveAsPrepared()) {
+            return arrived(*name);
         }
-        throwErrno(EEXIST, operation, item_.url.path());
+        return arrived(firstGoodName(way_, [&](const std::string& name) {
+            SmallFileInMaking info = beginInfo(way_, name, calls_);
+            info.finish();
+            // So that it is there before the item, also after a power failure.
+            const int directory = way_.trash.info.number();
+            persistently([&] { return calls_.synchronizeDirectory(directory); });
+            moveBeside(name, info.facts());
+        }));
     }
 
 private:
-    /// What the info file says of where the item was. On a volume that counts from its top; the
-    /// path as the user knows it, if it leads there as it reads, else the true one.
-    std::string infoPath() const
+    /// Takes the name for which an info file stands already; none when there is none, or it is no
+    /// good.
+    std::optional<std::string> moveAsPrepared()
     {
-        const std::string& path = item_.url.path();
-        if (!trash_.volume) {
-            return path;
+        const std::optional<PreparedInfo> prepared =
+            records_.takePrepared(way_.openTrash(), way_.url.path(), way_.infoPath);
+        if (!prepared) {
+            return std::nullopt;
         }
-        for (const std::string& candidate : {path, item_.parentPath + "/" + item_.parent.name}) {
-            const std::string& top = *trash_.volume;
-            if (candidate != top && pathIsAtOrBelow(candidate, top)) {
-                return candidate.substr(top == "/" ? 1 : top.size() + 1);
-            }
-        }
-        return path;
-    }
-
-    /// What is in a Trash is there already; and a Trash cannot be put into itself.
-    void refuseTheTrashItself() const
-    {
-        std::string trash;
-        if (calls_.pathOf(trash_.base.number(), trash) < 0 || item_.parentPath.empty()) {
-            return;
-        }
-        if (pathIsAtOrBelow(item_.parentPath, trash)) {
-            refuse(item_.url.path(), std::errc::invalid_argument, "it is in the Trash already");
-        }
-        const FileURL itself = FileURL(item_.parentPath).appending(item_.parent.name);
-        if (pathIsAtOrBelow(trash, itself.path())) {
-            refuse(item_.url.path(), std::errc::invalid_argument, "the Trash itself is in it");
-        }
-    }
-
-    /// Tries one name: 0 when the item has it now, `EEXIST` or `ENAMETOOLONG` when the name is no
-    /// good. Throws whatever else goes wrong. The info file stands before the item comes, so that
-    /// nothing is ever in the Trash of which nobody knows where it was.
-    int moveAs(const std::string& name)
-    {
-        const std::string infoName = name + std::string(trashInfoSuffix);
-        const int info = trash_.info.number();
-        const std::string path = trash_.path + "/files/" + name;
         try {
-            written_ =
-                makeSmallFile(info, infoName, text_, trash_.path + "/info/" + infoName, calls_);
-            // So that it is there before the item, also after a power failure.
-            persistently([&] { return calls_.synchronizeDirectory(info); });
+            moveBeside(prepared->name, prepared->written);
+            return prepared->name;
+        } catch (const StrayedItemError&) {
+            throw;
         } catch (const FileError& error) {
-            return nameIsNoGood(error);
+            nameIsNoGood(error);
+            return std::nullopt;
         }
+    }
+
+    /// Moves the item to that name, for which an info file stands. That goes before the item, so
+    /// that nothing is ever in the Trash of which nobody knows where it was, and goes away again
+    /// when the item cannot come. Throws.
+    void moveBeside(const std::string& name, const PlaceFacts& info)
+    {
+        const std::string path = way_.trash.path + "/files/" + name;
         try {
-            moveBetween(item_.spot(), {trash_.files.number(), name, path}, identity_, calls_);
-            return 0;
+            moveBetween(way_.spot(), {way_.trash.files.number(), name, path}, identity_, calls_,
+                        records_);
         } catch (const StrayedItemError&) {
             // The info file stays with the item that is there now: it names its place as well.
             throw;
-        } catch (const FileError& error) {
-            removeSmallFile(info, infoName, written_, calls_);
-            return nameIsNoGood(error);
+        } catch (const FileError&) {
+            removeSmallFile(way_.trash.info.number(), infoNameOf(name), info, calls_);
+            throw;
         }
-    }
-
-    /// The number of an error that another name may mend; throws the one being handled otherwise.
-    static int nameIsNoGood(const FileError& error)
-    {
-        if (error.code() == std::errc::file_exists) {
-            return EEXIST;
-        }
-        if (error.code() == std::errc::filename_too_long) {
-            return ENAMETOOLONG;
-        }
-        throw;
     }
 
     FileURL arrived(const std::string& name) const
     {
-        const bool isDirectory = item_.facts.item.type == ItemType::directory;
+        const bool isDirectory = way_.facts.item.type == ItemType::directory;
         if (isDirectory) {
-            noteSize(name);
+            noteFolder(name);
         }
-        return FileURL::directory(trash_.path)
+        return FileURL::directory(way_.trash.path)
             .appending("files/" + name,
                        isDirectory ? FileURL::Names::directory : FileURL::Names::item);
     }
 
-    /// After the move, which must not wait for a walk; and a size that is not noted costs nobody
-    /// more than a walk of their own.
-    void noteSize(const std::string& name) const
+    /// A size that is not noted costs nobody more than a walk of their own.
+    void noteFolder(const std::string& name) const
     {
         PlaceFacts info;
-        const std::string infoName = name + std::string(trashInfoSuffix);
+        const std::string infoName = infoNameOf(name);
         const int result = persistently([&] {
-            return calls_.facts(trash_.info.number(), infoName.c_str(), LastLink::refused, info);
+            return calls_.facts(way_.trash.info.number(), infoName.c_str(), LastLink::refused,
+                                info);
         });
         if (result == 0) {
             const double seconds = std::floor(info.item.modified.secondsSince1970);
-            noteDirectorySize(trash_.base, trash_.files, name, static_cast<std::int64_t>(seconds),
-                              calls_);
+            records_.noteFolderCame(way_.openTrash(), name, static_cast<std::int64_t>(seconds));
         }
     }
 
-    const Item& item_;
-    const TrashFolder& trash_;
+    const TrashWay& way_;
     const std::optional<ItemIdentity>& identity_;
     const MoveCalls& calls_;
-    std::string text_;
-    PlaceFacts written_;
+    MoveBatch::Records& records_;
+};
+
+/// Info files that are on their way to the disk together.
+class Preparation {
+public:
+    Preparation(const MoveCalls& calls, MoveBatch::Records& records)
+        : calls_(calls), records_(records)
+    {
+    }
+
+    /// Begins with one item; one that cannot go is left to the move, which tells why.
+    void begin(const FileURL& url, const MoveConditions& conditions)
+    {
+        // Each holds five descriptors.
+        constexpr std::size_t mostAtOnce = 32;
+        if (begun_.size() == mostAtOnce) {
+            finish();
+        }
+        try {
+            TrashWay way = openTrashWay(url, {conditions.within, std::nullopt}, calls_);
+            std::optional<SmallFileInMaking> info;
+            std::string name = firstGoodName(way, [&](const std::string& candidate) {
+                info.emplace(beginInfo(way, candidate, calls_));
+            });
+            begun_.push_back({std::move(way), std::move(name), *std::move(info)});
+        } catch (const FileError&) {  // NOLINT(bugprone-empty-catch): the move tells
+        }
+    }
+
+    /// Waits until those begun are on the disk, with their names.
+    void finish()
+    {
+        for (Begun& one : begun_) {
+            try {
+                one.info.finish();
+                records_.keepPrepared(one.way.openTrash(), one.way.url.path(),
+                                      {one.way.infoPath, one.name, one.info.facts()});
+                records_.noteNames(one.way.trash.info.number());
+            } catch (const FileError&) {  // NOLINT(bugprone-empty-catch): the move tells
+            }
+        }
+        begun_.clear();
+        records_.synchronizeNames();
+    }
+
+private:
+    struct Begun {
+        TrashWay way;
+        std::string name;
+        SmallFileInMaking info;
+    };
+
+    const MoveCalls& calls_;
+    MoveBatch::Records& records_;
+    std::deque<Begun> begun_;
 };
 
 /// The info file of an item in a Trash, with what is open of that Trash.
 struct FoundInfo {
     Descriptor base;
     Descriptor info;
-    std::string name;
     PlaceFacts facts;
 };
 
@@ -238,11 +266,10 @@ std::optional<FoundInfo> findInfo(const Spot& spot, const FileURL& original,
         return std::nullopt;
     }
     found.info = openDirectoryIn(found.base.number(), "info", LastLink::refused, calls).directory;
-    found.name = spot.name + std::string(trashInfoSuffix);
     if (!found.info.isOpen()) {
         return std::nullopt;
     }
-    const auto file = readSmallFile(found.info.number(), found.name, longestInfo, calls);
+    const auto file = readSmallFile(found.info.number(), infoNameOf(spot.name), longestInfo, calls);
     const auto info = file ? parseTrashInfo(file->text) : std::nullopt;
     if (!info) {
         return std::nullopt;
@@ -255,38 +282,24 @@ std::optional<FoundInfo> findInfo(const Spot& spot, const FileURL& original,
     return found;
 }
 
-/// Removes the info file of an item that has left the Trash, unless something took its name there
-/// meanwhile.
-void forget(const FoundInfo& found, const Spot& left, const MoveCalls& calls)
-{
-    PlaceFacts facts;
-    const int result = persistently(
-        [&] { return calls.facts(left.directory, left.name.c_str(), LastLink::refused, facts); });
-    if (result == -ENOENT) {
-        removeSmallFile(found.info.number(), found.name, found.facts, calls);
-        dropDirectorySize(found.base, left.name, calls);
-    }
-}
-
 }  // namespace
 
 FileURL trashItem(const FileURL& url, const MoveConditions& conditions, const MoveCalls& calls)
 {
-    const OpenedParent parent = openWayTo(url, conditions.within, operation, calls);
-    Item item{url, parent, {}, {}};
-    item.facts = factsOf(item.spot(), operation, calls);
-    requireIdentity(item.facts, conditions.identity, url.path());
-    const std::string here;
-    const PlaceFacts around =
-        factsOf({parent.directory.number(), here, url.path()}, operation, calls);
-    if (!areOnOneMount(item.facts, around)) {
-        refuse(url.path(), std::errc::device_or_resource_busy, "a volume is mounted there");
+    const TrashWay way = openTrashWay(url, conditions, calls);
+    const BatchOrOwn batch(conditions.batch, calls);
+    return Trashing(way, conditions.identity, calls, batch.records()).run();
+}
+
+void prepareToTrash(const std::vector<FileURL>& urls, const MoveConditions& conditions,
+                    const MoveCalls& calls)
+{
+    GRUK_REQUIRE(conditions.batch != nullptr, "what is prepared belongs to a batch");
+    Preparation preparation(calls, conditions.batch->records());
+    for (const FileURL& url : urls) {
+        preparation.begin(url, conditions);
     }
-    if (calls.pathOf(parent.directory.number(), item.parentPath) < 0) {
-        item.parentPath.clear();
-    }
-    const TrashFolder trash = openTrashFor(parent.directory.number(), around, url.path(), calls);
-    return Trashing(item, trash, conditions.identity, calls).run();
+    preparation.finish();
 }
 
 void restoreTrashedItem(const FileURL& trashed, const FileURL& original,
@@ -295,11 +308,13 @@ void restoreTrashedItem(const FileURL& trashed, const FileURL& original,
     const OpenedParent source = openWayTo(trashed, std::nullopt, "restore", calls);
     const OpenedParent target = openWayTo(original, conditions.within, "restore", calls);
     const Spot from{source.directory.number(), source.name, trashed.path()};
-    const std::optional<FoundInfo> info = findInfo(from, original, target, calls);
+    const std::optional<FoundInfo> found = findInfo(from, original, target, calls);
+    const BatchOrOwn batch(conditions.batch, calls);
     moveBetween(from, {target.directory.number(), target.name, original.path()},
-                conditions.identity, calls);
-    if (info) {
-        forget(*info, from, calls);
+                conditions.identity, calls, batch.records());
+    if (found) {
+        batch.records().noteItemLeft({found->base, source.directory, found->info}, source.name,
+                                     found->facts);
     }
 }
 

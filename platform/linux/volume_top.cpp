@@ -29,7 +29,8 @@ int describe(int directory, PlaceFacts& facts, const MoveCalls& calls)
 VolumeTop topByTable(const PlaceFacts& inside, const MoveCalls& calls)
 {
     VolumeTop top;
-    if (inside.mount == 0 || calls.mountPoint(inside.mount, top.path) < 0) {
+    top.path = mountPointOf(inside.mount, calls);
+    if (top.path.empty()) {
         return {};
     }
     top.directory = openDirectoryAt(top.path, calls).directory;
@@ -73,6 +74,22 @@ VolumeTop topByClimbing(int directory, PlaceFacts here, const MoveCalls& calls)
 bool areOnOneMount(const PlaceFacts& a, const PlaceFacts& b)
 {
     return a.mount != 0 && b.mount != 0 ? a.mount == b.mount : a.item.deviceID == b.item.deviceID;
+}
+
+std::string mountPointOf(std::uint64_t mount, const MoveCalls& calls)
+{
+    std::string path;
+    const int result = mount == 0 ? 0 : persistently([&] {
+        return calls.mounts([&](std::uint64_t number, const std::string& point) {
+            if (number == mount) {
+                path = point;
+            }
+        });
+    });
+    if (result < 0) {
+        throwErrno(-result, operation, path);
+    }
+    return path;
 }
 
 VolumeTop volumeTop(int directory, const MoveCalls& calls)

@@ -1,5 +1,8 @@
 #include "platform/files/volumes.h"
 
+#include <optional>
+
+#include "platform/files/moves.h"
 #include "platform/foundation/errors.h"
 #include "platform/linux/guarded_move.h"
 #include "platform/linux/guarded_path.h"
@@ -7,30 +10,61 @@
 
 namespace gruk {
 
-FileURL mountPoint(const FileURL& url)
+namespace {
+
+constexpr const char* operation = "find volume";
+
+/// Whether the error says that there is no such item, and not that it cannot be looked at.
+bool saysNothingIsThere(const FileError& error)
 {
-    const MoveCalls& calls = MoveCalls::live();
+    return error.code() == std::errc::no_such_file_or_directory
+           || error.code() == std::errc::not_a_directory;
+}
+
+FileURL topOver(const FileURL& url, const MoveCalls& calls)
+{
+    const OpenedParent parent = openWayTo(url, std::nullopt, operation, calls);
+    const Spot spot{parent.directory.number(), parent.name, url.path()};
+    const PlaceFacts item = factsOf(spot, operation, calls);
+    // The table alone decides, so that no other mount is touched.
+    if (const std::string path = mountPointOf(item.mount, calls); !path.empty()) {
+        return FileURL::directory(path);
+    }
+    OpenedDirectory inside;
+    if (item.item.type == ItemType::directory) {
+        inside = openDirectoryIn(spot.directory, spot.name, LastLink::refused, calls);
+    }
+    return FileURL::directory(
+        volumeTop(inside.directory.isOpen() ? inside.directory.number() : spot.directory, calls)
+            .path);
+}
+
+}  // namespace
+
+FileURL mountPoint(const FileURL& url, const MoveCalls& calls)
+{
     if (url == FileURL()) {
         return {};
     }
     try {
-        const OpenedParent parent = openWayTo(url, std::nullopt, "find volume", calls);
-        const Spot spot{parent.directory.number(), parent.name, url.path()};
-        const PlaceFacts item = factsOf(spot, "find volume", calls);
-        std::string path;
-        // The table alone decides, so that no other mount is touched.
-        if (item.mount != 0 && calls.mountPoint(item.mount, path) == 0) {
-            return FileURL::directory(path);
+        return topOver(url, calls);
+    } catch (const FileError& error) {
+        if (saysNothingIsThere(error)) {
+            return {};
         }
-        OpenedDirectory inside;
-        if (item.item.type == ItemType::directory) {
-            inside = openDirectoryIn(spot.directory, spot.name, LastLink::refused, calls);
+        throw;
+    }
+}
+
+bool isOneItem(const FileURL& a, const FileURL& b, const MoveCalls& calls)
+{
+    try {
+        return requiredIdentity(a, calls) == requiredIdentity(b, calls);
+    } catch (const FileError& error) {
+        if (saysNothingIsThere(error)) {
+            return false;
         }
-        return FileURL::directory(
-            volumeTop(inside.directory.isOpen() ? inside.directory.number() : spot.directory, calls)
-                .path);
-    } catch (const FileError&) {
-        return {};
+        throw;
     }
 }
 

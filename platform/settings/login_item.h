@@ -17,9 +17,9 @@ public:
     /// out.
     [[nodiscard]] bool isEnabled() const;
 
-    /// Has `program` started at login, in place of one that was named there before. Everything
-    /// else that the user or the desktop has noted about it stays. Throws `FileError`:
-    /// `invalid_argument` for a path that the desktop's file cannot hold.
+    /// Has `program` started at login with the option "--background", in place of what was named
+    /// there before. Everything else that the user or the desktop has noted about it stays. Throws
+    /// `FileError`: `invalid_argument` for a path that the desktop's file cannot hold.
     void enable(const FileURL& program);
 
     /// Turns it off, and keeps what is noted about it. Throws `FileError`.

@@ -32,7 +32,7 @@ bool dieAt(std::size_t number,
                 ::kill(::getpid(), SIGKILL);
             }
         };
-        (void)operation(faults.calls());
+        (void)operation(faults.calls(test::withoutWaiting()));
         ::_exit(0);
     }
     int status = 0;

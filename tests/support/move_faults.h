@@ -46,13 +46,14 @@ public:
         plan->wrap("openDirectory", calls.openDirectory);
         plan->wrap("facts", calls.facts);
         plan->wrap("pathOf", calls.pathOf);
-        plan->wrap("mountPoint", calls.mountPoint);
+        plan->wrap("mounts", calls.mounts);
         plan->wrap("list", calls.list);
         plan->wrap("makeDirectory", calls.makeDirectory);
         plan->wrap("createExclusive", calls.createExclusive);
         plan->wrap("openFile", calls.openFile);
         plan->wrap("read", calls.read);
         plan->wrapWrite("write", calls.write);
+        plan->wrap("startWriting", calls.startWriting);
         plan->wrap("synchronize", calls.synchronize);
         plan->wrap("synchronizeDirectory", calls.synchronizeDirectory);
         plan->wrapClose("close", calls.close);
@@ -67,8 +68,8 @@ public:
     /// Whether the call of that name is among those that fail from then on.
     [[nodiscard]] bool fails(const std::string& name) const
     {
-        static const std::set<std::string> looking{
-            "openDirectory", "facts", "pathOf", "mountPoint", "list", "openFile", "read"};
+        static const std::set<std::string> looking{"openDirectory", "facts",    "pathOf", "mounts",
+                                                   "list",          "openFile", "read"};
         static const std::set<std::string> removing{"remove", "removeDirectory", "files.remove"};
         return (lookingFails || !looking.contains(name))
                && (removingFails || !removing.contains(name));

@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QString>
+#include <gtest/gtest.h>
 
 #include "tests/support/environment.h"
 #include "tests/support/temporary_directory.h"
@@ -68,6 +69,30 @@ private:
     EnvironmentVariable noBus_;
     std::unique_ptr<EnvironmentVariable> busAddress_;
     QProcess bus_;
+};
+
+/// For tests that run in a session with a bus, and in one without: the parameter says which.
+class InEachSession : public testing::TestWithParam<bool> {
+public:
+    /// What an instance is called.
+    static std::string name(const testing::TestParamInfo<bool>& session)
+    {
+        return session.param ? "withABus" : "withoutABus";
+    }
+
+protected:
+    void SetUp() override
+    {
+        if (!GetParam()) {
+            return;
+        }
+        if (!PrivateSession::canHaveBus()) {
+            GTEST_SKIP() << "dbus-daemon is not installed";
+        }
+        ASSERT_TRUE(session.startBus());
+    }
+
+    PrivateSession session;
 };
 
 }  // namespace gruk::test

@@ -80,6 +80,7 @@ inline MoveCalls unsynchronizedCalls()
 {
     MoveCalls calls;
     const auto skip = [](int) { return 0; };
+    calls.startWriting = skip;
     calls.synchronize = skip;
     calls.synchronizeDirectory = skip;
     calls.files.synchronize = skip;

@@ -153,7 +153,7 @@ TEST(OrganiseService, twoKindsFillOneFolder)
 
 TEST(OrganiseService, aNameThatIsNoFoldersNameMovesNothing)
 {
-    for (const char* name : {"..", ".", "", "a/b", "../elsewhere"}) {
+    for (const char* name : {"..", "a/b", "../elsewhere"}) {
         FakeDisk disk;
         disk.addFile("/realm/a.png", FileKind::image);
         const StashOperation operation =
@@ -162,6 +162,23 @@ TEST(OrganiseService, aNameThatIsNoFoldersNameMovesNothing)
         ASSERT_EQ(operation.failures.size(), 1U) << name;
         EXPECT_EQ(operation.failures[0].reason, Reason::couldNotStash);
         EXPECT_THAT(operation.failures[0].message, testing::HasSubstr("name of a folder"));
+        EXPECT_THAT(disk.record, IsEmpty());
+    }
+}
+
+TEST(OrganiseService, anEmptyFolderNameMeansTheRealmWhereEachFileStandsAlready)
+{
+    for (const char* name : {"", "."}) {
+        FakeDisk disk;
+        disk.addFile("/realm/a.png", FileKind::image);
+        const OrganiseService service(disk.organiseCalls());
+        const OrganisePlan plan = service.planOrganise(realm, realm, {{FileKind::image, name}});
+        ASSERT_EQ(plan.moves.size(), 1U);
+        EXPECT_EQ(plan.moves[0].destinationFolderName, name);
+        const StashOperation operation = service.applyPlan(plan, realm);
+        EXPECT_THAT(operation.moved, IsEmpty());
+        EXPECT_THAT(operation.failures,
+                    ElementsAre(failure("/realm/a.png", Reason::destinationExists)));
         EXPECT_THAT(disk.record, IsEmpty());
     }
 }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
@@ -87,9 +88,9 @@ TEST(DirectorySizes, aFileOfSeveralNamesCountsOnce)
 {
     const TemporaryDirectory directory;
     directory.file("folder/a", 100'000);
-    const auto before = sizeOnDisk(FileURL(directory.path("folder")), {});
+    const auto before = sizeOnDisk(AT_FDCWD, directory.path("folder"), {});
     directory.hardLink("folder/b", "folder/a");
-    EXPECT_EQ(sizeOnDisk(FileURL(directory.path("folder")), {}), before);
+    EXPECT_EQ(sizeOnDisk(AT_FDCWD, directory.path("folder"), {}), before);
     EXPECT_EQ(before, blocksOf(directory.path("folder")) + blocksOf(directory.path("folder/a")));
 }
 
@@ -99,11 +100,11 @@ TEST(DirectorySizes, aWalkThatGrowsTooLongComesToNothing)
     for (int i = 0; i < 20; ++i) {
         directory.file("folder/" + std::to_string(i) + "/x", 1);
     }
-    const FileURL folder(directory.path("folder"));
-    EXPECT_TRUE(sizeOnDisk(folder, {40, std::chrono::minutes(1)}));
-    EXPECT_FALSE(sizeOnDisk(folder, {39, std::chrono::minutes(1)}));
-    EXPECT_FALSE(sizeOnDisk(folder, {40, std::chrono::milliseconds(-1)}));
-    EXPECT_FALSE(sizeOnDisk(FileURL(directory.path("missing")), {}));
+    const std::string folder = directory.path("folder");
+    EXPECT_TRUE(sizeOnDisk(AT_FDCWD, folder, {40, std::chrono::minutes(1)}));
+    EXPECT_FALSE(sizeOnDisk(AT_FDCWD, folder, {39, std::chrono::minutes(1)}));
+    EXPECT_FALSE(sizeOnDisk(AT_FDCWD, folder, {40, std::chrono::milliseconds(-1)}));
+    EXPECT_FALSE(sizeOnDisk(AT_FDCWD, directory.path("missing"), {}));
 }
 
 }  // namespace

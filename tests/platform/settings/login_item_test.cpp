@@ -42,7 +42,10 @@ protected:
     }
 
     [[nodiscard]] std::string entryText() const { return disk.read(entryName); }
-    [[nodiscard]] std::string execLine() const { return "Exec=\"" + program.path() + "\"\n"; }
+    [[nodiscard]] std::string execLine() const
+    {
+        return "Exec=\"" + program.path() + "\" --background\n";
+    }
 
     TemporaryDirectory disk;
     const EnvironmentVariable config{"XDG_CONFIG_HOME", disk.path("config")};

@@ -1,0 +1,184 @@
+#include "platform/linux/move_records.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <utility>
+
+#include <fcntl.h>
+
+#include "platform/linux/persistently.h"
+#include "platform/linux/small_file.h"
+#include "platform/linux/trash_info.h"
+
+namespace gruk {
+
+namespace {
+
+/// How many directories are held open before they are made durable in between: a process may have
+/// a thousand descriptors, and others need some.
+constexpr std::size_t mostNames = 64;
+
+Descriptor another(int directory)
+{
+    return Descriptor(::fcntl(directory, F_DUPFD_CLOEXEC, 0));
+}
+
+std::string infoName(const std::string& name)
+{
+    return name + std::string(trashInfoSuffix);
+}
+
+/// Removes the info file of an item that has left, unless something took its name there meanwhile.
+void forget(int files, int info, const std::string& name, const PlaceFacts& written,
+            const MoveCalls& calls)
+{
+    PlaceFacts facts;
+    const int result =
+        persistently([&] { return calls.facts(files, name.c_str(), LastLink::refused, facts); });
+    if (result == -ENOENT) {
+        removeSmallFile(info, infoName(name), written, calls);
+    }
+}
+
+}  // namespace
+
+MoveBatch::MoveBatch(MoveCalls calls) : records_(std::make_unique<Records>(std::move(calls))) {}
+
+MoveBatch::~MoveBatch()
+{
+    finish();
+}
+
+void MoveBatch::finish() noexcept
+{
+    records_->finish();
+}
+
+MoveBatch::Records::Records(MoveCalls calls) : calls_(std::move(calls)) {}
+
+std::optional<MoveBatch::Records::Key> MoveBatch::Records::keyOf(int directory) const
+{
+    PlaceFacts facts;
+    const int result =
+        persistently([&] { return calls_.facts(directory, "", LastLink::refused, facts); });
+    return result < 0 ? std::nullopt : std::optional(Key{facts.item.deviceID, facts.item.inode});
+}
+
+void MoveBatch::Records::noteNames(int directory)
+{
+    const std::optional<Key> key = keyOf(directory);
+    if (key && std::ranges::find(names_, *key, &Names::key) != names_.end()) {
+        return;
+    }
+    if (names_.size() == mostNames) {
+        synchronizeNames();
+    }
+    Descriptor kept = key ? another(directory) : Descriptor();
+    if (kept.isOpen()) {
+        names_.push_back({*key, std::move(kept)});
+    } else {
+        persistently([&] { return calls_.synchronizeDirectory(directory); });
+    }
+}
+
+MoveBatch::Records::Trash* MoveBatch::Records::trashOf(const OpenTrash& trash)
+{
+    const std::optional<Key> key = keyOf(trash.info.number());
+    if (!key) {
+        return nullptr;
+    }
+    if (const auto found = std::ranges::find(trashes_, *key, &Trash::key);
+        found != trashes_.end()) {
+        return &*found;
+    }
+    Trash made;
+    made.key = *key;
+    made.base = another(trash.base.number());
+    made.files = another(trash.files.number());
+    made.info = another(trash.info.number());
+    if (!made.base.isOpen() || !made.files.isOpen() || !made.info.isOpen()) {
+        return nullptr;
+    }
+    return &trashes_.emplace_back(std::move(made));
+}
+
+void MoveBatch::Records::noteFolderCame(const OpenTrash& trash, const std::string& name,
+                                        std::int64_t written)
+{
+    // A size that is not noted costs nobody more than a walk of their own.
+    if (Trash* const known = trashOf(trash)) {
+        known->sizes.push_back({name, written});
+    }
+}
+
+void MoveBatch::Records::noteItemLeft(const OpenTrash& trash, const std::string& name,
+                                      const PlaceFacts& info)
+{
+    if (Trash* const known = trashOf(trash)) {
+        known->left.push_back({name, info});
+        known->sizes.push_back({name, std::nullopt});
+    } else {
+        synchronizeNames();
+        forget(trash.files.number(), trash.info.number(), name, info, calls_);
+    }
+}
+
+void MoveBatch::Records::keepPrepared(const OpenTrash& trash, const std::string& itemPath,
+                                      PreparedInfo prepared)
+{
+    Trash* const known = trashOf(trash);
+    if (known == nullptr || known->prepared.contains(itemPath)) {
+        removeSmallFile(trash.info.number(), infoName(prepared.name), prepared.written, calls_);
+    } else {
+        known->prepared.emplace(itemPath, std::move(prepared));
+    }
+}
+
+std::optional<PreparedInfo> MoveBatch::Records::takePrepared(const OpenTrash& trash,
+                                                             const std::string& itemPath,
+                                                             const std::string& infoPath)
+{
+    Trash* const known = trashes_.empty() ? nullptr : trashOf(trash);
+    if (known == nullptr) {
+        return std::nullopt;
+    }
+    const auto found = known->prepared.find(itemPath);
+    if (found == known->prepared.end() || found->second.infoPath != infoPath) {
+        return std::nullopt;
+    }
+    PreparedInfo prepared = std::move(found->second);
+    known->prepared.erase(found);
+    return prepared;
+}
+
+void MoveBatch::Records::synchronizeNames()
+{
+    for (const Names& names : names_) {
+        persistently([&] { return calls_.synchronizeDirectory(names.directory.number()); });
+    }
+    names_.clear();
+}
+
+void MoveBatch::Records::tidyUp(Trash& trash)
+{
+    for (const auto& [path, prepared] : trash.prepared) {
+        removeSmallFile(trash.info.number(), infoName(prepared.name), prepared.written, calls_);
+    }
+    for (const LeftItem& item : trash.left) {
+        forget(trash.files.number(), trash.info.number(), item.name, item.info, calls_);
+    }
+    noteDirectorySizes(trash.base, trash.files, trash.sizes, calls_);
+}
+
+void MoveBatch::Records::finish()
+{
+    // First, so that an item that went back is surely back when its info file goes.
+    synchronizeNames();
+    for (Trash& trash : trashes_) {
+        tidyUp(trash);
+    }
+    trashes_.clear();
+}
+
+}  // namespace gruk
