@@ -1,19 +1,26 @@
 # Included by CMakeLists.txt beside it when the program is built.
-find_package(Qt6 REQUIRED COMPONENTS Widgets)
+find_package(Qt6 REQUIRED COMPONENTS Test Widgets)
 
 # Fakes for the application: a main thread and a pool by hand, a scripted panel, a private window.
 add_library(gruk_app_test_support STATIC
+    support/fake_tray.cpp
     support/model_house.cpp
     support/screen_house.cpp)
-target_link_libraries(gruk_app_test_support PUBLIC gruk_app gruk_test_support)
+set_target_properties(gruk_app_test_support PROPERTIES AUTOMOC ON)
+target_link_libraries(gruk_app_test_support PUBLIC gruk_app gruk_test_support Qt6::Test)
 
 gruk_add_tests(gruk_app_tests
     app/desktop/activation_test.cpp
+    app/desktop/desktop_appearance_test.cpp
     app/desktop/file_dialog_open_panel_test.cpp
+    app/desktop/file_revealer_test.cpp
     app/desktop/second_start_test.cpp
+    app/desktop/session_end_test.cpp
     app/desktop/single_instance_test.cpp
     app/desktop/termination_signals_test.cpp
+    app/desktop/tray_item_test.cpp
     app/main.cpp
+    app/model/app_model_access_lost_midway_test.cpp
     app/model/app_model_automation_test.cpp
     app/model/app_model_grants_test.cpp
     app/model/app_model_history_test.cpp
@@ -24,27 +31,59 @@ gruk_add_tests(gruk_app_tests
     app/model/app_model_trash_test.cpp
     app/model/background_test.cpp
     app/model/realm_figures_test.cpp
+    app/screens/breadcrumb_geometry_test.cpp
+    app/screens/browse_sort_test.cpp
+    app/screens/confirmation_dialog_test.cpp
+    app/screens/desktop_tidy_section_test.cpp
     app/screens/dropped_folders_test.cpp
+    app/screens/file_table_view_test.cpp
     app/screens/findings_geometry_test.cpp
     app/screens/findings_list_test.cpp
+    app/screens/folder_name_test.cpp
+    app/screens/gruk_app_test.cpp
     app/screens/main_window_test.cpp
+    app/screens/menu_bar_entries_test.cpp
+    app/screens/menu_bar_view_test.cpp
+    app/screens/organise_sheet_test.cpp
+    app/screens/patrol_page_actions_test.cpp
     app/screens/patrol_page_test.cpp
     app/screens/patrol_text_test.cpp
+    app/screens/realm_automation_card_test.cpp
+    app/screens/scan_node_model_test.cpp
+    app/screens/scan_node_text_test.cpp
+    app/screens/settings_view_test.cpp
+    app/screens/shield_editor_test.cpp
     app/screens/shield_view_test.cpp
+    app/screens/territories_view_test.cpp
+    app/screens/territory_geometry_test.cpp
+    app/screens/territory_labels_test.cpp
+    app/screens/territory_map_view_test.cpp
+    app/screens/walkthrough_view_test.cpp
+    app/screens/welcome_page_test.cpp
+    app/screens/wrapped_label_test.cpp
+    app/theme/art_test.cpp
     app/theme/card_painter_test.cpp
+    app/theme/contrast_test.cpp
+    app/theme/controls_test.cpp
     app/theme/drawing_test.cpp
     app/theme/focus_ring_test.cpp
     app/theme/icons_test.cpp
     app/theme/land_geometry_test.cpp
     app/theme/palette_test.cpp
+    app/theme/paper_backdrop_test.cpp
+    app/theme/popover_test.cpp
+    app/theme/sheet_test.cpp
     app/theme/shield_geometry_test.cpp
+    app/theme/tactile_press_test.cpp
     app/theme/text_test.cpp
     app/theme/theme_test.cpp
     app/tour/tree_copy_test.cpp)
 target_link_libraries(gruk_app_tests PRIVATE gruk_app_test_support gruk_tour_parts)
 # Some start the program itself.
 add_dependencies(gruk_app_tests gruk)
-target_compile_definitions(gruk_app_tests PRIVATE GRUK_PROGRAM="$<TARGET_FILE:gruk>")
+target_compile_definitions(gruk_app_tests PRIVATE
+    GRUK_PACKAGING="${PROJECT_SOURCE_DIR}/packaging"
+    GRUK_PROGRAM="$<TARGET_FILE:gruk>")
 
 # Those with threads of their own.
 gruk_add_tests(gruk_app_thread_tests LABEL threads
@@ -53,6 +92,14 @@ gruk_add_tests(gruk_app_thread_tests LABEL threads
     app/model/app_model_live_test.cpp
     app/model/app_model_soak_test.cpp)
 target_link_libraries(gruk_app_thread_tests PRIVATE gruk_app_test_support)
+
+# A user at the real window, on real files and threads.
+gruk_add_tests(gruk_end_to_end_tests
+    app/end_to_end/end_to_end_test.cpp
+    app/main.cpp
+    support/disk_count.cpp
+    support/window_user.cpp)
+target_link_libraries(gruk_end_to_end_tests PRIVATE gruk_app_test_support)
 
 # Every picture of the tour is written, and none is blank.
 add_test(NAME Tour.writesEveryPicture
@@ -66,6 +113,24 @@ add_test(NAME Program.tellsItsVersionWithoutADisplay COMMAND gruk --version)
 set_tests_properties(Program.tellsItsVersionWithoutADisplay PROPERTIES
     ENVIRONMENT "DISPLAY=;WAYLAND_DISPLAY=;QT_QPA_PLATFORM=xcb"
     PASS_REGULAR_EXPRESSION "Gruk ${PROJECT_VERSION}")
+
+# What the desktop is told about the program, and that all of it is installed.
+find_program(DESKTOP_FILE_VALIDATE desktop-file-validate)
+if(DESKTOP_FILE_VALIDATE)
+    add_test(NAME Packaging.theDesktopEntryIsValid
+        COMMAND ${DESKTOP_FILE_VALIDATE}
+            ${PROJECT_SOURCE_DIR}/packaging/io.github.gruk.Gruk.desktop)
+endif()
+find_program(APPSTREAMCLI appstreamcli)
+if(APPSTREAMCLI)
+    add_test(NAME Packaging.theMetadataIsValid
+        COMMAND ${APPSTREAMCLI} validate --no-net
+            ${PROJECT_SOURCE_DIR}/packaging/io.github.gruk.Gruk.metainfo.xml)
+endif()
+add_test(NAME Packaging.installsTheProgramWithItsIconsAndEntries
+    COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR}
+        -DFOLDER=${CMAKE_CURRENT_BINARY_DIR}/installed
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/repository/install_check.cmake)
 
 # What holds for the repository itself: who may include what, and that every test is in a program.
 gruk_add_tests(gruk_repository_tests

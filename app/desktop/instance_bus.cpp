@@ -3,14 +3,11 @@
 #include <algorithm>
 #include <optional>
 
-#include <unistd.h>
-
 #include <QDBusAbstractAdaptor>
 #include <QDBusMessage>
-#include <QFile>
-#include <QLocalSocket>
-#include <QUuid>
 #include <QVariantMap>
+
+#include "app/desktop/session_bus.h"
 
 namespace gruk {
 
@@ -23,14 +20,6 @@ const QString startupKey = QStringLiteral("desktop-startup-id");
 
 /// Longer than any desktop makes them.
 constexpr int longestToken = 4'096;
-
-/// A bus that works answers at once; more must be left for what comes then.
-constexpr int patienceWithBus = 1'000;
-
-int remaining(const QDeadlineTimer& deadline, int most = patienceWithBus)
-{
-    return static_cast<int>(std::clamp<qint64>(deadline.remainingTime(), 1, most));
-}
 
 QString tokenOf(const QVariantMap& platformData, const QString& key)
 {
@@ -53,60 +42,6 @@ QVariantMap platformDataOf(const ActivationTokens& tokens)
         data.insert(startupKey, tokens.startupID);
     }
     return data;
-}
-
-/// Where the session bus is; empty when the session has none. Nothing is started to get one.
-QString busAddress()
-{
-    const QString named = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    const QString usual = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
-    if (!named.isEmpty() || !usual.startsWith(QLatin1Char('/')) || !QFile::exists(usual)) {
-        return named;
-    }
-    return QStringLiteral("unix:path=") + usual;
-}
-
-/// The value of `key` in an address such as "unix:path=/run/bus,guid=12"; empty when it has none.
-QString addressPart(const QString& address, const QString& key)
-{
-    constexpr qsizetype schemeLength = 5;
-    for (const QString& part : address.mid(schemeLength).split(QLatin1Char(','))) {
-        if (part.startsWith(key + QLatin1Char('='))) {
-            return QString::fromUtf8(
-                QByteArray::fromPercentEncoding(part.mid(key.size() + 1).toUtf8()));
-        }
-    }
-    return {};
-}
-
-/// Whether somebody at the address answers as a bus does. To connect to one that is stopped would
-/// hold the program up for as long as it stays so.
-bool isAnswering(const QString& address, const QDeadlineTimer& deadline)
-{
-    const QString path = addressPart(address, QStringLiteral("path"));
-    const QString abstract = addressPart(address, QStringLiteral("abstract"));
-    QLocalSocket socket;
-    if (path.isEmpty()) {
-        socket.setSocketOptions(QLocalSocket::AbstractNamespaceOption);
-    }
-    socket.connectToServer(path.isEmpty() ? abstract : path);
-    if (!socket.waitForConnected(remaining(deadline))) {
-        return false;
-    }
-    const QByteArray user = QByteArray::number(::getuid()).toHex();
-    socket.write(QByteArray(1, '\0') + "AUTH EXTERNAL " + user + "\r\n");
-    return socket.waitForReadyRead(remaining(deadline)) && socket.readLine().startsWith("OK ");
-}
-
-/// The first address of those that the session names which is a bus that answers.
-std::optional<QString> answeringBus(const QDeadlineTimer& deadline)
-{
-    for (const QString& address : busAddress().split(QLatin1Char(';'))) {
-        if (address.startsWith(QStringLiteral("unix:")) && isAnswering(address, deadline)) {
-            return address;
-        }
-    }
-    return std::nullopt;
 }
 
 /// What the desktop calls. The names are those of the interface.
@@ -139,14 +74,9 @@ private:
 std::unique_ptr<InstanceBus> InstanceBus::connect(const QString& applicationID,
                                                   const QDeadlineTimer& deadline)
 {
-    const std::optional<QString> address = answeringBus(deadline);
-    if (!address) {
-        return nullptr;
-    }
-    const QDBusConnection connection =
-        QDBusConnection::connectToBus(*address, QUuid::createUuid().toString(QUuid::WithoutBraces));
-    std::unique_ptr<InstanceBus> bus(new InstanceBus(connection, applicationID));
-    return connection.isConnected() ? std::move(bus) : nullptr;
+    const std::optional<QDBusConnection> connection = connectToSessionBus(deadline);
+    return connection ? std::unique_ptr<InstanceBus>(new InstanceBus(*connection, applicationID))
+                      : nullptr;
 }
 
 InstanceBus::InstanceBus(QDBusConnection connection, const QString& applicationID)
@@ -170,7 +100,8 @@ bool InstanceBus::own(const QDeadlineTimer& deadline)
     QDBusMessage request = QDBusMessage::createMethodCall(
         busName, QStringLiteral("/org/freedesktop/DBus"), busName, QStringLiteral("RequestName"));
     request << name_ << withoutQueueing;
-    const QDBusMessage answer = connection_.call(request, QDBus::Block, remaining(deadline));
+    const QDBusMessage answer =
+        connection_.call(request, QDBus::Block, millisecondsUntil(deadline));
     return answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()
            || answer.arguments().constFirst().toUInt() != anotherOwnsIt;
 }
@@ -183,7 +114,8 @@ bool InstanceBus::activateOwner(const ActivationTokens& tokens, const QDeadlineT
     call.setAutoStartService(false);
     call << platformDataOf(tokens);
     const int limit = static_cast<int>(deadline.remainingTime());
-    return connection_.call(call, QDBus::Block, remaining(deadline, std::max(limit, 1))).type()
+    return connection_.call(call, QDBus::Block, millisecondsUntil(deadline, std::max(limit, 1)))
+               .type()
            == QDBusMessage::ReplyMessage;
 }
 

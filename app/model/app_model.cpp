@@ -4,6 +4,7 @@
 
 #include "app/model/background.h"
 #include "app/model/setting_keys.h"
+#include "core/patrol/metadata_reader.h"
 #include "core/patrol/realm_history.h"
 #include "platform/files/metadata.h"
 #include "platform/foundation/errors.h"
@@ -25,6 +26,24 @@ std::vector<FileURL> missingAmong(const std::vector<FileURL>& urls)
         }
     }
     return missing;
+}
+
+EmptyReason reasonOfEmptiness(const FileURL& folder)
+{
+    try {
+        static_cast<void>(MetadataReader::entries(folder));
+        return EmptyReason::isEmpty;
+    } catch (const std::exception& error) {
+        switch (meaning(error)) {
+        case ErrorMeaning::accessRefused:
+            return EmptyReason::isRefused;
+        case ErrorMeaning::noSuchItem:
+            return EmptyReason::isGone;
+        case ErrorMeaning::other:
+            break;
+        }
+        return EmptyReason::isUnreadable;
+    }
 }
 
 /// One summary a grant, all as of `now`. `cadences` are those of `grants`, in their order.
@@ -226,6 +245,23 @@ QCoro::Task<std::vector<FileURL>> AppModel::missingItems(std::vector<FileURL> ur
     std::vector<FileURL> missing =
         co_await inBackground(with_.taskPool, with_.runLoop, std::move(look));
     co_return missing;
+}
+
+QCoro::Task<EmptyReason> AppModel::whyEmpty(FileURL folder)
+{
+    std::function<EmptyReason()> look = [folder = std::move(folder)] {
+        return reasonOfEmptiness(folder);
+    };
+    const EmptyReason reason =
+        co_await inBackground(with_.taskPool, with_.runLoop, std::move(look));
+    co_return reason;
+}
+
+void AppModel::reveal(const std::vector<FileURL>& items)
+{
+    if (!items.empty()) {
+        with_.reveal(items);
+    }
 }
 
 void AppModel::discard(std::shared_ptr<const void> value)

@@ -25,6 +25,9 @@
 
 namespace gruk {
 
+/// Why a folder has nothing to show.
+enum class EmptyReason { isEmpty, isRefused, isGone, isUnreadable };
+
 /// The one object that joins the core to the screens: every state that they show, and every
 /// operation that they ask for. It knows no widget.
 ///
@@ -52,6 +55,8 @@ public:
     }
     /// Whether the grant's own directory is at its place and can be opened for a patrol.
     [[nodiscard]] bool isConnected(const Grant& grant) const;
+    /// Whether some grant, of the folder itself or of one above it, lets `url` be opened now.
+    [[nodiscard]] bool canOpen(const FileURL& url) const { return accessTo(url) != nullptr; }
 
     // The active realm's figures.
     using Snapshot = std::shared_ptr<const ScanSnapshot>;
@@ -216,6 +221,13 @@ public:
 
     /// Those of `urls` where no item is any more, asked on the pool.
     [[nodiscard]] QCoro::Task<std::vector<FileURL>> missingItems(std::vector<FileURL> urls);
+
+    /// Why nothing was listed of a folder, asked on the pool.
+    [[nodiscard]] QCoro::Task<EmptyReason> whyEmpty(FileURL folder);
+
+    /// Shows items where they lie, in the desktop's file manager. Returns at once; nothing happens
+    /// for none.
+    void reveal(const std::vector<FileURL>& items);
 
     /// For a coroutine that awaits one of the operations and needs the model afterwards.
     [[nodiscard]] Lifetime::Watch watch() const { return lifetime_.watch(); }

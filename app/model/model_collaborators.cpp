@@ -6,6 +6,7 @@
 #include <QDebug>
 
 #include "app/desktop/file_dialog_open_panel.h"
+#include "app/desktop/file_revealer.h"
 #include "app/desktop/qt_run_loop.h"
 #include "app/desktop/qt_task_pool.h"
 #include "core/patrol/metadata_reader.h"
@@ -69,6 +70,10 @@ void completeDesktop(ModelCollaborators& all)
     }
     if (!all.desktopDirectory) {
         all.desktopDirectory = gruk::desktopDirectory;
+    }
+    if (!all.reveal) {
+        all.reveal = [revealer = FileRevealer(all.taskPool, all.runLoop)](
+                         const std::vector<FileURL>& items) { revealer.reveal(items); };
     }
 }
 

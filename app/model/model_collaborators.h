@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/desktop/open_panel.h"
 #include "core/actions/grant_store.h"
@@ -53,6 +54,8 @@ struct ModelCollaborators {
     double quietPeriod = 90;
     /// Where the Desktop is; asked each time, since its place is a setting of the desktop.
     std::function<FileURL()> desktopDirectory = {};
+    /// Shows items in the desktop's file manager; main thread, returns at once.
+    std::function<void(const std::vector<FileURL>& items)> reveal = {};
     /// Writes one line to the system's log, on the main thread.
     std::function<void(const std::string& line)> log = {};
 

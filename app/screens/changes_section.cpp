@@ -8,6 +8,7 @@
 #include "app/theme/row.h"
 #include "app/theme/text.h"
 #include "core/patrol/byte_format.h"
+#include "core/realm/region_herald.h"
 
 namespace gruk {
 
@@ -24,16 +25,18 @@ QString changeWord(SnapshotDelta::Change change)
 
 ChangesSection::ChangesSection(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model), theme_(theme), none_(new Label(theme, TextStyle::body)),
-      rows_(new QVBoxLayout)
+      discoveries_(new QVBoxLayout), rows_(new QVBoxLayout)
 {
     none_->setText(QStringLiteral("No allocated-size changes since the previous patrol."));
     none_->setColour(Role::ink, Strength::quiet);
     none_->setWordWrap(true);
     rows_->setSpacing(0);
+    discoveries_->setSpacing(Measure::hair);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Measure::small);
     column->addWidget(sectionTitle(theme, QStringLiteral("What changed at the top level")));
+    column->addLayout(discoveries_);
     column->addWidget(none_);
     column->addLayout(rows_);
 
@@ -52,7 +55,30 @@ void ChangesSection::showModel()
         rows_->addWidget(makeRow(delta));
     }
     none_->setVisible(changes.empty());
+    showDiscoveries();
     setVisible(model_.previousSnapshot() != nullptr);
+}
+
+void ChangesSection::showDiscoveries()
+{
+    removeRows(*discoveries_);
+    if (!model_.latestSnapshot() || !model_.previousSnapshot()) {
+        return;
+    }
+    for (const DiscoveredRegion& region :
+         RegionHerald::discoveries(model_.deltas(), *model_.latestSnapshot())) {
+        auto* line = new QWidget;
+        auto* words = new Label(theme_, TextStyle::body);
+        words->setText(displayName(
+            RegionHerald::announcement(region, ByteFormat::string(region.allocatedSize))));
+        words->setWordWrap(true);
+        auto* row = new QHBoxLayout(line);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(Measure::medium);
+        row->addWidget(new IconLabel(theme_, Icon::flag, Measure::iconSize), 0, Qt::AlignTop);
+        row->addWidget(words, 1);
+        discoveries_->addWidget(line);
+    }
 }
 
 QWidget* ChangesSection::makeRow(const SnapshotDelta& delta) const

@@ -18,11 +18,13 @@ public:
 
 private:
     void showModel();
+    void showDiscoveries();
     [[nodiscard]] QWidget* makeRow(const SnapshotDelta& delta) const;
 
     AppModel& model_;
     Theme& theme_;
     Label* none_;
+    QVBoxLayout* discoveries_;
     QVBoxLayout* rows_;
 };
 

@@ -3,21 +3,16 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "app/theme/button.h"
 #include "app/theme/label.h"
 
 namespace gruk {
 
 ConfirmationDialog::ConfirmationDialog(Theme& theme, const Confirmation& confirmation,
-                                       QWidget* parent)
-    : QDialog(parent)
+                                       QWidget* anyWidget)
+    : Sheet(theme, confirmation.title, anyWidget)
 {
-    setAttribute(Qt::WA_DeleteOnClose);
-    setPalette(theme.windowPalette());
-    setWindowTitle(confirmation.title);
-    setAccessibleName(confirmation.title);
     setAccessibleDescription(confirmation.message);
-    auto* title = new Label(theme, TextStyle::lead);
+    auto* title = new Label(theme, TextStyle::sectionTitle);
     title->setText(confirmation.title);
     title->setWordWrap(true);
     auto* message = new Label(theme, TextStyle::body);
@@ -25,27 +20,23 @@ ConfirmationDialog::ConfirmationDialog(Theme& theme, const Confirmation& confirm
     message->setWordWrap(true);
     message->setMinimumWidth(Measure::dialogTextWidth);
     auto* refusal = new Button(theme, Button::Kind::secondary, confirmation.refusal);
-    auto* action = new Button(theme, Button::Kind::destructive, confirmation.action);
-    action->setAutoDefault(false);
+    auto* action = new Button(theme, confirmation.actionKind, confirmation.action);
     refusal->setDefault(true);
-    refusal->setFocus();
+    setDefaultButton(refusal);
+    setInitialFocus(refusal);
 
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(Measure::small);
     buttons->addStretch();
     buttons->addWidget(refusal);
     buttons->addWidget(action);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(Measure::wide, Measure::wide, Measure::wide, Measure::large);
-    column->setSpacing(Measure::medium);
-    column->setSizeConstraint(QLayout::SetFixedSize);
-    column->addWidget(title);
-    column->addWidget(message);
-    column->addSpacing(Measure::small);
-    column->addLayout(buttons);
+    column()->addWidget(title);
+    column()->addWidget(message);
+    column()->addSpacing(Measure::small);
+    column()->addLayout(buttons);
 
-    connect(refusal, &QPushButton::clicked, this, &QDialog::reject);
-    connect(action, &QPushButton::clicked, this, &QDialog::accept);
+    connect(refusal, &QPushButton::clicked, this, &Overlay::reject);
+    connect(action, &QPushButton::clicked, this, &Overlay::accept);
 }
 
 }  // namespace gruk

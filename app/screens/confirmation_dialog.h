@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QDialog>
-
-#include "app/theme/theme.h"
+#include "app/theme/button.h"
+#include "app/theme/sheet.h"
 
 namespace gruk {
 
@@ -12,17 +11,21 @@ struct Confirmation {
     QString message;
     /// The button that does it.
     QString action;
-    /// The button that does not, which is the default and what Escape presses.
+    /// The button that does not: the default one, which has the focus and is what Escape answers.
     QString refusal;
+    /// Never the kind of the default one.
+    Button::Kind actionKind = Button::Kind::destructive;
 };
 
 /// Asks before something that cannot be taken back at once. Shown with `open`, it blocks its window
-/// only, and deletes itself; `accepted` means yes.
-class ConfirmationDialog : public QDialog {
+/// only, and deletes itself; `accepted` means yes, and takes a press or a click that began while
+/// the question stood.
+class ConfirmationDialog : public Sheet {
     Q_OBJECT
 
 public:
-    ConfirmationDialog(Theme& theme, const Confirmation& confirmation, QWidget* parent);
+    /// Over the window of `anyWidget`.
+    ConfirmationDialog(Theme& theme, const Confirmation& confirmation, QWidget* anyWidget);
 };
 
 }  // namespace gruk

@@ -4,10 +4,12 @@
 
 #include <QFontMetrics>
 #include <QHBoxLayout>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
 #include "app/screens/patrol_text.h"
+#include "app/screens/selection_box.h"
 #include "app/theme/card_painter.h"
 #include "app/theme/text.h"
 #include "core/patrol/byte_format.h"
@@ -74,7 +76,8 @@ QLabel* figure(Theme& theme, TextStyle style, const QString& text)
 }  // namespace
 
 FindingRow::FindingRow(Theme& theme, const ReviewFinding& finding, bool isOpen, QWidget* parent)
-    : Row(theme, parent), path_(new ElidedLabel(theme, TextStyle::small, Qt::ElideMiddle)),
+    : Row(theme, parent), box_(new SelectionBox(theme)),
+      path_(new ElidedLabel(theme, TextStyle::small, Qt::ElideMiddle)),
       disclosure_(new DisclosureButton(theme, QStringLiteral("Why the Gruk flagged this"),
                                        QStringLiteral("Hide why"))),
       head_(new QWidget(this)), panel_(new QWidget(this))
@@ -87,16 +90,33 @@ FindingRow::FindingRow(Theme& theme, const ReviewFinding& finding, bool isOpen, 
     disclosure_->setOpen(isOpen);
     disclosure_->setAccessibleDescription(name);
     showPanel();
-    connect(disclosure_, &QAbstractButton::toggled, this, [this](bool open) {
-        showPanel();
-        Q_EMIT openChanged(open);
-    });
+    connect(box_, &SelectionBox::toggleRequested, this, &FindingRow::selectionToggled);
+    connect(disclosure_, &QAbstractButton::toggled, this, &FindingRow::openChanged);
+    setReviewOnly(true);
+}
+
+void FindingRow::setReviewOnly(bool reviewOnly)
+{
+    box_->setVisible(!reviewOnly);
+    trash_->setEnabled(!reviewOnly);
+    trash_->setText(reviewOnly ? QStringLiteral("Review Only") : QStringLiteral("Move to Trash"));
+    trash_->updateGeometry();
+}
+
+void FindingRow::setSelected(bool isSelected)
+{
+    box_->setChecked(isSelected);
+}
+
+std::vector<QWidget*> FindingRow::controls() const
+{
+    return {box_, disclosure_, reveal_, trash_};
 }
 
 int FindingRow::closedHeight(const Theme& theme)
 {
     return 2 * Measure::small + QFontMetrics(theme.font(TextStyle::bodyStrong)).height()
-           + QFontMetrics(theme.font(TextStyle::small)).height() + Measure::smallestTarget + 1;
+           + QFontMetrics(theme.font(TextStyle::small)).height() + Measure::buttonHeight + 1;
 }
 
 int FindingRow::openExtra(const Theme& theme, const ReviewFinding& finding, int width)
@@ -127,7 +147,6 @@ void FindingRow::build(const ReviewFinding& finding)
     words->setSpacing(0);
     words->addWidget(name);
     words->addWidget(path_);
-    words->addWidget(disclosure_, 0, Qt::AlignLeft);
     auto* figures = new QVBoxLayout;
     figures->setSpacing(0);
     figures->addWidget(figure(theme(), TextStyle::bodyStrong, sizeText(finding)));
@@ -138,13 +157,40 @@ void FindingRow::build(const ReviewFinding& finding)
     }
     figures->addStretch();
 
+    auto* upper = new QHBoxLayout;
+    upper->setSpacing(Measure::medium);
+    upper->addLayout(words, 1);
+    upper->addWidget(reason, 0, Qt::AlignTop);
+    upper->addLayout(figures);
+    auto* lines = new QVBoxLayout;
+    lines->setSpacing(0);
+    lines->addLayout(upper);
+    lines->addStretch();
+    lines->addLayout(makeActions(displayName(finding.url.lastPathComponent())));
     auto* row = new QHBoxLayout(head_);
-    row->setContentsMargins(0, Measure::small, 0, Measure::small);
+    row->setContentsMargins(0, Measure::small, 0, Measure::hair);
     row->setSpacing(Measure::medium);
+    row->addWidget(box_, 0, Qt::AlignTop);
     row->addWidget(symbol, 0, Qt::AlignTop);
-    row->addLayout(words, 1);
-    row->addWidget(reason, 0, Qt::AlignTop);
-    row->addLayout(figures);
+    row->addLayout(lines, 1);
+}
+
+QLayout* FindingRow::makeActions(const QString& name)
+{
+    box_->setAccessibleDescription(name);
+    reveal_ = new Button(theme(), Button::Kind::link, QStringLiteral("Reveal"));
+    reveal_->setAccessibleDescription(name);
+    trash_ = new Button(theme(), Button::Kind::destructive, QStringLiteral("Move to Trash"));
+    trash_->setAccessibleDescription(name);
+    connect(reveal_, &QPushButton::clicked, this, &FindingRow::revealRequested);
+    connect(trash_, &QPushButton::clicked, this, &FindingRow::trashRequested);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(Measure::large);
+    row->addWidget(disclosure_);
+    row->addStretch();
+    row->addWidget(reveal_);
+    row->addWidget(trash_);
+    return row;
 }
 
 void FindingRow::buildPanel(const ReviewFinding& finding)
@@ -162,7 +208,8 @@ void FindingRow::buildPanel(const ReviewFinding& finding)
 
 void FindingRow::showPanel()
 {
-    panel_->setVisible(disclosure_->isOpen());
+    // Also while it grows and shrinks.
+    panel_->setVisible(height() > closedHeight(theme()));
     update();
 }
 
@@ -182,16 +229,25 @@ void FindingRow::resizeEvent(QResizeEvent* event)
 {
     head_->setGeometry(0, 0, width(), closedHeight(theme()) - 1);
     panel_->setGeometry(panelRect());
+    showPanel();
     Row::resizeEvent(event);
 }
 
 void FindingRow::paintEvent(QPaintEvent* event)
 {
     Row::paintEvent(event);
-    if (disclosure_->isOpen()) {
+    if (panel_->isVisible()) {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.fillPath(cutPath(panelRect(), buttonCorners), theme().colour(Role::paperInset));
+    }
+}
+
+void FindingRow::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton && box_->isVisible()
+        && event->pos().y() < closedHeight(theme())) {
+        Q_EMIT selectionToggled(event->modifiers());
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "app/theme/button.h"
 #include "app/theme/label.h"
 #include "app/theme/row.h"
@@ -7,12 +9,19 @@
 
 namespace gruk {
 
-/// One finding: what it is, how large, why it is here, and on request the evidence.
+class SelectionBox;
+
+/// One finding: what it is, how large, why it is here, on request the evidence, and what can be
+/// done about it. A click anywhere on it ticks its box.
 class FindingRow : public Row {
     Q_OBJECT
 
 public:
     FindingRow(Theme& theme, const ReviewFinding& finding, bool isOpen, QWidget* parent);
+
+    /// In Review Only there is no box, and nothing can be moved.
+    void setReviewOnly(bool reviewOnly);
+    void setSelected(bool isSelected);
 
     /// The height of every row that is closed.
     [[nodiscard]] static int closedHeight(const Theme& theme);
@@ -22,23 +31,34 @@ public:
     /// Says that nothing is at the finding's path any more.
     void showGone();
 
-    [[nodiscard]] QWidget* disclosure() const { return disclosure_; }
+    [[nodiscard]] DisclosureButton* disclosure() const { return disclosure_; }
+    /// What can have the focus, from the left.
+    [[nodiscard]] std::vector<QWidget*> controls() const;
 
 Q_SIGNALS:
     void openChanged(bool isOpen);
+    /// The user ticked or unticked the box; with Shift, all from the row before to this one.
+    void selectionToggled(Qt::KeyboardModifiers modifiers);
+    void revealRequested();
+    void trashRequested();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void build(const ReviewFinding& finding);
+    [[nodiscard]] QLayout* makeActions(const QString& name);
     void buildPanel(const ReviewFinding& finding);
     void showPanel();
     [[nodiscard]] QRect panelRect() const;
 
+    SelectionBox* box_;
     ElidedLabel* path_;
     DisclosureButton* disclosure_;
+    Button* reveal_ = nullptr;
+    Button* trash_ = nullptr;
     QWidget* head_;
     QWidget* panel_;
 };

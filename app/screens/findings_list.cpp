@@ -3,12 +3,16 @@
 #include <algorithm>
 #include <utility>
 
+#include <QResizeEvent>
+#include <QVariantAnimation>
+
 namespace gruk {
 
 namespace {
 
 /// How many rows are kept ready above and below the view, so that the focus can move on to them.
 constexpr int spareRows = 3;
+constexpr int disclosureDuration = 160;
 
 }  // namespace
 
@@ -22,6 +26,7 @@ FindingsList::FindingsList(Theme& theme, QWidget* parent)
 
 FindingsList::Findings FindingsList::setFindings(Findings findings)
 {
+    stopMoving();
     dropRows();
     std::swap(findings_, findings);
     geometry_.reset(std::min(findings_->size(), mostRows));
@@ -33,9 +38,31 @@ FindingsList::Findings FindingsList::setFindings(Findings findings)
 
 FindingsList::Findings FindingsList::takeFindings()
 {
+    stopMoving();
     dropRows();
     geometry_.reset(0);
     return std::exchange(findings_, std::make_shared<const std::vector<ReviewFinding>>());
+}
+
+void FindingsList::setSelection(const FindingsSelection* selection)
+{
+    selection_ = selection;
+    showSelection();
+}
+
+void FindingsList::showSelection()
+{
+    for (const auto& [index, row] : rows_) {
+        row->setSelected(selection_ != nullptr && selection_->ids.contains((*findings_)[index].id));
+    }
+}
+
+void FindingsList::setReviewOnly(bool reviewOnly)
+{
+    reviewOnly_ = reviewOnly;
+    for (const auto& [index, row] : rows_) {
+        row->setReviewOnly(reviewOnly);
+    }
 }
 
 void FindingsList::dropRows()
@@ -89,6 +116,16 @@ FindingRow* FindingsList::makeRow(std::size_t index)
     auto* row = new FindingRow(theme_, finding, open_.contains(finding.id), this);
     connect(row, &FindingRow::openChanged, this,
             [this, index](bool isOpen) { setOpen(index, isOpen); });
+    connect(row, &FindingRow::selectionToggled, this,
+            [this, index](Qt::KeyboardModifiers modifiers) {
+                Q_EMIT selectionToggled(index, modifiers);
+            });
+    connect(row, &FindingRow::revealRequested, this,
+            [this, index] { Q_EMIT revealRequested(index); });
+    connect(row, &FindingRow::trashRequested, this,
+            [this, index] { Q_EMIT trashRequested(index); });
+    row->setReviewOnly(reviewOnly_);
+    row->setSelected(selection_ != nullptr && selection_->ids.contains(finding.id));
     row->show();
     return row;
 }
@@ -101,10 +138,40 @@ void FindingsList::setOpen(std::size_t index, bool isOpen)
     } else {
         open_.erase(finding.id);
     }
-    geometry_.setExtra(index, isOpen ? FindingRow::openExtra(theme_, finding, width()) : 0);
+    const int extra = isOpen ? FindingRow::openExtra(theme_, finding, width()) : 0;
+    if (const auto before = moving_.extract(index)) {
+        delete before.mapped();
+    }
+    const int duration = theme_.duration(disclosureDuration);
+    if (duration == 0) {
+        return setExtra(index, extra);
+    }
+    auto* move = new QVariantAnimation(this);
+    move->setStartValue(geometry_.extra(index));
+    move->setEndValue(extra);
+    move->setDuration(duration);
+    move->setEasingCurve(QEasingCurve::InOutQuad);
+    connect(move, &QVariantAnimation::valueChanged, this,
+            [this, index](const QVariant& value) { setExtra(index, value.toInt()); });
+    connect(move, &QVariantAnimation::finished, this, [this, index] { moving_.erase(index); });
+    moving_[index] = move;
+    move->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+void FindingsList::setExtra(std::size_t index, int extra)
+{
+    geometry_.setExtra(index, extra);
     setFixedHeight(geometry_.totalHeight());
     placeRows();
     showWithin(viewTop_, viewBottom_);
+}
+
+void FindingsList::stopMoving()
+{
+    for (const auto& [index, move] : moving_) {
+        delete move;
+    }
+    moving_.clear();
 }
 
 void FindingsList::measureOpenRows()
@@ -112,6 +179,7 @@ void FindingsList::measureOpenRows()
     if (open_.empty()) {
         return;
     }
+    stopMoving();
     for (std::size_t index = 0; index < geometry_.count(); ++index) {
         const ReviewFinding& finding = (*findings_)[index];
         if (open_.contains(finding.id)) {
@@ -126,8 +194,10 @@ void FindingsList::placeRows()
     for (const auto& [index, row] : rows_) {
         row->setGeometry(0, geometry_.top(index), width(), geometry_.height(index));
         // Rows are made in any order; the focus goes down the list.
-        QWidget::setTabOrder(before, row->disclosure());
-        before = row->disclosure();
+        for (QWidget* control : row->controls()) {
+            QWidget::setTabOrder(before, control);
+            before = control;
+        }
     }
 }
 
@@ -152,9 +222,12 @@ void FindingsList::showGone(const std::vector<FileURL>& urls)
 void FindingsList::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    measureOpenRows();
-    if (geometry_.totalHeight() != height()) {
-        setFixedHeight(geometry_.totalHeight());
+    // A panel that grows makes the list taller; only another width makes it another panel.
+    if (event->oldSize().width() != event->size().width()) {
+        measureOpenRows();
+        if (geometry_.totalHeight() != height()) {
+            setFixedHeight(geometry_.totalHeight());
+        }
     }
     placeRows();
 }

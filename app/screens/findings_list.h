@@ -9,6 +9,9 @@
 
 #include "app/screens/finding_row.h"
 #include "app/screens/findings_geometry.h"
+#include "core/patrol/findings_selection.h"
+
+class QVariantAnimation;
 
 namespace gruk {
 
@@ -31,6 +34,11 @@ public:
     [[nodiscard]] Findings takeFindings();
     [[nodiscard]] const Findings& findings() const { return findings_; }
 
+    /// What is ticked, by id; never null, and read again at each `showSelection`.
+    void setSelection(const FindingsSelection* selection);
+    void showSelection();
+    void setReviewOnly(bool reviewOnly);
+
     /// Makes the rows between two heights of this widget, and drops the others.
     void showWithin(int top, int bottom);
 
@@ -45,6 +53,10 @@ public:
 Q_SIGNALS:
     /// Other findings than before have rows.
     void shownChanged();
+    /// Of the row at `index`.
+    void selectionToggled(std::size_t index, Qt::KeyboardModifiers modifiers);
+    void revealRequested(std::size_t index);
+    void trashRequested(std::size_t index);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -53,6 +65,8 @@ private:
     void dropRows();
     FindingRow* makeRow(std::size_t index);
     void setOpen(std::size_t index, bool isOpen);
+    void setExtra(std::size_t index, int extra);
+    void stopMoving();
     void measureOpenRows();
     void placeRows();
 
@@ -62,6 +76,10 @@ private:
     std::map<std::size_t, FindingRow*> rows_;
     /// Ids of the findings whose panel is open.
     std::unordered_set<std::string> open_;
+    /// The panels that are growing or shrinking, by row.
+    std::map<std::size_t, QVariantAnimation*> moving_;
+    const FindingsSelection* selection_ = nullptr;
+    bool reviewOnly_ = true;
     int viewTop_ = 0;
     int viewBottom_ = 0;
 };

@@ -1,5 +1,6 @@
 #include "app/screens/findings_section.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QActionGroup>
@@ -10,7 +11,9 @@
 
 #include "app/screens/patrol_text.h"
 #include "app/screens/repaint_once.h"
+#include "app/screens/review_only_panel.h"
 #include "app/screens/section_title.h"
+#include "app/screens/trash_questions.h"
 #include "app/theme/text.h"
 
 namespace gruk {
@@ -35,7 +38,7 @@ FindingsSection::FindingsSection(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model), theme_(theme),
       sort_(new SegmentedControl(theme, sortLabels(), QStringLiteral("Sort findings by"))),
       filter_(new Button(theme, Button::Kind::secondary, filterLabel({}))), nothing_(makeNothing()),
-      cutOff_(sectionNote(theme, {})), list_(new FindingsList(theme))
+      cutOff_(sectionNote(theme, {})), bar_(new SelectionBar(theme)), list_(new FindingsList(theme))
 {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -44,6 +47,7 @@ FindingsSection::FindingsSection(AppModel& model, Theme& theme, QWidget* parent)
     column->addWidget(sectionNote(theme, QStringLiteral("Suggestions, not verdicts. Gruk shows its "
                                                         "evidence and waits for you.")));
     column->addWidget(makeControls());
+    column->addWidget(bar_);
     column->addWidget(nothing_);
     column->addWidget(list_);
     column->addWidget(cutOff_);
@@ -56,7 +60,99 @@ FindingsSection::FindingsSection(AppModel& model, Theme& theme, QWidget* parent)
     auto* repaint = new RepaintOnce([this] { showModel(); }, this);
     repaint->on(model_, &AppModel::findingsChanged);
     repaint->on(model_, &AppModel::latestSnapshotChanged);
+    connect(&model_, &AppModel::reviewOnlyModeChanged, this, [this] {
+        list_->setReviewOnly(model_.reviewOnlyMode());
+        showSelection();
+    });
+    list_->setReviewOnly(model_.reviewOnlyMode());
+    connectSelection();
     showModel();
+}
+
+void FindingsSection::connectSelection()
+{
+    list_->setSelection(&selection_);
+    connect(list_, &FindingsList::selectionToggled, this, &FindingsSection::toggle);
+    connect(list_, &FindingsList::revealRequested, this,
+            [this](std::size_t index) { model_.reveal({(*list_->findings())[index].url}); });
+    connect(list_, &FindingsList::trashRequested, this, [this](std::size_t index) {
+        TrashQuestions::askToTrash(model_, theme_, (*list_->findings())[index], *this);
+    });
+    connect(bar_, &SelectionBar::selectAllRequested, this, [this] {
+        selection_.selectAll(*list_->findings());
+        showSelection();
+    });
+    connect(bar_, &SelectionBar::selectAllOfKindRequested, this, &FindingsSection::selectAllOfKind);
+    connect(bar_, &SelectionBar::clearRequested, this, [this] {
+        selection_.clear();
+        showSelection();
+    });
+    connect(bar_, &SelectionBar::trashRequested, this, &FindingsSection::askToTrashSelected);
+    connect(bar_, &SelectionBar::unlockRequested, this,
+            [this] { askToEnableTrashActions(model_, theme_, this); });
+}
+
+void FindingsSection::toggle(std::size_t index, Qt::KeyboardModifiers modifiers)
+{
+    const std::vector<ReviewFinding>& shown = *list_->findings();
+    const ReviewFinding& finding = shown[index];
+    const auto anchor = std::ranges::find(shown, anchor_, &ReviewFinding::id);
+    if (modifiers.testFlag(Qt::ShiftModifier) && anchor != shown.end()) {
+        const auto from = static_cast<std::size_t>(anchor - shown.begin());
+        for (std::size_t at = std::min(from, index); at <= std::max(from, index); ++at) {
+            selection_.ids.insert(shown[at].id);
+        }
+    } else {
+        selection_.toggle(finding.id);
+        anchor_ = finding.id;
+    }
+    showSelection();
+}
+
+void FindingsSection::selectAllOfKind()
+{
+    if (reasonFilter_) {
+        selection_.selectAll(model_.findings(), *reasonFilter_);
+        showSelection();
+    }
+}
+
+void FindingsSection::pruneSelection()
+{
+    if (selection_.ids.empty()) {
+        return;
+    }
+    FindingsSelection left;
+    for (const ReviewFinding& finding : selection_.selected(model_.findings())) {
+        left.ids.insert(finding.id);
+    }
+    selection_ = std::move(left);
+}
+
+void FindingsSection::showSelection()
+{
+    const std::size_t shown = selection_.selected(*list_->findings()).size();
+    SelectionBar::State state;
+    state.reviewOnly = model_.reviewOnlyMode();
+    state.hasRows = !list_->findings()->empty();
+    state.hasFilter = reasonFilter_.has_value();
+    state.selected = selection_.ids.size();
+    state.notShown = state.selected - std::min(shown, state.selected);
+    state.bytes = selection_.selectedBytes(model_.findings());
+    bar_->setState(state);
+    list_->showSelection();
+}
+
+void FindingsSection::askToTrashSelected()
+{
+    const QPointer<FindingsSection> self = this;
+    TrashQuestions::askToTrash(model_, theme_, selection_.selected(model_.findings()), *this,
+                               [self] {
+                                   if (self) {
+                                       self->selection_.clear();
+                                       self->showSelection();
+                                   }
+                               });
 }
 
 FindingsSection::~FindingsSection()
@@ -127,6 +223,7 @@ void FindingsSection::setFilter(std::optional<ReviewFinding::Reason> reason)
 void FindingsSection::showModel()
 {
     setVisible(model_.latestSnapshot() != nullptr);
+    pruneSelection();
     present();
 }
 
@@ -152,6 +249,7 @@ QCoro::Task<> FindingsSection::present()
             .arg(groupedNumber(FindingsList::mostRows), groupedNumber(static_cast<qint64>(count))));
     model_.discard(list_->setFindings(std::move(presented)));
     tellListWhatIsInView();
+    showSelection();
 }
 
 void FindingsSection::showWithin(int top, int bottom)

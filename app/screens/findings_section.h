@@ -6,9 +6,9 @@
 
 #include "app/model/app_model.h"
 #include "app/screens/findings_list.h"
+#include "app/screens/selection_bar.h"
 #include "app/theme/segmented_control.h"
 
-class QHBoxLayout;
 class QMenu;
 
 namespace gruk {
@@ -30,6 +30,12 @@ private:
     [[nodiscard]] QWidget* makeNothing();
     void setFilter(std::optional<ReviewFinding::Reason> reason);
     void tellListWhatIsInView();
+    void connectSelection();
+    void toggle(std::size_t index, Qt::KeyboardModifiers modifiers);
+    void selectAllOfKind();
+    void pruneSelection();
+    void showSelection();
+    void askToTrashSelected();
     void showModel();
     QCoro::Task<> present();
     QCoro::Task<> lookForGoneItems();
@@ -40,7 +46,11 @@ private:
     Button* filter_;
     QWidget* nothing_;
     Label* cutOff_;
+    SelectionBar* bar_;
     FindingsList* list_;
+    FindingsSelection selection_;
+    /// The row that was ticked last, from which a Shift extends; by the finding's id.
+    std::string anchor_;
     FindingsSort findingsSort_ = FindingsSort::size;
     std::optional<ReviewFinding::Reason> reasonFilter_;
     /// Tells a presentation that a later one was asked for.

@@ -84,6 +84,14 @@ QWidget* HeavySection::makeRow(const HeavyItem& item) const
     figure->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     figure->setMinimumWidth(Measure::figureWidth);
 
+    auto* reveal = new Button(theme_, Button::Kind::link, QStringLiteral("Reveal"));
+    reveal->setAccessibleDescription(path);
+    connect(reveal, &QPushButton::clicked, this, [this, relativePath = item.relativePath] {
+        if (const AppModel::Snapshot& latest = model_.latestSnapshot()) {
+            model_.reveal({FileURL::directory(latest->rootPath).appending(relativePath)});
+        }
+    });
+
     auto* words = new QVBoxLayout;
     words->setSpacing(0);
     words->addWidget(name);
@@ -94,6 +102,7 @@ QWidget* HeavySection::makeRow(const HeavyItem& item) const
     layout->addWidget(symbol);
     layout->addLayout(words, 1);
     layout->addWidget(figure);
+    layout->addWidget(reveal);
     return row;
 }
 

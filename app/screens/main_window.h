@@ -1,18 +1,23 @@
 #pragma once
 
+#include <functional>
+
+#include <QKeySequence>
 #include <QWidget>
 
 #include "app/model/app_model.h"
+#include "app/screens/detail_page.h"
 #include "app/theme/theme.h"
 
-class QHBoxLayout;
+class QVBoxLayout;
 
 namespace gruk {
 
+class DetailHeader;
 class SidebarView;
 
 /// The main window: the realms at the left, and at the right the page that the model's state asks
-/// for. A folder dropped on it is granted. Remembers nothing of its own.
+/// for. A folder dropped on it is granted.
 class SweepView : public QWidget {
     Q_OBJECT
 
@@ -20,22 +25,45 @@ public:
     /// Borrows both, which must live longer.
     SweepView(AppModel& model, Theme& theme);
 
-    [[nodiscard]] QWidget* page() const { return page_; }
+    [[nodiscard]] QWidget* page() const { return shown_; }
+    [[nodiscard]] DetailPage detailPage() const { return page_; }
+    /// Shows that page of the realm that is open, or of the next one that is.
+    void setDetailPage(DetailPage page);
+
+    /// Asks before everything on the Desktop goes into one folder; asks for the Desktop first when
+    /// it is no realm yet.
+    void tidyDesktop();
+    void showWalkthrough();
+
+Q_SIGNALS:
+    void settingsRequested();
+    void quitRequested();
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     [[nodiscard]] QWidget* makePage();
+    [[nodiscard]] QWidget* makeDetail();
+    void addShortcuts();
+    /// Runs `action` on these keys, unless a question is open.
+    void onKeys(const QKeySequence& keys, std::function<void()> action);
     void showPage();
+    void focusFilter();
+    void confirmStash();
+    void organise(const OrganisePlan& plan, const FileURL& realm);
+    [[nodiscard]] bool isAsking() const;
 
     AppModel& model_;
     Theme& theme_;
+    DetailPage page_ = DetailPage::patrol;
     SidebarView* sidebar_;
-    QHBoxLayout* columns_;
-    QWidget* page_ = nullptr;
+    DetailHeader* header_;
+    QVBoxLayout* detail_ = nullptr;
+    QWidget* shown_ = nullptr;
 };
 
 }  // namespace gruk

@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "app/screens/repaint_once.h"
+#include "app/screens/undo_offer.h"
 #include "app/theme/text.h"
 #include "core/patrol/patrol_copy.h"
 
@@ -18,17 +19,20 @@ QString textOf(const std::optional<std::string>& message)
 }  // namespace
 
 MessagesSection::MessagesSection(AppModel& model, Theme& theme, QWidget* parent)
-    : QWidget(parent), model_(model), coverage_(new StatusBanner(theme, Role::yellow, Icon::eye)),
+    : QWidget(parent), model_(model),
+      coverage_(new StatusBanner(theme, Role::yellow, Icon::eyeWarning)),
       error_(new StatusBanner(theme, Role::red, Icon::warning)),
+      filing_(new StatusBanner(theme, Role::fernDark, Icon::scroll)),
       action_(new StatusBanner(theme, Role::blue, Icon::check))
 {
     coverage_->setObjectName(QStringLiteral("coverageNote"));
     error_->setObjectName(QStringLiteral("errorMessage"));
+    filing_->setObjectName(QStringLiteral("ruleFiling"));
     action_->setObjectName(QStringLiteral("lastActionMessage"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Measure::small);
-    for (StatusBanner* banner : {coverage_, error_, action_}) {
+    for (StatusBanner* banner : {coverage_, error_, filing_, action_}) {
         column->addWidget(banner);
     }
 
@@ -36,6 +40,10 @@ MessagesSection::MessagesSection(AppModel& model, Theme& theme, QWidget* parent)
     repaint->on(model_, &AppModel::latestSnapshotChanged);
     repaint->on(model_, &AppModel::errorMessageChanged);
     repaint->on(model_, &AppModel::lastActionMessageChanged);
+    repaint->on(model_, &AppModel::pendingRuleFilingPlanChanged);
+    repaint->on(model_, &AppModel::lastTrashOperationChanged);
+    repaint->on(model_, &AppModel::lastStashOperationChanged);
+    repaint->on(model_, &AppModel::lastOrganiseOperationChanged);
     showModel();
 }
 
@@ -48,8 +56,26 @@ void MessagesSection::showModel()
     }
     coverage_->setMessage(textOf(coverage));
     error_->setMessage(textOf(model_.errorMessage()));
-    action_->setMessage(textOf(model_.lastActionMessage()));
-    setVisible(coverage || model_.errorMessage() || model_.lastActionMessage());
+    showFiling();
+    action_->setMessage(textOf(model_.lastActionMessage()),
+                        undoOffer(model_).value_or(BannerAction()));
+    setVisible(coverage || model_.errorMessage() || model_.pendingRuleFilingPlan()
+               || model_.lastActionMessage());
+}
+
+void MessagesSection::showFiling()
+{
+    const std::optional<OrganisePlan>& plan = model_.pendingRuleFilingPlan();
+    if (!plan) {
+        return filing_->setMessage({});
+    }
+    qint64 files = 0;
+    for (const OrganisePlan::CategoryMove& move : plan->moves) {
+        files += static_cast<qint64>(move.files.size());
+    }
+    filing_->setMessage(QStringLiteral("The Gruk can file %1 new arrivals under your rules.")
+                            .arg(groupedNumber(files)),
+                        {QStringLiteral("File them"), [this] { model_.filePendingRuleMatches(); }});
 }
 
 }  // namespace gruk

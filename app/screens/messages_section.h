@@ -3,11 +3,11 @@
 #include <QWidget>
 
 #include "app/model/app_model.h"
-#include "app/theme/card.h"
+#include "app/screens/status_banner.h"
 
 namespace gruk {
 
-/// What the last patrol could not see, what did not work, and what happened, in this order.
+/// What happened and what did not, each a banner, with the way back where there is one.
 class MessagesSection : public QWidget {
     Q_OBJECT
 
@@ -16,10 +16,12 @@ public:
 
 private:
     void showModel();
+    void showFiling();
 
     AppModel& model_;
     StatusBanner* coverage_;
     StatusBanner* error_;
+    StatusBanner* filing_;
     StatusBanner* action_;
 };
 

@@ -53,6 +53,12 @@ void MetricCard::setFigure(const QString& value, const QString& detail)
     setAccessibleName(QStringLiteral("%1: %2, %3").arg(eyebrowText_, value, detail));
 }
 
+void MetricCard::setColour(Role colour)
+{
+    colour_ = colour;
+    update();
+}
+
 void MetricCard::setLoading(bool isLoading)
 {
     places_->setCurrentIndex(isLoading ? 1 : 0);

@@ -16,6 +16,8 @@ public:
     MetricCard(Theme& theme, const QString& eyebrow, Role colour, QWidget* parent = nullptr);
 
     void setFigure(const QString& value, const QString& detail);
+    /// What the figure says, by its colour.
+    void setColour(Role colour);
     /// Shows the turning mark and "Loading" in the figure's place; nothing else moves.
     void setLoading(bool isLoading);
 

@@ -5,16 +5,20 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include "app/screens/automations_section.h"
 #include "app/screens/changes_section.h"
 #include "app/screens/findings_section.h"
 #include "app/screens/first_run_panel.h"
 #include "app/screens/heavy_section.h"
 #include "app/screens/messages_section.h"
 #include "app/screens/metrics_row.h"
+#include "app/screens/organise_entry.h"
 #include "app/screens/patrol_bar.h"
 #include "app/screens/patrol_text.h"
 #include "app/screens/repaint_once.h"
+#include "app/screens/review_only_panel.h"
 #include "app/screens/section_title.h"
+#include "app/screens/shield_button.h"
 #include "app/theme/paper_backdrop.h"
 #include "app/theme/text.h"
 
@@ -56,10 +60,13 @@ void GrukPatrolView::fill(QVBoxLayout& column)
 {
     column.addWidget(makeHeader());
     column.addWidget(new PatrolBar(model_, theme_));
+    column.addWidget(new OrganiseEntry(model_, theme_));
+    column.addWidget(new AutomationsSection(model_, theme_));
     column.addWidget(new MessagesSection(model_, theme_));
     column.addWidget(new FirstRunPanel(model_, theme_));
     column.addWidget(new MetricsRow(model_, theme_));
     column.addWidget(new BaselineNote(model_, theme_));
+    column.addWidget(new ReviewOnlyPanel(model_, theme_));
     column.addWidget(new ChangesSection(model_, theme_));
     column.addWidget(findings_);
     column.addWidget(new HeavySection(model_, theme_));
@@ -83,12 +90,16 @@ QWidget* GrukPatrolView::makeHeader()
     auto* date = new Label(theme_, TextStyle::detail);
     date->setObjectName(QStringLiteral("lastPatrolled"));
     date->setColour(Role::ink, Strength::quiet);
-    auto* column = new QVBoxLayout(header);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(Measure::hair);
-    column->addWidget(eyebrow);
-    column->addWidget(name);
-    column->addWidget(date);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(0);
+    words->addWidget(eyebrow);
+    words->addWidget(name);
+    words->addWidget(date);
+    auto* row = new QHBoxLayout(header);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Measure::large);
+    row->addWidget(new ShieldButton(model_, theme_), 0, Qt::AlignVCenter);
+    row->addLayout(words, 1);
 
     const auto showDate = [this, date] {
         date->setText(PatrolText::lastPatrolled(model_.latestSnapshot().get()));

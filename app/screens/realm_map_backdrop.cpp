@@ -2,13 +2,14 @@
 
 #include <QPainter>
 
-#include "app/theme/land_geometry.h"
+#include "app/theme/land_painter.h"
 
 namespace gruk {
 
 RealmMapBackdrop::RealmMapBackdrop(Theme& theme, const RealmIdentity& identity, QWidget* parent)
     : QWidget(parent), theme_(theme), identity_(identity)
 {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
@@ -21,7 +22,7 @@ void RealmMapBackdrop::setIdentity(const RealmIdentity& identity)
 void RealmMapBackdrop::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    paintDrawing(painter, landDrawing(identity_, rect()), theme_);
+    paintLand(painter, rect(), identity_, theme_);
 }
 
 }  // namespace gruk

@@ -1,14 +1,19 @@
 #include "app/screens/sidebar.h"
 
+#include <QHBoxLayout>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "app/screens/confirmation_dialog.h"
+#include "app/screens/desktop_tidy_section.h"
 #include "app/screens/realm_row.h"
 #include "app/screens/repaint_once.h"
 #include "app/screens/section_title.h"
+#include "app/screens/shortcuts.h"
+#include "app/screens/sidebar_link.h"
+#include "app/theme/art.h"
 #include "app/theme/button.h"
 #include "app/theme/label.h"
 #include "app/theme/text.h"
@@ -28,67 +33,106 @@ SidebarView::SidebarView(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model), theme_(theme)
 {
     setFixedWidth(Measure::sidebarWidth);
-    auto* heading = new Label(theme, TextStyle::eyebrow);
-    heading->setText(QStringLiteral("Realms"));
-    heading->setColour(Role::ink, Strength::quiet);
-    heading->setContentsMargins(Measure::medium, 0, 0, 0);
-    auto* grantAnother =
-        new Button(theme, Button::Kind::secondary, QStringLiteral("Grant another realm…"));
-    grantAnother->setSymbol(Icon::folderAdd);
-
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(Measure::medium, Measure::pageMargin, Measure::medium,
-                               Measure::large);
+    column->setContentsMargins(Measure::medium, Measure::large, Measure::medium, Measure::medium);
     column->setSpacing(Measure::small);
     column->addWidget(makeBrand());
-    column->addSpacing(Measure::small);
-    column->addWidget(heading);
-    column->addWidget(makeRealms(), 1);
-    column->addWidget(grantAnother, 0, Qt::AlignLeft);
+    column->addWidget(scrolling(makePlaces()), 1);
+    column->addWidget(makePatrolAll());
 
-    connect(grantAnother, &QPushButton::clicked, this, [this] { model_.grantRealm(); });
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
-    auto* repaint = new RepaintOnce([this] { showRealms(); }, this);
+    auto* repaint = new RepaintOnce([this] { refresh(); }, this);
     repaint->on(model_, &AppModel::grantsChanged);
     repaint->on(model_, &AppModel::activeRootURLChanged);
     repaint->on(model_, &AppModel::errorMessageChanged);
     auto* repaintShields = new RepaintOnce([this] { showShields(); }, this);
     repaintShields->on(model_, &AppModel::realmIdentityStoreChanged);
-    showRealms();
+    refresh();
 }
 
 QWidget* SidebarView::makeBrand()
 {
     auto* brand = new QWidget;
+    auto* hero = new ArtView(theme_, Art::grukHero, {});
+    hero->setFixedSize(Measure::brandHero, Measure::brandHero);
     auto* name = new Label(theme_, TextStyle::brand);
     name->setText(QStringLiteral("GRUK"));
     auto* line = new Label(theme_, TextStyle::detail);
     line->setText(QStringLiteral("Local storage patrol"));
     line->setColour(Role::ink, Strength::quiet);
-    auto* column = new QVBoxLayout(brand);
-    column->setContentsMargins(Measure::medium, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(name);
-    column->addWidget(line);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(0);
+    words->addStretch();
+    words->addWidget(name);
+    words->addWidget(line);
+    words->addStretch();
+    auto* row = new QHBoxLayout(brand);
+    row->setContentsMargins(Measure::small, 0, 0, 0);
+    row->setSpacing(Measure::medium);
+    row->addWidget(hero);
+    row->addLayout(words, 1);
     return brand;
 }
 
-QWidget* SidebarView::makeRealms()
+QWidget* SidebarView::makePlaces()
 {
-    auto* realms = new QWidget;
+    auto* back =
+        new SidebarLink(theme_, Icon::chevronLeft, QStringLiteral("Back to your Territories"));
+    const auto showBack = [this, back] { back->setVisible(model_.activeRootURL().has_value()); };
+    connect(&model_, &AppModel::activeRootURLChanged, back, showBack);
+    connect(back, &QPushButton::clicked, this, [this] { model_.showTerritories(); });
+    auto* heading = new Label(theme_, TextStyle::eyebrow);
+    heading->setText(QStringLiteral("Realms"));
+    heading->setColour(Role::ink, Strength::quiet);
+    heading->setContentsMargins(Measure::medium, Measure::small, 0, 0);
+    auto* grantAnother =
+        new SidebarLink(theme_, Icon::folderAdd, QStringLiteral("Grant another realm…"));
+    connect(grantAnother, &QPushButton::clicked, this, [this] { model_.grantRealm(); });
+    tidy_ = new DesktopTidySection(model_, theme_);
+    connect(tidy_, &DesktopTidySection::stashRequested, this, &SidebarView::stashRequested);
+    connect(tidy_, &DesktopTidySection::organiseRequested, this, &SidebarView::organiseRequested);
+
+    auto* places = new QWidget;
     rows_ = new QVBoxLayout;
     rows_->setSpacing(Measure::hair);
-    auto* column = new QVBoxLayout(realms);
+    shortcuts_ = new QVBoxLayout;
+    shortcuts_->setSpacing(0);
+    auto* column = new QVBoxLayout(places);
     column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(Measure::hair);
+    column->addWidget(back);
+    column->addWidget(heading);
     column->addLayout(rows_);
+    column->addLayout(shortcuts_);
+    column->addWidget(grantAnother);
+    column->addSpacing(Measure::medium);
+    column->addWidget(tidy_);
     column->addStretch();
+    showBack();
+    return places;
+}
 
+QWidget* SidebarView::makePatrolAll()
+{
+    auto* patrolAll =
+        new Button(theme_, Button::Kind::secondary, QStringLiteral("Patrol all realms"));
+    patrolAll->setSymbol(Icon::hiking);
+    patrolAll->setObjectName(QStringLiteral("patrolAllRealms"));
+    const auto showModel = [this, patrolAll] { patrolAll->setEnabled(!model_.isPatrolling()); };
+    connect(&model_, &AppModel::isPatrollingChanged, patrolAll, showModel);
+    connect(patrolAll, &QPushButton::clicked, this, [this] { model_.patrolAllRealms(); });
+    showModel();
+    return patrolAll;
+}
+
+QWidget* SidebarView::scrolling(QWidget* content)
+{
     auto* scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setWidgetResizable(true);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setWidget(realms);
+    scroll->setWidget(content);
     const auto dress = [this, scroll] {
         QPalette colours = theme_.windowPalette();
         colours.setColor(QPalette::Window, theme_.colour(Role::paperInset));
@@ -102,6 +146,30 @@ QWidget* SidebarView::makeRealms()
 void SidebarView::refresh()
 {
     showRealms();
+    showShortcuts();
+    tidy_->refresh();
+}
+
+void SidebarView::showShortcuts()
+{
+    const std::vector<Shortcut> places = shortcuts(model_);
+    QStringList ids;
+    for (const Shortcut& place : places) {
+        ids.append(place.id + displayName(place.url.path()));
+    }
+    if (ids == shownShortcuts_) {
+        // Only then, so that the focus stays on a line that is still right.
+        return;
+    }
+    shownShortcuts_ = ids;
+    removeRows(*shortcuts_);
+    for (const Shortcut& place : places) {
+        auto* link = new SidebarLink(theme_, place.systemImage, place.name);
+        link->setToolTip(toolTipText(displayName(place.url.path())));
+        connect(link, &QPushButton::clicked, this,
+                [this, url = place.url] { model_.selectRealm(url); });
+        shortcuts_->addWidget(link);
+    }
 }
 
 void SidebarView::showRealms()
@@ -185,7 +253,8 @@ void SidebarView::confirmRemoval(const Grant& grant)
     };
     auto* question = new ConfirmationDialog(theme_, confirmation, this);
     question->setObjectName(QStringLiteral("removalDialog"));
-    connect(question, &QDialog::accepted, this, [this, grant] { model_.removeRealm(grant); });
+    connect(question, &ConfirmationDialog::accepted, this,
+            [this, grant] { model_.removeRealm(grant); });
     question->open();
 }
 

@@ -12,10 +12,12 @@ class QVBoxLayout;
 
 namespace gruk {
 
+class DesktopTidySection;
 class DisconnectedRealmRow;
 class RealmRow;
 
-/// The realms at the left of the window, and the way to grant another.
+/// The left of the window: the realms and well-known places, the way to grant another, the Desktop,
+/// and a patrol of everything.
 class SidebarView : public QWidget {
     Q_OBJECT
 
@@ -25,13 +27,20 @@ public:
     /// Looks again which realms are connected: a disk may have come or gone.
     void refresh();
 
+Q_SIGNALS:
+    void stashRequested();
+    void organiseRequested(const gruk::OrganisePlan& plan, const gruk::FileURL& realm);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     [[nodiscard]] QWidget* makeBrand();
-    [[nodiscard]] QWidget* makeRealms();
+    [[nodiscard]] QWidget* makePlaces();
+    [[nodiscard]] QWidget* makePatrolAll();
+    [[nodiscard]] QWidget* scrolling(QWidget* content);
     void showRealms();
+    void showShortcuts();
     void showShields();
     [[nodiscard]] RealmIdentity identityOf(const Grant& grant) const;
     void addRow(const Grant& grant, bool isConnected);
@@ -41,6 +50,9 @@ private:
     AppModel& model_;
     Theme& theme_;
     QVBoxLayout* rows_ = nullptr;
+    QVBoxLayout* shortcuts_ = nullptr;
+    DesktopTidySection* tidy_ = nullptr;
+    QStringList shownShortcuts_;
     /// What the rows show: each grant, and whether it is connected.
     std::vector<std::pair<Grant, bool>> shown_;
     std::vector<std::pair<Grant, RealmRow*>> realmRows_;

@@ -4,27 +4,30 @@
 #include <QPainter>
 
 #include "app/theme/card_painter.h"
+#include "app/theme/tactile_press.h"
 
 namespace gruk {
 
 namespace {
 
-constexpr double pressScale = 0.97;
-constexpr double pressOffset = 1.5;
 constexpr double outlineWidth = 1.2;
+/// Of a primary button under the pointer, in percent.
+constexpr int hoverLightness = 108;
 
 }  // namespace
 
 void applyPress(QPainter& painter, const QRectF& bounds)
 {
-    painter.translate(bounds.center() + QPointF(pressOffset, pressOffset));
-    painter.scale(pressScale, pressScale);
+    const PressLook look = pressLook(1);
+    painter.translate(bounds.center() + QPointF(look.offset, look.offset));
+    painter.scale(look.scale, look.scale);
     painter.translate(-bounds.center());
-    painter.setOpacity(Strength::pressed);
+    painter.setOpacity(look.opacity);
 }
 
 Button::Button(Theme& theme, Kind kind, const QString& text, QWidget* parent)
-    : QPushButton(text, parent), theme_(theme), kind_(kind)
+    : QPushButton(text, parent), theme_(theme), kind_(kind),
+      press_(new GrukTactileButtonStyle(theme, *this))
 {
     setFont(theme_.font(TextStyle::bodyStrong));
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
@@ -67,13 +70,12 @@ QColor Button::textColour() const
     case Kind::primary:
         return theme_.colour(Role::paperCard);
     case Kind::secondary:
-        return theme_.colour(Role::ink);
     case Kind::destructive:
-        return theme_.colour(Role::red);
+        return theme_.colour(Role::ink);
     case Kind::link:
         break;
     }
-    return theme_.colour(theme_.scheme() == ColourScheme::dark ? Role::fern : Role::fernDark);
+    return theme_.colour(accentRole(theme_.scheme()));
 }
 
 void Button::paintEvent(QPaintEvent*)
@@ -83,9 +85,8 @@ void Button::paintEvent(QPaintEvent*)
     const QRectF body = kind_ == Kind::link ? QRectF(rect()) : cardBody(rect());
     if (!isEnabled()) {
         painter.setOpacity(Strength::disabled);
-    } else if (isDown()) {
-        applyPress(painter, body);
     }
+    press_->apply(painter, body);
     paintGround(painter, body);
     paintContent(painter, body);
 }
@@ -100,8 +101,8 @@ void Button::paintGround(QPainter& painter, const QRectF& body) const
     const double strength = kind_ == Kind::primary ? Strength::outline : Strength::shadow;
     painter.fillPath(shadow.subtracted(shape), theme_.colour(Role::ink, strength));
     if (kind_ == Kind::primary) {
-        const QColor ground = theme_.colour(Role::fernDark);
-        painter.fillPath(shape, underMouse() ? ground.lighter(108) : ground);
+        const QColor ground = theme_.colour(accentRole(theme_.scheme()));
+        painter.fillPath(shape, underMouse() ? ground.lighter(hoverLightness) : ground);
     } else {
         painter.fillPath(shape, theme_.colour(underMouse() ? Role::paperInset : Role::paperCard));
         const QColor outline = kind_ == Kind::destructive
@@ -132,7 +133,10 @@ void Button::paintContent(QPainter& painter, const QRectF& body) const
 void Button::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        click();
+        // A key that stays down presses once.
+        if (!event->isAutoRepeat()) {
+            click();
+        }
         return;
     }
     QPushButton::keyPressEvent(event);

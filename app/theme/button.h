@@ -9,6 +9,8 @@
 
 namespace gruk {
 
+class GrukTactileButtonStyle;
+
 /// A button with the press of the house. Return and Space press it.
 class Button : public QPushButton {
     Q_OBJECT
@@ -18,7 +20,9 @@ public:
         /// The one action of a page.
         primary,
         secondary,
-        /// One that takes something away: never filled, never the default.
+        /// One that takes something away: outlined in red, never filled, never the default. No
+        /// palette
+        /// has a red that can be read on paper, so its text is ink.
         destructive,
         /// Text alone, underlined under the pointer.
         link,
@@ -48,6 +52,7 @@ private:
 
     Theme& theme_;
     Kind kind_;
+    GrukTactileButtonStyle* press_;
     std::optional<Icon> symbol_;
 };
 
@@ -69,7 +74,8 @@ private:
     QString openText_;
 };
 
-/// Scales and moves `painter` as everything that is pressed is, about the middle of `bounds`.
+/// Scales, moves and pales `painter` as what is fully pressed is, about the middle of `bounds`, and
+/// without the spring.
 void applyPress(QPainter& painter, const QRectF& bounds);
 
 }  // namespace gruk

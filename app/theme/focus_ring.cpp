@@ -33,10 +33,18 @@ public:
     }
 };
 
-bool comesFromTheKeyboard(Qt::FocusReason reason)
+bool comesFromTheKeyboard(Qt::FocusReason reason, bool keyboardWasLast)
 {
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
-           || reason == Qt::ShortcutFocusReason;
+    switch (reason) {
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+        return true;
+    case Qt::MouseFocusReason:
+        return false;
+    default:
+        return keyboardWasLast;
+    }
 }
 
 }  // namespace
@@ -53,12 +61,18 @@ FocusRing::FocusRing(Theme& theme, QWidget& window)
 
 bool FocusRing::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::KeyPress) {
+        keyboardWasLast_ = true;
+    } else if (event->type() == QEvent::MouseButtonPress) {
+        keyboardWasLast_ = false;
+    }
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::MouseButtonPress) {
         auto* focused = qobject_cast<QWidget*>(watched);
         if (focused != nullptr && focused->window() == &window_ && focused != &window_) {
             const bool byKeyboard =
                 event->type() == QEvent::FocusIn
-                && comesFromTheKeyboard(static_cast<QFocusEvent*>(event)->reason());
+                && comesFromTheKeyboard(static_cast<QFocusEvent*>(event)->reason(),
+                                        keyboardWasLast_);
             setWidget(byKeyboard ? focused : nullptr);
         }
     }

@@ -7,7 +7,8 @@
 namespace gruk {
 
 /// The ring around whatever has the focus in one window, shown when the keyboard brought the focus
-/// there and not when the pointer did.
+/// there and not when the pointer did. What the program gives the focus to goes by what the user
+/// touched last.
 class FocusRing : public QFocusFrame {
     Q_OBJECT
 
@@ -22,6 +23,7 @@ protected:
 private:
     Theme& theme_;
     QWidget& window_;
+    bool keyboardWasLast_ = false;
 };
 
 }  // namespace gruk

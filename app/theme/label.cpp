@@ -24,7 +24,8 @@ void Label::setColour(Role role, double opacity)
 void Label::recolour()
 {
     QPalette colours = palette();
-    colours.setColor(QPalette::WindowText, theme_.colour(role_, opacity_));
+    const Role role = textRole(role_, theme_.scheme());
+    colours.setColor(QPalette::WindowText, theme_.colour(role, opacity_));
     setPalette(colours);
 }
 
@@ -82,7 +83,9 @@ void IconLabel::setColour(Role role, double opacity)
 void IconLabel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    drawIcon(painter, {}, icon_, theme_.colour(role_, opacity_), width());
+    const bool isAccent = role_ == Role::fern || role_ == Role::fernDark;
+    const Role role = isAccent ? accentRole(theme_.scheme()) : role_;
+    drawIcon(painter, {}, icon_, theme_.colour(role, opacity_), width());
 }
 
 }  // namespace gruk

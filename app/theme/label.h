@@ -14,6 +14,7 @@ class Label : public QLabel {
 public:
     Label(Theme& theme, TextStyle style, QWidget* parent = nullptr);
 
+    /// In this role, or in the nearest that can be read (`textRole`).
     void setColour(Role role, double opacity = Strength::full);
 
 protected:
@@ -55,6 +56,7 @@ public:
     IconLabel(Theme& theme, Icon icon, int size, QWidget* parent = nullptr);
 
     void setIcon(Icon icon);
+    /// The accent is the one that shows on the paper of the scheme in force.
     void setColour(Role role, double opacity = Strength::full);
 
 protected:

@@ -19,6 +19,10 @@ inline constexpr int columnWidth = 880;
 inline constexpr int stackingWidth = 700;
 
 inline constexpr int sidebarWidth = 248;
+/// The Gruk beside his name.
+inline constexpr int brandHero = 52;
+/// The shield at the head of a realm's page.
+inline constexpr int headerShield = 72;
 inline constexpr int realmRowHeight = 48;
 inline constexpr int realmRowShield = 30;
 inline constexpr int buttonHeight = 32;
@@ -44,6 +48,10 @@ inline constexpr int figureWidth = 72;
 /// How wide the text of a dialog runs.
 inline constexpr int dialogTextWidth = 380;
 
+/// How long a disclosure opens and a choice slides, and a page changes; by `Theme::duration`.
+inline constexpr int slideMilliseconds = 160;
+inline constexpr int pageMilliseconds = 280;
+
 }  // namespace gruk::Measure
 
 /// The strengths in which ink is used.
@@ -52,6 +60,8 @@ namespace gruk::Strength {
 inline constexpr double full = 1.0;
 inline constexpr double quiet = 0.64;
 inline constexpr double outline = 0.16;
+/// Over a window that has to wait.
+inline constexpr double dimming = 0.25;
 inline constexpr double edge = 0.12;
 inline constexpr double divider = 0.08;
 inline constexpr double shadow = 0.07;

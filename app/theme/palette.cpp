@@ -31,11 +31,71 @@ constexpr std::array<std::array<Shade, paletteThemeCount>, roleCount> colours = 
     {{{0x292724, 0xFBF8EF}, {0x2F261D, 0xFCF5E7}, {0x21282A, 0xF1F6F7}, {0x28252A, 0xF6F4F7}}},
 }};
 
+struct Name {
+    std::string_view raw;
+    const char16_t* label;
+};
+
+constexpr std::array<Name, paletteThemeCount> paletteNames = {{
+    {"woodland", u"Woodland"},
+    {"ember", u"Ember"},
+    {"tide", u"Tide"},
+    {"dusk", u"Dusk"},
+}};
+
+constexpr std::array<Name, appThemeCount> appThemeNames = {{
+    {"system", u"System"},
+    {"light", u"Light"},
+    {"dark", u"Dark"},
+}};
+
+/// The case of that name, else the first.
+template <typename Case, std::size_t count>
+Case named(std::string_view rawName, const std::array<Name, count>& names)
+{
+    for (std::size_t index = 0; index < count; ++index) {
+        if (names[index].raw == rawName) {
+            return static_cast<Case>(index);
+        }
+    }
+    return Case{};
+}
+
 static_assert(roleOf(Tincture::fern) == Role::fern);
 static_assert(roleOf(Tincture::sand) == Role::sand);
 static_assert(static_cast<std::size_t>(Role::sand) + 1 == tinctureCount);
 
 }  // namespace
+
+std::string_view rawName(AppPaletteTheme palette)
+{
+    return paletteNames[static_cast<std::size_t>(palette)].raw;
+}
+
+QString label(AppPaletteTheme palette)
+{
+    return QString::fromUtf16(paletteNames[static_cast<std::size_t>(palette)].label);
+}
+
+AppPaletteTheme paletteThemeNamed(std::string_view rawName)
+{
+    return named<AppPaletteTheme>(rawName, paletteNames);
+}
+
+std::string_view rawName(AppTheme appTheme)
+{
+    return appThemeNames[static_cast<std::size_t>(appTheme)].raw;
+}
+
+QString label(AppTheme appTheme)
+{
+    return QString::fromUtf16(appThemeNames[static_cast<std::size_t>(appTheme)].label);
+}
+
+AppTheme appThemeNamed(std::string_view rawName)
+{
+    return named<AppTheme>(rawName, appThemeNames);
+}
 
 QRgb paletteColour(Role role, AppPaletteTheme palette, ColourScheme scheme)
 {

@@ -36,21 +36,21 @@ void PaperBackdrop::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     const double ratio = pixelRatio(painter);
     if (tile_.isNull() || tile_.devicePixelRatio() != ratio) {
-        tile_ = makeTile(ratio);
+        tile_ = paperTile(theme_, Role::paper, ratio);
     }
     painter.setClipRegion(event->region());
     painter.drawTiledPixmap(rect(), tile_);
 }
 
-QPixmap PaperBackdrop::makeTile(double ratio) const
+QPixmap paperTile(const Theme& theme, Role shade, double ratio)
 {
     QPixmap tile(QSizeF(tileSize * ratio, tileSize * ratio).toSize());
     tile.setDevicePixelRatio(ratio);
-    tile.fill(theme_.colour(Role::paper));
+    tile.fill(theme.colour(shade));
     QPainter painter(&tile);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(theme_.colour(Role::ink, dotStrength));
+    painter.setBrush(theme.colour(Role::ink, dotStrength));
     for (int x = firstColumn; x < tileSize; x += grainStep) {
         for (int y = firstRow; y < tileSize; y += grainStep) {
             const double aside = (x + y) % breakEvery == 0 ? breakOffset : 0;

@@ -18,10 +18,12 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    [[nodiscard]] QPixmap makeTile(double ratio) const;
-
     Theme& theme_;
     QPixmap tile_;
 };
+
+/// One tile of paper with its grain, on one of the three shades, `ratio` pixels for each logical
+/// one.
+[[nodiscard]] QPixmap paperTile(const Theme& theme, Role shade, double ratio);
 
 }  // namespace gruk

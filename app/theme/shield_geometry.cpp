@@ -91,6 +91,36 @@ QRectF chargeSquare(const QRectF& r)
     return {r.center().x() - side / 2, r.center().y() - side / 2, side, side};
 }
 
+/// What of the canvas the shield takes.
+QRectF shieldRect(const QRectF& canvas)
+{
+    const double dx = margin * canvas.width();
+    const double dy = margin * canvas.height();
+    return canvas.adjusted(dx, dy, -dx, -dy);
+}
+
+Drawing field(const RealmIdentity& identity, const QRectF& r)
+{
+    const QPainterPath outline = shieldOutline(identity.shape, r);
+    // The first tincture lies under the whole field and not beside the second, whose edge would
+    // let the ground shine through between two smooth edges.
+    Drawing drawing = {{.path = outline, .role = roleOf(identity.primary)}};
+    QPainterPath second = secondField(identity.division, r);
+    if (!second.isEmpty()) {
+        second.setFillRule(Qt::WindingFill);
+        drawing.push_back({.path = second, .role = roleOf(identity.secondary), .clip = outline});
+    }
+    return drawing;
+}
+
+DrawingStep outlineStep(const RealmIdentity& identity, const QRectF& r)
+{
+    return {.path = shieldOutline(identity.shape, r),
+            .role = Role::ink,
+            .stroke =
+                DrawingStroke{.width = outlineWidth, .cap = Qt::RoundCap, .join = Qt::RoundJoin}};
+}
+
 }  // namespace
 
 QPainterPath shieldOutline(FieldShape shape, const QRectF& bounds)
@@ -116,26 +146,20 @@ QPainterPath shieldOutline(FieldShape shape, const QRectF& bounds)
     return path;
 }
 
+Drawing fieldDrawing(const RealmIdentity& identity, const QRectF& canvas)
+{
+    const QRectF r = shieldRect(canvas);
+    Drawing drawing = field(identity, r);
+    drawing.push_back(outlineStep(identity, r));
+    return drawing;
+}
+
 Drawing shieldDrawing(const RealmIdentity& identity, const QRectF& canvas)
 {
-    const double dx = margin * canvas.width();
-    const double dy = margin * canvas.height();
-    const QRectF r = canvas.adjusted(dx, dy, -dx, -dy);
-    const QPainterPath outline = shieldOutline(identity.shape, r);
-
-    // The first tincture lies under the whole field and not beside the second, whose edge would
-    // let the ground shine through between two smooth edges.
-    Drawing drawing = {{.path = outline, .role = roleOf(identity.primary)}};
-    QPainterPath second = secondField(identity.division, r);
-    if (!second.isEmpty()) {
-        second.setFillRule(Qt::WindingFill);
-        drawing.push_back({.path = second, .role = roleOf(identity.secondary), .clip = outline});
-    }
+    const QRectF r = shieldRect(canvas);
+    Drawing drawing = field(identity, r);
     std::ranges::move(chargeDrawing(identity.charge, chargeSquare(r)), std::back_inserter(drawing));
-    drawing.push_back({.path = outline,
-                       .role = Role::ink,
-                       .stroke = DrawingStroke{
-                           .width = outlineWidth, .cap = Qt::RoundCap, .join = Qt::RoundJoin}});
+    drawing.push_back(outlineStep(identity, r));
     return drawing;
 }
 

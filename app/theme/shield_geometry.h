@@ -8,6 +8,10 @@ namespace gruk {
 /// The outline of a shield of that shape that fills `bounds`, closed.
 [[nodiscard]] QPainterPath shieldOutline(FieldShape shape, const QRectF& bounds);
 
+/// The field of a shield in its two tinctures with the outline around it, and no charge: what the
+/// shape and the division alone look like.
+[[nodiscard]] Drawing fieldDrawing(const RealmIdentity& identity, const QRectF& canvas);
+
 /// The shield of an identity on a canvas of any proportion: the field in the two tinctures, the
 /// charge in the paper of cards, and last the outline in ink. The charge stays square, sized from
 /// the smaller side. `species` is not drawn.

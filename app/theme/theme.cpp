@@ -1,10 +1,16 @@
 #include "app/theme/theme.h"
 
 #include <array>
+#include <exception>
+#include <utility>
 
 #include <QEvent>
 #include <QFontDatabase>
 #include <QGuiApplication>
+
+#include "app/desktop/desktop_appearance.h"
+#include "app/model/setting_keys.h"
+#include "platform/settings/user_defaults.h"
 
 namespace gruk {
 
@@ -57,10 +63,74 @@ Theme::Theme(QObject* parent) : QObject(parent), scheme_(colourScheme(QGuiApplic
     qGuiApp->installEventFilter(this);
 }
 
+void Theme::followPreferences(UserDefaults& preferences)
+{
+    preferences_ = &preferences;
+    readPreferences();
+}
+
+void Theme::readPreferences()
+{
+    if (preferences_ != nullptr) {
+        const auto text = [this](std::string_view key) {
+            return preferences_->text(key).value_or(std::string());
+        };
+        choose(appThemeNamed(text(SettingKeys::appTheme)),
+               paletteThemeNamed(text(SettingKeys::paletteTheme)));
+    }
+}
+
+void Theme::followDesktop(const DesktopAppearance& desktop)
+{
+    connect(&desktop, &DesktopAppearance::changed, this,
+            [this, &desktop] { readDesktop(desktop); });
+    readDesktop(desktop);
+}
+
+void Theme::readDesktop(const DesktopAppearance& desktop)
+{
+    hasReducedMotion_ = desktop.hasReducedMotion();
+    desktopScheme_ = desktop.scheme();
+    followSystem();
+}
+
+void Theme::setAppTheme(AppTheme appTheme)
+{
+    if (appTheme != appTheme_) {
+        choose(appTheme, paletteTheme_);
+        save(SettingKeys::appTheme, rawName(appTheme));
+    }
+}
+
 void Theme::setPaletteTheme(AppPaletteTheme palette)
 {
+    if (palette != paletteTheme_) {
+        choose(appTheme_, palette);
+        save(SettingKeys::paletteTheme, rawName(palette));
+    }
+}
+
+void Theme::choose(AppTheme appTheme, AppPaletteTheme palette)
+{
+    const bool isAnother = appTheme != appTheme_ || palette != paletteTheme_;
+    appTheme_ = appTheme;
     paletteTheme_ = palette;
-    Q_EMIT changed();
+    scheme_ = schemeInForce();
+    if (isAnother) {
+        Q_EMIT changed();
+    }
+}
+
+void Theme::save(std::string_view key, std::string_view value)
+{
+    if (preferences_ == nullptr) {
+        return;
+    }
+    try {
+        preferences_->setText(key, value);
+    } catch (const std::exception& error) {
+        qWarning("Gruk: failed to keep the look: %s", error.what());
+    }
 }
 
 QColor Theme::colour(Role role, double opacity) const
@@ -86,6 +156,11 @@ QFont Theme::font(TextStyle style) const
     return font;
 }
 
+int Theme::duration(int milliseconds) const
+{
+    return hasReducedMotion_ ? 0 : milliseconds;
+}
+
 QPalette Theme::windowPalette() const
 {
     QPalette palette;
@@ -99,8 +174,8 @@ QPalette Theme::windowPalette() const
     palette.setColor(QPalette::Text, colour(Role::ink));
     palette.setColor(QPalette::Button, colour(Role::paperCard));
     palette.setColor(QPalette::ButtonText, colour(Role::ink));
-    palette.setColor(QPalette::Link, colour(Role::fernDark));
-    palette.setColor(QPalette::Highlight, colour(Role::fernDark));
+    palette.setColor(QPalette::Link, colour(accentRole(scheme_)));
+    palette.setColor(QPalette::Highlight, colour(accentRole(scheme_)));
     palette.setColor(QPalette::HighlightedText, colour(Role::paperCard));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Disabled, role, colour(Role::ink, Strength::disabled));
@@ -111,16 +186,30 @@ QPalette Theme::windowPalette() const
 bool Theme::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) {
-        followApplication();
+        followSystem();
+    } else if (watched == qGuiApp && event->type() == QEvent::ApplicationActivate) {
+        readPreferences();
     }
     return QObject::eventFilter(watched, event);
 }
 
-void Theme::followApplication()
+ColourScheme Theme::schemeInForce() const
 {
-    const ColourScheme scheme = colourScheme(QGuiApplication::palette());
-    if (scheme != scheme_) {
-        scheme_ = scheme;
+    switch (appTheme_) {
+    case AppTheme::light:
+        return ColourScheme::light;
+    case AppTheme::dark:
+        return ColourScheme::dark;
+    case AppTheme::system:
+        break;
+    }
+    return desktopScheme_.value_or(colourScheme(QGuiApplication::palette()));
+}
+
+void Theme::followSystem()
+{
+    const ColourScheme scheme = schemeInForce();
+    if (std::exchange(scheme_, scheme) != scheme) {
         Q_EMIT changed();
     }
 }

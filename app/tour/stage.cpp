@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 
+#include "app/model/setting_keys.h"
 #include "core/patrol/metadata_reader.h"
 
 namespace gruk::tour {
@@ -77,6 +78,8 @@ Stage::Stage(Theme& theme, std::shared_ptr<RunLoop> loop, std::shared_ptr<TaskPo
     collaborators.taskPool = pool_;
     collaborators.snapshotScanner = std::move(scanner);
     model_ = std::make_unique<AppModel>(std::move(collaborators));
+    // The walkthrough has scenes of its own, and would lie over all others.
+    model_->preferences().setBoolean(SettingKeys::hasSeenWalkthrough, true);
     window_ = std::make_unique<SweepView>(*model_, theme);
     window_->show();
 }

@@ -7,18 +7,25 @@
 
 #include <QApplication>
 #include <QCoro/QCoroSignal>
-#include <QDialog>
 #include <QMenu>
 #include <QScrollArea>
 #include <QScrollBar>
 
 #include "app/desktop/qt_run_loop.h"
 #include "app/desktop/qt_task_pool.h"
+#include "app/screens/confirmation_dialog.h"
 #include "app/screens/finding_row.h"
 #include "app/screens/realm_row.h"
 #include "app/theme/house_style.h"
+#include "app/tour/art_scenes.h"
+#include "app/tour/browse_scenes.h"
+#include "app/tour/hard_scenes.h"
+#include "app/tour/land_scenes.h"
+#include "app/tour/quiet_scenes.h"
+#include "app/tour/review_scenes.h"
 #include "app/tour/sample_realm.h"
 #include "app/tour/shield_sheet.h"
+#include "app/tour/tray_scenes.h"
 #include "app/tour/tree_copy.h"
 
 namespace gruk::tour {
@@ -56,6 +63,8 @@ Tour::Tour(Camera& camera, fs::path realms, std::optional<fs::path> folder)
       loop_(std::make_shared<QtRunLoop>()), threads_(std::make_shared<QtTaskPool>())
 {
     installHouseStyle(theme_);
+    // A picture shows where a movement ends.
+    theme_.setReducedMotion(true);
     makeRealms();
 }
 
@@ -99,10 +108,17 @@ QCoro::Task<> Tour::run()
         co_await showLostRealm(stage);
         co_await showRemoval(stage);
         co_await showMessages(stage);
+        co_await showReview(*this, stage);
+        co_await showLand(*this, stage);
+        co_await showTray(*this, stage);
+        co_await showQuiet(*this, stage);
+        co_await showBrowse(*this, stage);
+        co_await showHardTimes(*this, stage);
     }
     co_await showRunningPatrol();
     co_await showPatrolElsewhere();
     showShields();
+    showArt(*this);
 }
 
 QCoro::Task<> Tour::showFirstStart(Stage& stage)
@@ -204,8 +220,8 @@ QCoro::Task<> Tour::showRemoval(Stage& stage)
     menu->actions().constFirst()->trigger();
     menu->close();
     co_await stage.repaint();
-    auto* dialog = stage.window().findChild<QDialog*>(QStringLiteral("removalDialog"));
-    camera_.take(*dialog, "19-removal-light");
+    auto* dialog = stage.window().findChild<ConfirmationDialog*>(QStringLiteral("removalDialog"));
+    camera_.take(stage.window(), "19-removal-light");
     dialog->reject();
     co_await stage.repaint();
 }

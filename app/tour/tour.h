@@ -25,6 +25,9 @@ public:
     // For the scenes, which stand in files of their own.
     /// Takes the picture in light and in dark.
     QCoro::Task<> take(Stage& stage, std::string name);
+    /// The same with the window as tall as its page.
+    QCoro::Task<> takeWholePage(Stage& stage, std::string name);
+    void setScheme(ColourScheme scheme);
     [[nodiscard]] Camera& camera() { return camera_; }
     [[nodiscard]] Theme& theme() { return theme_; }
     /// The folder in which the tour makes realms.
@@ -55,9 +58,6 @@ private:
 
     /// Every shield, in each palette.
     void showShields();
-
-    QCoro::Task<> takeWholePage(Stage& stage, std::string name);
-    void setScheme(ColourScheme scheme);
 
     Camera& camera_;
     std::filesystem::path realms_;

@@ -64,6 +64,7 @@ ModelCollaborators ModelHouse::collaborators()
     all.eventStreams = [this](const FileURL& place, std::function<void()> onEvent) {
         return std::make_unique<ListedStream>(streams, place.path(), std::move(onEvent));
     };
+    all.reveal = [this](const std::vector<FileURL>& items) { revealed.push_back(items); };
     all.log = [this](const std::string& line) { logLines.push_back(line); };
     change_(all);
     return all;

@@ -57,6 +57,8 @@ public:
     /// Whether the program starts with the session, and what is thrown at a change of that.
     bool startsAtLogin = false;
     std::optional<std::string> loginItemRefusal;
+    /// What the file manager was asked to show, each time.
+    std::vector<std::vector<FileURL>> revealed;
     /// The live streams of events, by path.
     std::multimap<std::string, std::function<void()>> streams;
     std::unique_ptr<AppModel> model;

@@ -5,11 +5,19 @@
 #include <QEvent>
 #include <QLabel>
 
+#include "app/model/setting_keys.h"
+
 namespace gruk::test {
 
-ScreenHouse::ScreenHouse(std::shared_ptr<SnapshotScanner> scanner)
-    : ModelHouse(std::move(scanner)), window(std::make_unique<SweepView>(*model, theme))
+ScreenHouse::ScreenHouse(std::shared_ptr<SnapshotScanner> scanner) : ModelHouse(std::move(scanner))
 {
+    theme.setReducedMotion(true);
+    // Whoever tests a page has been through the walkthrough.
+    preferences->setBoolean(SettingKeys::hasSeenWalkthrough, true);
+    window = std::make_unique<SweepView>(*model, theme);
+    // So tall that a whole page is in view: what is out of view has no widgets.
+    constexpr int tall = 4'000;
+    window->resize(window->width(), tall);
     window->show();
     repaint();
 }

@@ -53,24 +53,9 @@ bool endsWell(QProcess& program)
            && program.exitCode() == 0;
 }
 
-class SecondStart : public testing::TestWithParam<bool> {
-protected:
-    void SetUp() override
-    {
-        if (GetParam()) {
-            if (!PrivateSession::canHaveBus()) {
-                GTEST_SKIP() << "dbus-daemon is not installed";
-            }
-            ASSERT_TRUE(session.startBus());
-        }
-    }
+class SecondStart : public test::InEachSession {};
 
-    PrivateSession session;
-};
-
-INSTANTIATE_TEST_SUITE_P(Session, SecondStart, testing::Bool(), [](const auto& session) {
-    return session.param ? "withABus" : "withoutABus";
-});
+INSTANTIATE_TEST_SUITE_P(Session, SecondStart, testing::Bool(), test::InEachSession::name);
 
 }  // namespace
 
@@ -80,6 +65,18 @@ TEST_P(SecondStart, endsWellAndTheFirstGoesOnUntilItIsToldToEnd)
     startFirst(first, session);
     QProcess second;
     start(second);
+    EXPECT_TRUE(endsWell(second));
+    EXPECT_EQ(first.state(), QProcess::Running);
+    first.terminate();
+    EXPECT_TRUE(endsWell(first));
+}
+
+TEST_P(SecondStart, ofTheSessionsOwnEndsWellAndTheFirstGoesOn)
+{
+    QProcess first;
+    startFirst(first, session);
+    QProcess second;
+    second.start(QStringLiteral(GRUK_PROGRAM), {QStringLiteral("--background")});
     EXPECT_TRUE(endsWell(second));
     EXPECT_EQ(first.state(), QProcess::Running);
     first.terminate();

@@ -57,25 +57,9 @@ std::vector<ActivationTokens> activations(SingleInstance& first, const Activatio
     return isAnswered ? heard : std::vector<ActivationTokens>();
 }
 
-/// With a bus and without.
-class SingleInstanceTest : public testing::TestWithParam<bool> {
-protected:
-    void SetUp() override
-    {
-        if (GetParam()) {
-            if (!PrivateSession::canHaveBus()) {
-                GTEST_SKIP() << "dbus-daemon is not installed";
-            }
-            ASSERT_TRUE(session.startBus());
-        }
-    }
+class SingleInstanceTest : public test::InEachSession {};
 
-    PrivateSession session;
-};
-
-INSTANTIATE_TEST_SUITE_P(Session, SingleInstanceTest, testing::Bool(), [](const auto& session) {
-    return session.param ? "withABus" : "withoutABus";
-});
+INSTANTIATE_TEST_SUITE_P(Session, SingleInstanceTest, testing::Bool(), test::InEachSession::name);
 
 }  // namespace
 

@@ -8,8 +8,8 @@
 
 #include "app/model/app_model.h"
 #include "core/patrol/metadata_reader.h"
+#include "tests/support/lost_access.h"
 #include "tests/support/model_house.h"
-#include "tests/support/moves_house.h"
 #include "tests/support/private_mounts.h"
 
 /// The realm goes away in the middle: removed, renamed, its disk unmounted. Whatever the user was
@@ -20,6 +20,7 @@ namespace gruk {
 namespace {
 
 namespace fs = std::filesystem;
+using test::LostAccess;
 using test::ModelHouse;
 
 constexpr const char* noAccessToPatrol =
@@ -34,48 +35,6 @@ constexpr const char* changedSinceReview =
 constexpr const char* notRestored =
     "Some items could not be restored because their original path is occupied or the Trash item is "
     "gone.";
-
-/// A house whose Desktop is a patrolled realm with a finding in it and loose files.
-class LostAccess {
-public:
-    LostAccess()
-    {
-        house.directory.file("Desktop/old.dmg", 12'288);
-        house.directory.file("Desktop/a.png", 4'096);
-        house.directory.file("Desktop/b.txt", 4'096);
-        fs::last_write_time(path("Desktop/old.dmg"),
-                            fs::file_time_type::clock::now() - std::chrono::days(900));
-        house.loop->setNow(Date::now());
-        desktop = house.makePatrolledRealm("Desktop");
-        house.model->addRealmRule(FileKind::image, "Pictures", true, desktop);
-        house.patrol();
-        house.allowTrash();
-        house.model->selectRealm(desktop);
-        EXPECT_EQ(house.model->findings().size(), 1U);
-    }
-
-    [[nodiscard]] std::string path(const std::string& relative) const
-    {
-        return house.directory.path(relative);
-    }
-    [[nodiscard]] AppModel& model() { return *house.model; }
-
-    /// Every file of the test's whole folder but the program's own, by content.
-    [[nodiscard]] std::multiset<std::string> files() const
-    {
-        std::multiset<std::string> lines;
-        for (const std::string& item : test::MovesHouse::itemsBelow(house.directory.path())) {
-            if (item.find("/app/") == std::string::npos && fs::is_regular_file(item)) {
-                lines.insert(fs::path(item).filename().string() + " "
-                             + std::to_string(fs::file_size(item)));
-            }
-        }
-        return lines;
-    }
-
-    ModelHouse house;
-    FileURL desktop;
-};
 
 struct Operation {
     std::string name;

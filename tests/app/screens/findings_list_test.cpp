@@ -7,6 +7,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <QVariantAnimation>
 #include <gtest/gtest.h>
 
 namespace gruk {
@@ -36,6 +37,7 @@ struct Page {
 
     Page()
     {
+        theme.setReducedMotion(true);
         auto* content = new QWidget;
         auto* column = new QVBoxLayout(content);
         column->addWidget(list);
@@ -148,6 +150,27 @@ TEST(FindingsList, aPanelNeedsMoreRoomWhereItIsNarrow)
     EXPECT_GT(page.list->height(), wide);
 }
 
+TEST(FindingsList, aPanelGrowsSmoothlyAndTheRestMovesAlong)
+{
+    Page page;
+    page.show(makeFindings(5));
+    page.theme.setReducedMotion(false);
+    FindingRow* row = page.row(QStringLiteral("item1"));
+    const FindingRow* next = page.row(QStringLiteral("item2"));
+    const int closed = FindingRow::closedHeight(page.theme);
+    row->disclosure()->click();
+    auto* move = page.list->findChild<QVariantAnimation*>(QString(), Qt::FindDirectChildrenOnly);
+    ASSERT_NE(move, nullptr);
+    EXPECT_EQ(move->duration(), 160);
+    move->setCurrentTime(80);
+    const int halfway = row->height();
+    EXPECT_GT(halfway, closed);
+    EXPECT_EQ(next->y(), row->y() + halfway);
+    move->setCurrentTime(160);
+    EXPECT_GT(row->height(), halfway);
+    EXPECT_EQ(next->y(), row->y() + row->height());
+}
+
 TEST(FindingsList, whatIsOpenStaysOpenInAnotherOrder)
 {
     Page page;
@@ -171,7 +194,10 @@ TEST(FindingsList, theTabKeyGoesDownTheListRowByRow)
         ASSERT_NE(row, nullptr) << number;
         ASSERT_EQ(QApplication::focusWidget(), row->disclosure()) << number;
         press(Qt::Key_Tab);
+        EXPECT_TRUE(row->isAncestorOf(QApplication::focusWidget()));
+        press(Qt::Key_Tab);
     }
+    press(Qt::Key_Backtab);
     press(Qt::Key_Backtab);
     EXPECT_EQ(QApplication::focusWidget(), page.row(QStringLiteral("item59"))->disclosure());
 }

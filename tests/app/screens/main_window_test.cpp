@@ -3,13 +3,19 @@
 #include <filesystem>
 
 #include <QAbstractButton>
-#include <QDialog>
+#include <QApplication>
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
 #include <gtest/gtest.h>
 
+#include "app/model/setting_keys.h"
+#include "app/screens/confirmation_dialog.h"
+#include "app/screens/file_table_view.h"
 #include "app/screens/realm_row.h"
+#include "app/theme/text_field.h"
 #include "tests/support/screen_house.h"
 
 namespace gruk {
@@ -28,7 +34,7 @@ QWidget* rowOf(const ScreenHouse& house, const char* name)
     return nullptr;
 }
 
-QDialog* askForRemoval(ScreenHouse& house, QWidget* row)
+ConfirmationDialog* askForRemoval(ScreenHouse& house, QWidget* row)
 {
     Q_EMIT row->customContextMenuRequested(QPoint());
     auto* menu = row->findChild<QMenu*>();
@@ -36,13 +42,24 @@ QDialog* askForRemoval(ScreenHouse& house, QWidget* row)
     menu->actions().constFirst()->trigger();
     menu->close();
     house.repaint();
-    return house.window->findChild<QDialog*>(QStringLiteral("removalDialog"));
+    return house.window->findChild<ConfirmationDialog*>(QStringLiteral("removalDialog"));
 }
 
 QAbstractButton* buttonIn(const QWidget& widget, const QString& text)
 {
     for (QAbstractButton* button : widget.findChildren<QAbstractButton*>()) {
         if (button->text() == text) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+/// The button of that name, for one that shows only a picture.
+QAbstractButton* named(const ScreenHouse& house, const char* name)
+{
+    for (QAbstractButton* button : house.window->findChildren<QAbstractButton*>()) {
+        if (button->isVisible() && button->accessibleName() == QString::fromUtf8(name)) {
             return button;
         }
     }
@@ -117,7 +134,7 @@ TEST(MainWindow, removingARealmIsAskedForAndRefusedByDefault)
     ScreenHouse house;
     house.makeRealm("Home");
     house.settle();
-    QDialog* dialog = askForRemoval(house, rowOf(house, "Home"));
+    ConfirmationDialog* dialog = askForRemoval(house, rowOf(house, "Home"));
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(dialog->accessibleName(), QStringLiteral("Remove Home?"));
     EXPECT_EQ(dialog->accessibleDescription(),
@@ -138,12 +155,12 @@ TEST(MainWindow, aRealmThatIsRemovedLeavesTheSidebarAndItsPage)
     house.makeRealm("Other");
     house.makeRealm("Home");
     house.settle();
-    QDialog* dialog = askForRemoval(house, rowOf(house, "Home"));
+    ConfirmationDialog* dialog = askForRemoval(house, rowOf(house, "Home"));
     buttonIn(*dialog, QStringLiteral("Remove Realm"))->click();
     house.settle();
     EXPECT_EQ(rowOf(house, "Home"), nullptr);
     EXPECT_NE(rowOf(house, "Other"), nullptr);
-    EXPECT_EQ(house.window->page()->objectName(), QStringLiteral("noRealmPage"));
+    EXPECT_EQ(house.window->page()->objectName(), QStringLiteral("territoriesPage"));
     EXPECT_EQ(test::namelessControls(*house.window), QStringList());
 }
 
@@ -189,6 +206,175 @@ TEST(MainWindow, takesADropOfPlacesOnly)
     taken.ignore();
     QCoreApplication::sendEvent(house.window.get(), &taken);
     EXPECT_TRUE(taken.isAccepted());
+}
+
+TEST(MainWindow, aFirstStartShowsTheWelcomeScreenUnderTheWalkthrough)
+{
+    ScreenHouse house;
+    house.preferences->remove(SettingKeys::hasSeenWalkthrough);
+    house.window->hide();
+    house.window->show();
+    house.settle();
+    EXPECT_EQ(house.window->page()->objectName(), QStringLiteral("welcomePage"));
+    EXPECT_TRUE(house.shows(QStringLiteral("Choose a realm.")));
+    house.button(QStringLiteral("Skip"))->click();
+    house.settle();
+    EXPECT_EQ(house.preferences->boolean(SettingKeys::hasSeenWalkthrough), true);
+    EXPECT_FALSE(house.shows(QStringLiteral("Choose a realm.")));
+}
+
+TEST(MainWindow, theWalkthroughIsShownAgainOnlyWhenTheWindowNextAppears)
+{
+    ScreenHouse house;
+    house.preferences->setBoolean(SettingKeys::hasSeenWalkthrough, false);
+    house.settle();
+    EXPECT_FALSE(house.shows(QStringLiteral("Choose a realm.")));
+    house.window->hide();
+    house.window->show();
+    house.settle();
+    EXPECT_TRUE(house.shows(QStringLiteral("Choose a realm.")));
+}
+
+TEST(MainWindow, theQuestionMarkShowsHowTheGrukWorks)
+{
+    ScreenHouse house;
+    named(house, "How the Gruk works")->click();
+    house.settle();
+    EXPECT_TRUE(house.shows(QStringLiteral("Choose a realm.")));
+}
+
+TEST(MainWindow, overARealmStandsThePickerOfItsPages)
+{
+    ScreenHouse house;
+    EXPECT_EQ(house.button(QStringLiteral("Browse")), nullptr);
+    EXPECT_TRUE(house.shows(QStringLiteral("Carry on being you. The Gruk has your back.")));
+    house.makeRealm("Home");
+    house.settle();
+    EXPECT_EQ(house.window->page()->objectName(), QStringLiteral("patrolPage"));
+    house.button(QStringLiteral("Browse"))->click();
+    house.settle();
+    EXPECT_NE(qobject_cast<FileTableView*>(house.window->page()), nullptr);
+    EXPECT_EQ(test::namelessControls(*house.window), QStringList());
+}
+
+TEST(MainWindow, removingTheActiveRealmWhileBrowsingReturnsToTheTerritoriesAndKeepsThePage)
+{
+    ScreenHouse house;
+    const FileURL other = house.makeRealm("Other");
+    const FileURL home = house.makeRealm("Home");
+    house.settle();
+    house.button(QStringLiteral("Browse"))->click();
+    house.settle();
+    house.model->removeRealm(house.grantOf(home));
+    house.settle();
+    EXPECT_EQ(house.window->page()->objectName(), QStringLiteral("territoriesPage"));
+    EXPECT_EQ(house.window->detailPage(), DetailPage::browse);
+    house.select(other);
+    house.settle();
+    EXPECT_NE(qobject_cast<FileTableView*>(house.window->page()), nullptr);
+}
+
+TEST(MainWindow, theWayBackToTheTerritoriesIsThereWhileARealmIsOpen)
+{
+    ScreenHouse house;
+    EXPECT_EQ(house.button(QStringLiteral("Back to your Territories")), nullptr);
+    house.makeRealm("Home");
+    house.settle();
+    house.button(QStringLiteral("Back to your Territories"))->click();
+    house.settle();
+    EXPECT_FALSE(house.model->activeRootURL());
+    EXPECT_TRUE(house.shows(QStringLiteral("YOUR TERRITORIES")));
+    EXPECT_EQ(test::namelessControls(*house.window), QStringList());
+}
+
+TEST(MainWindow, aWellKnownPlaceIsAShortcutOnceSomeRealmEnclosesIt)
+{
+    ScreenHouse house;
+    house.directory.folder("home/Desktop");
+    house.directory.folder("home/Downloads");
+    EXPECT_EQ(house.button(QStringLiteral("Downloads")), nullptr);
+    const FileURL home = house.makeRealm("home");
+    house.settle();
+    EXPECT_EQ(house.button(QStringLiteral("Home")), nullptr);
+    EXPECT_NE(house.button(QStringLiteral("Desktop")), nullptr);
+    house.button(QStringLiteral("Downloads"))->click();
+    house.settle();
+    EXPECT_EQ(house.model->activeRootURL()->path(), home.path() + "/Downloads");
+}
+
+TEST(MainWindow, patrolsAllRealmsUnlessOneIsRunning)
+{
+    ScreenHouse house;
+    house.makeRealm("first");
+    house.makeRealm("second");
+    house.settle();
+    QAbstractButton* all = house.button(QStringLiteral("Patrol all realms"));
+    ASSERT_NE(all, nullptr);
+    all->click();
+    EXPECT_FALSE(all->isEnabled());
+    house.settle();
+    EXPECT_TRUE(all->isEnabled());
+    EXPECT_EQ(house.stored(FileURL::directory(house.directory.path("first"))).size(), 1U);
+    EXPECT_EQ(house.stored(FileURL::directory(house.directory.path("second"))).size(), 1U);
+}
+
+TEST(MainWindow, tidyingTheDesktopAsksForItOnceAndThenForAYes)
+{
+    ScreenHouse house;
+    house.directory.file("Desktop/note.txt", 10);
+    house.directory.file("Desktop/other.txt", 10);
+    house.panel->answers.push_back(FileURL::directory(house.directory.path("Desktop")));
+    named(house, "Tidy my Desktop")->click();
+    house.settle();
+    ASSERT_EQ(house.panel->requests.size(), 1U);
+    ASSERT_TRUE(house.model->grantedDesktopURL());
+    named(house, "Tidy my Desktop")->click();
+    house.settle();
+    auto* question = house.window->findChild<ConfirmationDialog*>(QStringLiteral("hoardQuestion"));
+    ASSERT_NE(question, nullptr);
+    EXPECT_EQ(question->accessibleName(), QStringLiteral("Desktop Hoard"));
+    EXPECT_TRUE(question->accessibleDescription().startsWith(
+        QStringLiteral("The Gruk will move all 2 items into one folder:\n🗂 ")));
+    buttonIn(*question, QStringLiteral("Stash it all"))->click();
+    house.settle();
+    EXPECT_FALSE(std::filesystem::exists(house.directory.path("Desktop/note.txt")));
+}
+
+TEST(MainWindow, keysPatrolFilterAndChangeThePage)
+{
+    ScreenHouse house;
+    house.makeRealm("Home");
+    house.settle();
+    QApplication::setActiveWindow(house.window.get());
+    QTest::keyClick(house.window.get(), Qt::Key_F5);
+    house.settle();
+    EXPECT_TRUE(house.model->latestSnapshot());
+    QTest::keyClick(house.window.get(), Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(house.window->detailPage(), DetailPage::browse);
+    QTest::keyClick(house.window.get(), Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(house.window->detailPage(), DetailPage::patrol);
+    QTest::keyClick(house.window.get(), Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(house.window->detailPage(), DetailPage::browse);
+    house.settle();
+    EXPECT_NE(qobject_cast<TextField*>(house.window->focusWidget()), nullptr);
+    QSignalSpy settings(house.window.get(), &SweepView::settingsRequested);
+    QSignalSpy quits(house.window.get(), &SweepView::quitRequested);
+    QTest::keyClick(house.window.get(), Qt::Key_Comma, Qt::ControlModifier);
+    QTest::keyClick(house.window.get(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(settings.count(), 1);
+    EXPECT_EQ(quits.count(), 1);
+}
+
+TEST(MainWindow, noKeyActsBehindAQuestion)
+{
+    ScreenHouse house;
+    house.makeRealm("Home");
+    house.settle();
+    QApplication::setActiveWindow(house.window.get());
+    askForRemoval(house, rowOf(house, "Home"));
+    QTest::keyClick(house.window->focusWidget(), Qt::Key_F5);
+    house.settle();
+    EXPECT_FALSE(house.model->latestSnapshot());
 }
 
 }  // namespace gruk

@@ -1,6 +1,12 @@
 #include "app/theme/palette.h"
 
+#include <tuple>
+
+#include <QApplication>
 #include <gtest/gtest.h>
+
+#include "app/theme/theme.h"
+#include "core/realm/realm_identity.h"
 
 namespace gruk {
 
@@ -48,6 +54,33 @@ TEST(Palette, paperIsLightInLightAndDarkInDarkAndInkTheOtherWayRound)
         }
         EXPECT_LT(grey(Role::ink, ColourScheme::light), 20);
         EXPECT_GT(grey(Role::ink, ColourScheme::dark), 220);
+    }
+}
+
+TEST(Palette, hasARawNameAndALabelEach)
+{
+    const std::tuple<AppPaletteTheme, std::string_view, QString> names[] = {
+        {AppPaletteTheme::woodland, "woodland", QStringLiteral("Woodland")},
+        {AppPaletteTheme::ember, "ember", QStringLiteral("Ember")},
+        {AppPaletteTheme::tide, "tide", QStringLiteral("Tide")},
+        {AppPaletteTheme::dusk, "dusk", QStringLiteral("Dusk")},
+    };
+    for (const auto& [palette, raw, text] : names) {
+        EXPECT_EQ(rawName(palette), raw);
+        EXPECT_EQ(label(palette), text);
+        EXPECT_EQ(paletteThemeNamed(raw), palette);
+    }
+    EXPECT_EQ(paletteThemeNamed("forest"), AppPaletteTheme::woodland);
+    EXPECT_EQ(paletteThemeNamed(""), AppPaletteTheme::woodland);
+}
+
+TEST(Palette, changingItLeavesEveryRealmIdentityAsItWas)
+{
+    const RealmIdentity before = RealmIdentity::derive("/home/gruk/Downloads");
+    Theme theme;
+    for (std::size_t index = 0; index < paletteThemeCount; ++index) {
+        theme.setPaletteTheme(static_cast<AppPaletteTheme>(index));
+        EXPECT_EQ(RealmIdentity::derive("/home/gruk/Downloads"), before);
     }
 }
 

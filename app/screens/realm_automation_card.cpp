@@ -1,0 +1,139 @@
+#include "app/screens/realm_automation_card.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "app/screens/filing_rule_row.h"
+#include "app/screens/repaint_once.h"
+#include "app/screens/section_title.h"
+
+namespace gruk {
+
+namespace {
+
+/// In the order of the cadences.
+QStringList cadenceNames()
+{
+    return {QStringLiteral("Off"), QStringLiteral("Daily"), QStringLiteral("Weekly"),
+            QStringLiteral("Stand Guard")};
+}
+
+int indexOf(PatrolCadence cadence)
+{
+    return static_cast<int>(std::ranges::find(allPatrolCadences, cadence)
+                            - allPatrolCadences.begin());
+}
+
+}  // namespace
+
+RealmAutomationCard::RealmAutomationCard(AppModel& model, Theme& theme, Grant grant,
+                                         QWidget* parent)
+    : Card(theme, Measure::cardPadding, parent), model_(model), grant_(std::move(grant)),
+      realm_(FileURL::directory(FileURL::directory(grant_.path).standardized().path())),
+      cadence_(new Picker(theme, cadenceNames(), QStringLiteral("Cadence"))),
+      guardNote_(sectionNote(
+          theme, QStringLiteral("The Gruk asks the system to tell it the moment anything changes "
+                                "here, then patrols once things go quiet — usually within a couple "
+                                "of minutes. No constant scanning, and nothing extra sitting in "
+                                "memory: it's a standing order with the system, not a clock."))),
+      disclosure_(new DisclosureButton(theme, QStringLiteral("Filing rules"),
+                                       QStringLiteral("Filing rules"))),
+      rows_(new QVBoxLayout), form_(new FilingRulesForm(theme)), rules_(makeRules())
+{
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(Measure::medium);
+    column->addLayout(makeCadence());
+    column->addWidget(guardNote_);
+    column->addWidget(disclosure_, 0, Qt::AlignLeft);
+    column->addWidget(rules_);
+    rules_->hide();
+
+    connect(cadence_, &QComboBox::activated, this, [this](int index) {
+        model_.setCadence(allPatrolCadences.at(static_cast<std::size_t>(index)), grant_);
+    });
+    connect(disclosure_, &QAbstractButton::toggled, rules_, &QWidget::setVisible);
+    auto* repaint = new RepaintOnce([this] { showCadence(); }, this);
+    repaint->on(model_, &AppModel::territoriesAreStaleChanged);
+    showCadence();
+    showRules();
+}
+
+QLayout* RealmAutomationCard::makeCadence()
+{
+    auto* title = new Label(theme(), TextStyle::bodyStrong);
+    title->setText(QStringLiteral("Cadence"));
+    auto* line = new QHBoxLayout;
+    line->setSpacing(Measure::medium);
+    line->addWidget(title);
+    line->addWidget(cadence_);
+    line->addStretch();
+    return line;
+}
+
+QWidget* RealmAutomationCard::makeRules()
+{
+    auto* rules = new QWidget(this);
+    rows_->setSpacing(0);
+    auto* column = new QVBoxLayout(rules);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(Measure::medium);
+    column->addWidget(sectionNote(
+        theme(), QStringLiteral("Tell the Gruk where things go, once. Screenshots into "
+                                "Screenshots, installers into Installers — set it and forget it. "
+                                "Forgetting is the feature.")));
+    column->addLayout(rows_);
+    column->addWidget(form_);
+    connect(form_, &FilingRulesForm::addRequested, this,
+            [this](FileKind kind, const QString& name, bool applyAfterPatrol) {
+                model_.addRealmRule(kind, name.toStdString(), applyAfterPatrol, realm_);
+                showRules();
+                form_->clear();
+            });
+    return rules;
+}
+
+void RealmAutomationCard::showCadence()
+{
+    const PatrolCadence cadence = model_.cadence(grant_);
+    cadence_->setCurrentIndex(indexOf(cadence));
+    guardNote_->setVisible(cadence == PatrolCadence::standGuard);
+}
+
+void RealmAutomationCard::showRules()
+{
+    const std::vector<RealmRule> rules = model_.realmRules(realm_);
+    removeRows(*rows_);
+    for (const RealmRule& rule : rules) {
+        auto* row = new FilingRuleRow(theme(), rule);
+        connect(row, &FilingRuleRow::removeRequested, this,
+                [this, id = rule.id] { removeRule(id); });
+        rows_->addWidget(row);
+        // At once, so that one of them can have the focus.
+        row->show();
+    }
+    form_->setFull(rules.size() >= RealmRules::maximumRulesPerRealm);
+}
+
+void RealmAutomationCard::removeRule(const UUID& id)
+{
+    std::vector<RealmRule> rules = model_.realmRules(realm_);
+    const auto removed = std::ranges::find(rules, id, &RealmRule::id);
+    const auto place = removed - rules.begin();
+    std::erase_if(rules, [&](const RealmRule& rule) { return rule.id == id; });
+    model_.saveRealmRules(rules, realm_);
+    showRules();
+    // The focus stays among the rules: on the one that has moved up.
+    const auto next = std::min<std::ptrdiff_t>(place, rows_->count() - 1);
+    QLayoutItem* const item = next < 0 ? nullptr : rows_->itemAt(static_cast<int>(next));
+    if (item != nullptr) {
+        static_cast<FilingRuleRow*>(item->widget())->removal()->setFocus(Qt::OtherFocusReason);
+    } else {
+        disclosure_->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+}  // namespace gruk

@@ -1,0 +1,75 @@
+#include "app/screens/shield_button.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+#include "app/screens/repaint_once.h"
+#include "app/screens/shield_copy.h"
+#include "app/screens/shield_editor.h"
+#include "app/theme/button.h"
+#include "app/theme/land_painter.h"
+#include "app/theme/shield_painter.h"
+#include "app/theme/text.h"
+
+namespace gruk {
+
+ShieldButton::ShieldButton(AppModel& model, Theme& theme, QWidget* parent)
+    : QAbstractButton(parent), model_(model), theme_(theme)
+{
+    setObjectName(QStringLiteral("shieldButton"));
+    const QString invitation = QStringLiteral("Customise this realm's shield");
+    setAccessibleName(invitation);
+    setToolTip(toolTipText(invitation));
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::PointingHandCursor);
+    setAttribute(Qt::WA_Hover);
+    setFixedSize(sizeHint());
+    connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+    connect(this, &QAbstractButton::clicked, this,
+            [this] { openShieldEditor(model_, theme_, *this); });
+    auto* repaint = new RepaintOnce([this] { showModel(); }, this);
+    repaint->on(model_, &AppModel::realmIdentityStoreChanged);
+    repaint->on(model_, &AppModel::activeRootURLChanged);
+    showModel();
+}
+
+QSize ShieldButton::sizeHint() const
+{
+    return {Measure::headerShield, Measure::headerShield};
+}
+
+void ShieldButton::showModel()
+{
+    setEnabled(model_.activeRootURL().has_value());
+    setAccessibleDescription(describeShield(model_.activeRealmIdentity()));
+    update();
+}
+
+void ShieldButton::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (isDown()) {
+        applyPress(painter, rect());
+    }
+    const RealmIdentity identity = model_.activeRealmIdentity();
+    // Under the pointer the land of the realm shows that there is something to be had here.
+    if (underMouse()) {
+        paintLand(painter, rect(), identity, theme_);
+    }
+    const double inset = Measure::hair;
+    paintShield(painter, QRectF(rect()).adjusted(inset, inset, -inset, -inset), identity, theme_);
+}
+
+void ShieldButton::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (!event->isAutoRepeat()) {
+            click();
+        }
+        return;
+    }
+    QAbstractButton::keyPressEvent(event);
+}
+
+}  // namespace gruk

@@ -1,0 +1,56 @@
+#include "app/screens/status_banner.h"
+
+#include <utility>
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include "app/theme/card_painter.h"
+#include "app/theme/label.h"
+
+namespace gruk {
+
+StatusBanner::StatusBanner(Theme& theme, Role colour, Icon icon, QWidget* parent)
+    : Card(theme, Measure::medium, parent), colour_(colour),
+      message_(new Label(theme, TextStyle::body)),
+      button_(new Button(theme, Button::Kind::secondary, {}))
+{
+    auto* symbol = new IconLabel(theme, icon, Measure::iconSize);
+    message_->setWordWrap(true);
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(Measure::small, 0, 0, 0);
+    row->setSpacing(Measure::medium);
+    row->addWidget(symbol, 0, Qt::AlignTop);
+    row->addWidget(message_, 1, Qt::AlignVCenter);
+    row->addWidget(button_, 0, Qt::AlignVCenter);
+    connect(button_, &QPushButton::clicked, this, [this] {
+        // The action changes what the banner shows, and with it the action.
+        const BannerAction action = action_;
+        action.run();
+    });
+    hide();
+}
+
+void StatusBanner::setMessage(const QString& message, BannerAction action)
+{
+    message_->setText(message);
+    action_ = std::move(action);
+    button_->setText(action_.label);
+    button_->setAccessibleDescription(message);
+    button_->updateGeometry();
+    button_->setVisible(static_cast<bool>(action_.run));
+    setVisible(!message.isEmpty());
+}
+
+void StatusBanner::paintEvent(QPaintEvent* event)
+{
+    Card::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF body = cardBody(rect());
+    painter.setClipRect(QRectF(body.left(), body.top(), Measure::bannerBar, body.height()));
+    painter.fillPath(cutPath(body, cardCorners), theme().colour(colour_));
+}
+
+}  // namespace gruk

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+
+#include "app/theme/button.h"
+#include "app/theme/card.h"
+
+namespace gruk {
+
+class Label;
+
+/// What a banner's button does.
+struct BannerAction {
+    QString label = QStringLiteral("Undo");
+    std::function<void()> run;
+};
+
+/// A card with one sentence that wraps, an icon, a bar of its colour at the left, and at the right
+/// at most one action.
+class StatusBanner : public Card {
+    Q_OBJECT
+
+public:
+    StatusBanner(Theme& theme, Role colour, Icon icon, QWidget* parent = nullptr);
+
+    /// Shows the banner with this sentence, or hides it for none. An empty action has no button.
+    void setMessage(const QString& message, BannerAction action = {});
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Role colour_;
+    Label* message_;
+    Button* button_;
+    BannerAction action_;
+};
+
+}  // namespace gruk

@@ -1,0 +1,89 @@
+#include "app/screens/trash_questions.h"
+
+#include <utility>
+
+#include "app/screens/confirmation_dialog.h"
+#include "app/theme/text.h"
+#include "core/patrol/byte_format.h"
+
+namespace gruk::TrashQuestions {
+
+namespace {
+
+QString kindName(FileIdentity::Kind kind)
+{
+    switch (kind) {
+    case FileIdentity::Kind::file:
+        return QStringLiteral("File");
+    case FileIdentity::Kind::directory:
+        return QStringLiteral("Folder");
+    case FileIdentity::Kind::symbolicLink:
+        return QStringLiteral("Symbolic link");
+    case FileIdentity::Kind::other:
+        break;
+    }
+    return QStringLiteral("Filesystem item");
+}
+
+QString bytesText(Bytes bytes)
+{
+    return QString::fromStdString(ByteFormat::string(bytes));
+}
+
+void ask(Theme& theme, const Confirmation& confirmation, const QString& name, QWidget& place,
+         AppModel& model, std::function<void()> yes)
+{
+    auto* question = new ConfirmationDialog(theme, confirmation, place.window());
+    question->setObjectName(name);
+    QObject::connect(question, &ConfirmationDialog::accepted, &model,
+                     [yes = std::move(yes)] { yes(); });
+    question->open();
+}
+
+}  // namespace
+
+void askToTrash(AppModel& model, Theme& theme, const ReviewFinding& finding, QWidget& place)
+{
+    const std::optional<FileIdentity> identity = TrashService::currentIdentity(finding.url);
+    if (!identity) {
+        // Nobody can confirm what is not there; the model says so in its own words.
+        return model.moveFindingToTrash(finding, {});
+    }
+    const Confirmation confirmation = {
+        QStringLiteral("Move %1 to Trash?").arg(displayName(finding.url.lastPathComponent())),
+        QStringLiteral("%1 · %2\n%3\n\nGruk will use the system Trash. It will stop if this item "
+                       "changed after you opened this confirmation.")
+            .arg(kindName(identity->kind), bytesText(finding.allocatedSize),
+                 displayName(finding.url.path())),
+        QStringLiteral("Move to Trash"),
+        QStringLiteral("Cancel"),
+    };
+    ask(theme, confirmation, QStringLiteral("trashQuestion"), place, model,
+        [&model, finding, identity = *identity] { model.moveFindingToTrash(finding, identity); });
+}
+
+void askToTrash(AppModel& model, Theme& theme, std::vector<ReviewFinding> findings, QWidget& place,
+                std::function<void()> trashed)
+{
+    Bytes bytes = 0;
+    for (const ReviewFinding& finding : findings) {
+        bytes = checkedAdd(bytes, finding.allocatedSize);
+    }
+    const Confirmation confirmation = {
+        QStringLiteral("Move %1 items to Trash?")
+            .arg(groupedNumber(static_cast<qint64>(findings.size()))),
+        QStringLiteral("Together they hold %1. The Gruk will check each item hasn't changed since "
+                       "you selected it, use only the system Trash, and tell you honestly about "
+                       "anything it had to skip.")
+            .arg(bytesText(bytes)),
+        QStringLiteral("Move to Trash"),
+        QStringLiteral("Cancel"),
+    };
+    ask(theme, confirmation, QStringLiteral("batchTrashQuestion"), place, model,
+        [&model, findings = std::move(findings), trashed = std::move(trashed)] {
+            model.moveFindingsToTrash(findings);
+            trashed();
+        });
+}
+
+}  // namespace gruk::TrashQuestions

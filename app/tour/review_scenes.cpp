@@ -1,0 +1,89 @@
+#include "app/tour/review_scenes.h"
+
+#include <QAbstractButton>
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include "app/screens/finding_row.h"
+#include "app/theme/sheet.h"
+#include "app/tour/tour.h"
+
+namespace gruk::tour {
+
+namespace {
+
+QAbstractButton* buttonWith(Stage& stage, const QString& text)
+{
+    for (QAbstractButton* button : stage.window().findChildren<QAbstractButton*>()) {
+        if (button->isVisible() && button->text() == text) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+void press(Stage& stage, const QString& text)
+{
+    if (QAbstractButton* button = buttonWith(stage, text)) {
+        button->click();
+    }
+}
+
+void scrollTo(Stage& stage, QWidget& widget)
+{
+    if (auto* page = qobject_cast<QScrollArea*>(stage.window().page())) {
+        const int top = widget.mapTo(page->widget(), QPoint(0, 0)).y();
+        page->verticalScrollBar()->setValue(top - 4 * Measure::huge);
+    }
+}
+
+void closeSheets(Stage& stage)
+{
+    for (Sheet* sheet : stage.window().findChildren<Sheet*>()) {
+        sheet->reject();
+    }
+}
+
+QCoro::Task<> showSelection(Tour& tour, Stage& stage)
+{
+    press(stage, QStringLiteral("Select all"));
+    co_await stage.settle();
+    const auto rows = stage.window().findChildren<FindingRow*>();
+    if (rows.isEmpty()) {
+        co_return;
+    }
+    scrollTo(stage, *rows.first());
+    co_await tour.take(stage, "50-selected");
+    for (QAbstractButton* button : rows.first()->findChildren<QAbstractButton*>()) {
+        if (button->text() == QStringLiteral("Move to Trash")) {
+            button->click();
+        }
+    }
+    co_await tour.take(stage, "51-trash-question");
+    closeSheets(stage);
+}
+
+}  // namespace
+
+QCoro::Task<> showReview(Tour& tour, Stage& stage)
+{
+    press(stage, QStringLiteral("Enable Trash actions…"));
+    co_await tour.take(stage, "52-enable-trash-actions");
+    closeSheets(stage);
+    stage.model().setReviewOnly(false);
+    co_await stage.settle();
+    co_await showSelection(tour, stage);
+    press(stage, QStringLiteral("Automations"));
+    co_await stage.settle();
+    if (QAbstractButton* automations = buttonWith(stage, QStringLiteral("Automations"))) {
+        scrollTo(stage, *automations);
+    }
+    co_await tour.take(stage, "53-automations");
+    press(stage, QStringLiteral("Organise this realm"));
+    co_await tour.take(stage, "54-organise");
+    closeSheets(stage);
+    stage.model().setReviewOnly(true);
+    co_await stage.settle();
+}
+
+}  // namespace gruk::tour

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QString>
+#include <QStringList>
+
+namespace gruk::test {
+
+/// The texts of every label and button in `widget` that can be seen, whole, in no order.
+[[nodiscard]] inline QStringList wordsIn(const QWidget& widget)
+{
+    QStringList words;
+    for (const QLabel* label : widget.findChildren<QLabel*>()) {
+        if (label->isVisible()) {
+            words.append(label->text());
+        }
+    }
+    for (const QAbstractButton* button : widget.findChildren<QAbstractButton*>()) {
+        if (button->isVisible()) {
+            words.append(button->text());
+        }
+    }
+    return words;
+}
+
+/// The button in `widget` that can be seen with that text or, without a text, that name; null
+/// without one.
+[[nodiscard]] inline QAbstractButton* buttonIn(const QWidget& widget, const QString& text)
+{
+    for (QAbstractButton* button : widget.findChildren<QAbstractButton*>()) {
+        const QString shown = button->text().isEmpty() ? button->accessibleName() : button->text();
+        if (button->isVisible() && shown == text) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace gruk::test
