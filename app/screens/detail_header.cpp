@@ -5,7 +5,7 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include "app/screens/tool_button.h"
+#include "app/screens/icon_button.h"
 #include "app/theme/label.h"
 
 namespace gruk {
@@ -15,8 +15,10 @@ DetailHeader::DetailHeader(AppModel& model, Theme& theme, QWidget* parent)
       pages_(new SegmentedControl(theme, {QStringLiteral("Patrol"), QStringLiteral("Browse")},
                                   QStringLiteral("Page")))
 {
-    auto* help = new ToolButton(theme, Icon::question, QStringLiteral("How the Gruk works"));
-    auto* tidy = new ToolButton(theme, Icon::trayDown, QStringLiteral("Tidy my Desktop"));
+    auto* help = new IconButton(theme, Icon::question, QStringLiteral("How the Gruk works"),
+                                IconButton::Place::header);
+    auto* tidy = new IconButton(theme, Icon::trayDown, QStringLiteral("Tidy my Desktop"),
+                                IconButton::Place::header);
     tidy->setObjectName(QStringLiteral("tidyDesktop"));
 
     auto* row = new QHBoxLayout(this);
@@ -56,9 +58,10 @@ QWidget* DetailHeader::makeProductLine()
     return line;
 }
 
-Button* DetailHeader::makeMenuButton()
+QWidget* DetailHeader::makeMenuButton()
 {
-    auto* button = new ToolButton(theme_, Icon::gear, QStringLiteral("Menu"));
+    auto* button =
+        new IconButton(theme_, Icon::gear, QStringLiteral("Menu"), IconButton::Place::header);
     button->setObjectName(QStringLiteral("windowMenu"));
     auto* menu = new QMenu(this);
     menu->addAction(QStringLiteral("Settings…"), this, &DetailHeader::settingsRequested)

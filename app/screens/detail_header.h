@@ -10,8 +10,6 @@ class QMenu;
 
 namespace gruk {
 
-class Button;
-
 /// What stands over every page: whose program this is, which page of a realm shows, and the
 /// actions that belong to no page.
 class DetailHeader : public QWidget {
@@ -34,7 +32,7 @@ protected:
 
 private:
     [[nodiscard]] QWidget* makeProductLine();
-    [[nodiscard]] Button* makeMenuButton();
+    [[nodiscard]] QWidget* makeMenuButton();
 
     AppModel& model_;
     Theme& theme_;

@@ -3,14 +3,15 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-#include "app/theme/button.h"
 #include "app/theme/card_painter.h"
 #include "app/theme/text.h"
 
 namespace gruk {
 
-IconButton::IconButton(Theme& theme, Icon icon, const QString& purpose, QWidget* parent)
-    : QAbstractButton(parent), theme_(theme), icon_(icon)
+IconButton::IconButton(Theme& theme, Icon icon, const QString& purpose, Place place,
+                       QWidget* parent)
+    : QAbstractButton(parent), theme_(theme), icon_(icon), place_(place),
+      press_(new GrukTactileButtonStyle(theme, *this))
 {
     setAccessibleName(purpose);
     setToolTip(toolTipText(purpose));
@@ -22,24 +23,26 @@ IconButton::IconButton(Theme& theme, Icon icon, const QString& purpose, QWidget*
 
 QSize IconButton::sizeHint() const
 {
-    return {Measure::smallestTarget, Measure::smallestTarget};
+    const int side = place_ == Place::row ? Measure::smallestTarget : Measure::buttonHeight;
+    return {side, side};
 }
 
 void IconButton::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    press_->apply(painter, rect());
     if (!isEnabled()) {
         painter.setOpacity(Strength::disabled);
-    } else if (isDown()) {
-        applyPress(painter, rect());
     } else if (underMouse()) {
         painter.fillPath(cutPath(rect(), buttonCorners),
                          theme_.colour(Role::ink, Strength::divider));
     }
-    const double inset = (Measure::smallestTarget - Measure::smallIconSize) / 2.0;
-    drawIcon(painter, {inset, inset}, icon_, theme_.colour(Role::ink, Strength::quiet),
-             Measure::smallIconSize);
+    const bool isInRow = place_ == Place::row;
+    const int size = isInRow ? Measure::smallIconSize : Measure::iconSize;
+    const QPointF corner(size / 2.0, size / 2.0);
+    drawIcon(painter, QRectF(rect()).center() - corner, icon_,
+             theme_.colour(Role::ink, isInRow ? Strength::quiet : Strength::full), size);
 }
 
 void IconButton::keyPressEvent(QKeyEvent* event)

@@ -3,17 +3,22 @@
 #include <QAbstractButton>
 
 #include "app/theme/icons.h"
+#include "app/theme/tactile_press.h"
 #include "app/theme/theme.h"
 
 namespace gruk {
 
-/// A small button that is one icon. What it does stands in its tooltip and in its name for
+/// A button that is one icon. What it does stands in its tooltip and in its name for
 /// assistive technology. Return and Space press it.
 class IconButton : public QAbstractButton {
     Q_OBJECT
 
 public:
-    IconButton(Theme& theme, Icon icon, const QString& purpose, QWidget* parent = nullptr);
+    /// As it stands in a row, or larger over a page.
+    enum class Place { row, header };
+
+    IconButton(Theme& theme, Icon icon, const QString& purpose, Place place = Place::row,
+               QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
@@ -27,6 +32,8 @@ protected:
 private:
     Theme& theme_;
     Icon icon_;
+    Place place_;
+    GrukTactileButtonStyle* press_;
 };
 
 }  // namespace gruk

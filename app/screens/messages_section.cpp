@@ -13,7 +13,7 @@ namespace {
 
 QString textOf(const std::optional<std::string>& message)
 {
-    return message ? displayString(*message) : QString();
+    return message ? displayName(*message) : QString();
 }
 
 }  // namespace

@@ -26,7 +26,8 @@ constexpr double shieldSize = 36;
 
 }  // namespace
 
-RealmCard::RealmCard(Theme& theme, QWidget* parent) : QPushButton(parent), theme_(theme)
+RealmCard::RealmCard(Theme& theme, QWidget* parent)
+    : QPushButton(parent), theme_(theme), press_(new GrukTactileButtonStyle(theme, *this))
 {
     setFixedHeight(cardHeightPixels);
     setFocusPolicy(Qt::StrongFocus);
@@ -76,9 +77,8 @@ void RealmCard::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF body = cardBody(rect());
-    if (isDown()) {
-        applyPress(painter, body);
-    } else if (isLifted_ || underMouse()) {
+    press_->apply(painter, body);
+    if (!isDown() && (isLifted_ || underMouse())) {
         painter.translate(-lift, -lift);
         const QPainterPath shape = cutPath(body, cardCorners);
         painter.fillPath(shape.translated(liftedShadow, liftedShadow).subtracted(shape),

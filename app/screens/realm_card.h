@@ -2,6 +2,7 @@
 
 #include <QPushButton>
 
+#include "app/theme/tactile_press.h"
 #include "app/theme/theme.h"
 #include "core/realm/realm_identity.h"
 #include "core/realm/realm_summary.h"
@@ -50,6 +51,7 @@ private:
     void paintTexts(QPainter& painter, const QRectF& room) const;
 
     Theme& theme_;
+    GrukTactileButtonStyle* press_;
     RealmSummary realm_;
     RealmIdentity identity_;
     QString name_;

@@ -25,8 +25,8 @@ QString nameOf(const Grant& grant)
 }  // namespace
 
 RealmRow::RealmRow(Theme& theme, const Grant& grant, const RealmIdentity& identity, QWidget* parent)
-    : QPushButton(parent), theme_(theme), identity_(identity), name_(nameOf(grant)),
-      path_(displayName(grant.path))
+    : QPushButton(parent), theme_(theme), press_(new GrukTactileButtonStyle(theme, *this)),
+      identity_(identity), name_(nameOf(grant)), path_(displayName(grant.path))
 {
     setAccessibleName(QStringLiteral("%1, %2").arg(name_, path_));
     setToolTip(toolTipText(path_));
@@ -66,9 +66,7 @@ void RealmRow::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF body = cardBody(rect());
-    if (isDown()) {
-        applyPress(painter, body);
-    }
+    press_->apply(painter, body);
     if (isActive_) {
         paintCard(painter, rect(), theme_);
         const QRectF bar(body.left(), body.top() + Measure::medium, Measure::activeBar,

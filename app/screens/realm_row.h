@@ -3,6 +3,7 @@
 #include <QPushButton>
 
 #include "app/theme/label.h"
+#include "app/theme/tactile_press.h"
 #include "core/actions/grant.h"
 #include "core/realm/realm_identity.h"
 
@@ -35,6 +36,7 @@ private:
     void paintTexts(QPainter& painter, const QRectF& bounds) const;
 
     Theme& theme_;
+    GrukTactileButtonStyle* press_;
     RealmIdentity identity_;
     QString name_;
     QString path_;

@@ -14,7 +14,8 @@
 namespace gruk {
 
 ShieldButton::ShieldButton(AppModel& model, Theme& theme, QWidget* parent)
-    : QAbstractButton(parent), model_(model), theme_(theme)
+    : QAbstractButton(parent), model_(model), theme_(theme),
+      press_(new GrukTactileButtonStyle(theme, *this))
 {
     setObjectName(QStringLiteral("shieldButton"));
     const QString invitation = QStringLiteral("Customise this realm's shield");
@@ -49,9 +50,7 @@ void ShieldButton::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    if (isDown()) {
-        applyPress(painter, rect());
-    }
+    press_->apply(painter, rect());
     const RealmIdentity identity = model_.activeRealmIdentity();
     // Under the pointer the land of the realm shows that there is something to be had here.
     if (underMouse()) {

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 
 #include "app/model/app_model.h"
+#include "app/theme/tactile_press.h"
 #include "app/theme/theme.h"
 
 namespace gruk {
@@ -27,6 +28,7 @@ private:
 
     AppModel& model_;
     Theme& theme_;
+    GrukTactileButtonStyle* press_;
 };
 
 }  // namespace gruk

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "app/theme/card_painter.h"
+#include "app/theme/tactile_press.h"
 
 namespace gruk {
 
@@ -27,10 +28,9 @@ void SidebarLink::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF body = rect();
+    press().apply(painter, body);
     if (!isEnabled()) {
         painter.setOpacity(Strength::disabled);
-    } else if (isDown()) {
-        applyPress(painter, body);
     }
     if (underMouse() && isEnabled()) {
         painter.fillPath(cutPath(body, buttonCorners),

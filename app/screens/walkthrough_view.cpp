@@ -126,7 +126,10 @@ QWidget* WalkthroughView::makePage(const WalkthroughPage& page)
     column->setSpacing(Measure::medium);
     column->addStretch(1);
     column->addWidget(art);
-    column->addWidget(centredText(theme(), TextStyle::value, page.heading), 0, Qt::AlignHCenter);
+    Label* heading = centredText(theme(), TextStyle::value, page.heading);
+    // One line: a label that may wrap is asked for its width before it has its font.
+    heading->setWordWrap(false);
+    column->addWidget(heading, 0, Qt::AlignHCenter);
     column->addWidget(centredText(theme(), TextStyle::body, page.body), 0, Qt::AlignHCenter);
     column->addStretch(1);
     return view;

@@ -36,24 +36,6 @@ QLayout* promise(Theme& theme, Icon icon, const QString& text)
     return row;
 }
 
-/// A column in the middle of a page, as wide as a page's column at most.
-QVBoxLayout* middleColumn(QWidget* page)
-{
-    auto* column = new QVBoxLayout;
-    column->setSpacing(Measure::rowGap);
-    auto* sides = new QHBoxLayout;
-    sides->addStretch(1);
-    sides->addLayout(column, 4);
-    sides->addStretch(1);
-    auto* rows = new QVBoxLayout(page);
-    rows->setContentsMargins(Measure::pageMargin, Measure::pageMargin, Measure::pageMargin,
-                             Measure::pageMargin);
-    rows->addStretch(1);
-    rows->addLayout(sides);
-    rows->addStretch(1);
-    return column;
-}
-
 }  // namespace
 
 GrukWelcomeView::GrukWelcomeView(AppModel& model, Theme& theme, QWidget* parent)
@@ -121,18 +103,6 @@ void GrukWelcomeView::resizeEvent(QResizeEvent* event)
     // Laid out from the bottom up, the words stand under the Gruk and are still read first.
     halves_->setDirection(isWide ? QBoxLayout::LeftToRight : QBoxLayout::BottomToTop);
     halves_->setSpacing(isWide ? Measure::huge : Measure::medium);
-}
-
-NoRealmPage::NoRealmPage(Theme& theme, QWidget* parent) : PaperBackdrop(theme, parent)
-{
-    setObjectName(QStringLiteral("noRealmPage"));
-    QVBoxLayout* column = middleColumn(this);
-    column->addWidget(line(theme, TextStyle::brand, QStringLiteral("GRUK")));
-    column->addWidget(line(theme, TextStyle::lead,
-                           QStringLiteral("Carry on being you. The Gruk has your back.")));
-    column->addWidget(line(theme, TextStyle::body,
-                           QStringLiteral("Pick a realm on the left to see what the Gruk knows "
-                                          "about it.")));
 }
 
 }  // namespace gruk

@@ -29,12 +29,4 @@ private:
     ArtView* hero_;
 };
 
-/// What shows while there are realms and none is open.
-class NoRealmPage : public PaperBackdrop {
-    Q_OBJECT
-
-public:
-    explicit NoRealmPage(Theme& theme, QWidget* parent = nullptr);
-};
-
 }  // namespace gruk

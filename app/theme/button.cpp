@@ -16,15 +16,6 @@ constexpr int hoverLightness = 108;
 
 }  // namespace
 
-void applyPress(QPainter& painter, const QRectF& bounds)
-{
-    const PressLook look = pressLook(1);
-    painter.translate(bounds.center() + QPointF(look.offset, look.offset));
-    painter.scale(look.scale, look.scale);
-    painter.translate(-bounds.center());
-    painter.setOpacity(look.opacity);
-}
-
 Button::Button(Theme& theme, Kind kind, const QString& text, QWidget* parent)
     : QPushButton(text, parent), theme_(theme), kind_(kind),
       press_(new GrukTactileButtonStyle(theme, *this))

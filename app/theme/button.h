@@ -21,8 +21,7 @@ public:
         primary,
         secondary,
         /// One that takes something away: outlined in red, never filled, never the default. No
-        /// palette
-        /// has a red that can be read on paper, so its text is ink.
+        /// palette has a red that can be read on paper, so its text is ink.
         destructive,
         /// Text alone, underlined under the pointer.
         link,
@@ -43,6 +42,7 @@ protected:
     void leaveEvent(QEvent* event) override;
 
     [[nodiscard]] Theme& theme() const { return theme_; }
+    [[nodiscard]] const GrukTactileButtonStyle& press() const { return *press_; }
 
 private:
     [[nodiscard]] int iconWidth() const;
@@ -73,9 +73,5 @@ private:
     QString closedText_;
     QString openText_;
 };
-
-/// Scales, moves and pales `painter` as what is fully pressed is, about the middle of `bounds`, and
-/// without the spring.
-void applyPress(QPainter& painter, const QRectF& bounds);
 
 }  // namespace gruk

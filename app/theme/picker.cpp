@@ -45,7 +45,7 @@ QSize Picker::sizeHint() const
     for (int index = 0; index < count(); ++index) {
         widest = std::max(widest, fontMetrics().horizontalAdvance(itemText(index)));
     }
-    return {widest + 2 * Measure::medium + Measure::small + Measure::smallIconSize,
+    return {widest + 1 + 2 * Measure::medium + Measure::small + Measure::smallIconSize,
             Measure::buttonHeight};
 }
 

@@ -43,7 +43,6 @@ QCoro::Task<> showWelcome(Tour& tour, Stage& stage)
 
 QCoro::Task<> showWalkthrough(Tour& tour, Stage& stage)
 {
-    tour.theme().setReducedMotion(true);
     auto* walkthrough = new WalkthroughView(tour.theme(), &stage.window());
     walkthrough->open();
     const int count = static_cast<int>(WalkthroughView::pages().size());
@@ -53,7 +52,6 @@ QCoro::Task<> showWalkthrough(Tour& tour, Stage& stage)
         co_await tour.take(stage, "63-walkthrough-" + std::to_string(page + 1));
     }
     walkthrough->accept();
-    tour.theme().setReducedMotion(false);
     co_await stage.repaint();
 }
 

@@ -53,13 +53,13 @@ QCoro::Task<> showSelection(Tour& tour, Stage& stage)
         co_return;
     }
     scrollTo(stage, *rows.first());
-    co_await tour.take(stage, "50-selected");
+    co_await tour.take(stage, "55-selected");
     for (QAbstractButton* button : rows.first()->findChildren<QAbstractButton*>()) {
         if (button->text() == QStringLiteral("Move to Trash")) {
             button->click();
         }
     }
-    co_await tour.take(stage, "51-trash-question");
+    co_await tour.take(stage, "56-trash-question");
     closeSheets(stage);
 }
 
@@ -67,8 +67,12 @@ QCoro::Task<> showSelection(Tour& tour, Stage& stage)
 
 QCoro::Task<> showReview(Tour& tour, Stage& stage)
 {
+    co_await stage.model().selectRealm(FileURL::directory((tour.realms() / "Forest").native()));
+    co_await stage.settle();
+    co_await stage.model().patrolActiveRealm();
+    co_await stage.settle();
     press(stage, QStringLiteral("Enable Trash actions…"));
-    co_await tour.take(stage, "52-enable-trash-actions");
+    co_await tour.take(stage, "54-enable-trash-actions");
     closeSheets(stage);
     stage.model().setReviewOnly(false);
     co_await stage.settle();
@@ -78,9 +82,9 @@ QCoro::Task<> showReview(Tour& tour, Stage& stage)
     if (QAbstractButton* automations = buttonWith(stage, QStringLiteral("Automations"))) {
         scrollTo(stage, *automations);
     }
-    co_await tour.take(stage, "53-automations");
+    co_await tour.take(stage, "57-automations");
     press(stage, QStringLiteral("Organise this realm"));
-    co_await tour.take(stage, "54-organise");
+    co_await tour.take(stage, "58-organise");
     closeSheets(stage);
     stage.model().setReviewOnly(true);
     co_await stage.settle();

@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDropEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QMimeData>
 #include <QSignalSpy>
@@ -217,6 +218,11 @@ TEST(MainWindow, aFirstStartShowsTheWelcomeScreenUnderTheWalkthrough)
     house.settle();
     EXPECT_EQ(house.window->page()->objectName(), QStringLiteral("welcomePage"));
     EXPECT_TRUE(house.shows(QStringLiteral("Choose a realm.")));
+    for (const QLabel* label : house.window->findChildren<QLabel*>()) {
+        if (label->text() == QStringLiteral("Choose a realm.")) {
+            EXPECT_GE(label->width(), label->fontMetrics().horizontalAdvance(label->text()));
+        }
+    }
     house.button(QStringLiteral("Skip"))->click();
     house.settle();
     EXPECT_EQ(house.preferences->boolean(SettingKeys::hasSeenWalkthrough), true);
