@@ -34,11 +34,15 @@ SidebarView::SidebarView(AppModel& model, Theme& theme, QWidget* parent)
 {
     setFixedWidth(Measure::sidebarWidth);
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(Measure::medium, Measure::large, Measure::medium, Measure::medium);
+    column->setContentsMargins(Measure::small, Measure::large, Measure::small, Measure::medium);
     column->setSpacing(Measure::small);
     column->addWidget(makeBrand());
     column->addWidget(scrolling(makePlaces()), 1);
-    column->addWidget(makePatrolAll());
+    auto* foot = new QHBoxLayout;
+    foot->setContentsMargins(Measure::hair, 0, 0, 0);
+    foot->addWidget(makePatrolAll());
+    foot->addStretch();
+    column->addLayout(foot);
 
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
     auto* repaint = new RepaintOnce([this] { refresh(); }, this);
@@ -67,7 +71,7 @@ QWidget* SidebarView::makeBrand()
     words->addWidget(line);
     words->addStretch();
     auto* row = new QHBoxLayout(brand);
-    row->setContentsMargins(Measure::small, 0, 0, 0);
+    row->setContentsMargins(Measure::medium, 0, 0, 0);
     row->setSpacing(Measure::medium);
     row->addWidget(hero);
     row->addLayout(words, 1);
@@ -98,7 +102,8 @@ QWidget* SidebarView::makePlaces()
     shortcuts_ = new QVBoxLayout;
     shortcuts_->setSpacing(0);
     auto* column = new QVBoxLayout(places);
-    column->setContentsMargins(0, 0, 0, 0);
+    // Room for the ring around what has the focus.
+    column->setContentsMargins(Measure::hair, Measure::hair, Measure::hair, Measure::hair);
     column->setSpacing(Measure::hair);
     column->addWidget(back);
     column->addWidget(heading);

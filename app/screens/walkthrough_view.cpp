@@ -127,7 +127,7 @@ QWidget* WalkthroughView::makePage(const WalkthroughPage& page)
     column->addStretch(1);
     column->addWidget(art);
     Label* heading = centredText(theme(), TextStyle::value, page.heading);
-    // One line: a label that may wrap is asked for its width before it has its font.
+    // Always one line.
     heading->setWordWrap(false);
     column->addWidget(heading, 0, Qt::AlignHCenter);
     column->addWidget(centredText(theme(), TextStyle::body, page.body), 0, Qt::AlignHCenter);
