@@ -15,6 +15,7 @@
 #include "app/desktop/qt_task_pool.h"
 #include "app/screens/confirmation_dialog.h"
 #include "app/screens/finding_row.h"
+#include "app/screens/findings_section.h"
 #include "app/screens/realm_row.h"
 #include "app/theme/house_style.h"
 #include "app/tour/art_scenes.h"
@@ -158,6 +159,10 @@ QCoro::Task<> Tour::showLooks(Stage& stage)
 
 QCoro::Task<> Tour::showOpenParts(Stage& stage)
 {
+    // What is out of view has no rows.
+    const auto* findings = stage.window().findChild<FindingsSection*>();
+    pageOf(stage)->verticalScrollBar()->setValue(findings->y());
+    co_await stage.settle();
     const auto rows = stage.window().findChildren<FindingRow*>();
     if (!rows.isEmpty()) {
         static_cast<QAbstractButton*>(rows.first()->disclosure())->click();
