@@ -73,6 +73,7 @@ gruk_add_tests(gruk_app_tests
     app/theme/paper_backdrop_test.cpp
     app/theme/popover_test.cpp
     app/theme/sheet_test.cpp
+    app/theme/segmented_control_test.cpp
     app/theme/shield_geometry_test.cpp
     app/theme/tactile_press_test.cpp
     app/theme/text_test.cpp

@@ -123,6 +123,13 @@ QWidget* TerritoriesView::makePlaceholder()
     return placeholder;
 }
 
+TerritoriesView::~TerritoriesView()
+{
+    // Both lose the focus while they end, which is after this page has.
+    disconnect(map_, nullptr, this, nullptr);
+    disconnect(grid_, nullptr, this, nullptr);
+}
+
 void TerritoriesView::connectModel()
 {
     connect(map_, &TerritoryMapView::selected, this, &TerritoriesView::open);

@@ -23,6 +23,7 @@ class TerritoriesView : public QScrollArea {
 
 public:
     TerritoriesView(AppModel& model, Theme& theme, QWidget* parent = nullptr);
+    ~TerritoriesView() override;
 
 protected:
     void showEvent(QShowEvent* event) override;

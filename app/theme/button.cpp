@@ -10,6 +10,8 @@ namespace gruk {
 
 namespace {
 
+/// From pointing right to pointing down.
+constexpr double chevronTurn = 90;
 constexpr double outlineWidth = 1.2;
 /// Of a primary button under the pointer, in percent.
 constexpr int hoverLightness = 108;
@@ -33,6 +35,12 @@ void Button::setSymbol(Icon icon)
 {
     symbol_ = icon;
     updateGeometry();
+    update();
+}
+
+void Button::setSymbolTurn(double degrees)
+{
+    symbolTurn_ = degrees;
     update();
 }
 
@@ -109,8 +117,12 @@ void Button::paintContent(QPainter& painter, const QRectF& body) const
     double left =
         kind_ == Kind::link ? body.left() : body.center().x() - (iconWidth() + textWidth) / 2;
     if (symbol_) {
-        drawIcon(painter, QPointF(left, body.center().y() - Measure::smallIconSize / 2.0), *symbol_,
-                 textColour(), Measure::smallIconSize);
+        constexpr double half = Measure::smallIconSize / 2.0;
+        painter.save();
+        painter.translate(left + half, body.center().y());
+        painter.rotate(symbolTurn_);
+        drawIcon(painter, QPointF(-half, -half), *symbol_, textColour(), Measure::smallIconSize);
+        painter.restore();
         left += iconWidth();
     }
     QFont textFont = font();
@@ -150,14 +162,27 @@ DisclosureButton::DisclosureButton(Theme& theme, const QString& closedText, cons
     : Button(theme, Kind::link, closedText, parent), closedText_(closedText), openText_(openText)
 {
     setCheckable(true);
+    setSymbol(Icon::chevronRight);
+    turn_.setStartValue(0.0);
+    turn_.setEndValue(chevronTurn);
+    turn_.setEasingCurve(QEasingCurve::InOutQuad);
+    connect(&turn_, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& value) { setSymbolTurn(value.toDouble()); });
     connect(this, &QAbstractButton::toggled, this, &DisclosureButton::showState);
-    showState();
 }
 
 void DisclosureButton::showState()
 {
     setText(isOpen() ? openText_ : closedText_);
-    setSymbol(isOpen() ? Icon::chevronDown : Icon::chevronRight);
+    updateGeometry();
+    const int duration = isVisible() ? theme().duration(Measure::slideMilliseconds) : 0;
+    turn_.stop();
+    if (duration == 0) {
+        return setSymbolTurn(isOpen() ? chevronTurn : 0);
+    }
+    turn_.setDuration(duration);
+    turn_.setDirection(isOpen() ? QAbstractAnimation::Forward : QAbstractAnimation::Backward);
+    turn_.start();
 }
 
 }  // namespace gruk

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include <QPushButton>
+#include <QVariantAnimation>
 
 #include "app/theme/icons.h"
 #include "app/theme/theme.h"
@@ -31,6 +32,8 @@ public:
 
     /// The icon before the text.
     void setSymbol(Icon icon);
+    /// Turned by so many degrees, clockwise.
+    void setSymbolTurn(double degrees);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
@@ -54,6 +57,7 @@ private:
     Kind kind_;
     GrukTactileButtonStyle* press_;
     std::optional<Icon> symbol_;
+    double symbolTurn_ = 0;
 };
 
 /// A link with a chevron that opens and closes what stands under it.
@@ -72,6 +76,7 @@ private:
 
     QString closedText_;
     QString openText_;
+    QVariantAnimation turn_;
 };
 
 }  // namespace gruk

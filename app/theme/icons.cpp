@@ -144,7 +144,10 @@ Icon iconFor(FileKind kind)
 double pixelRatio(const QPainter& painter)
 {
     constexpr double quarters = 4;
-    return std::max(1.0, std::ceil(painter.deviceTransform().m11() * quarters) / quarters);
+    const QTransform transform = painter.deviceTransform();
+    // What is turned is no smaller for that.
+    const double scale = std::hypot(transform.m11(), transform.m12());
+    return std::max(1.0, std::ceil(scale * quarters) / quarters);
 }
 
 void drawIcon(QPainter& painter, const QPointF& topLeft, Icon icon, const QColor& colour, int size)

@@ -34,14 +34,6 @@ protected:
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        if (isChecked()) {
-            const double inset = Measure::focusGap;
-            const QRectF body = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
-            painter.fillPath(cutPath(body, buttonCorners), theme_.colour(Role::paperCard));
-            painter.strokePath(cutPath(body, buttonCorners),
-                               QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
-        }
         painter.setPen(theme_.colour(Role::ink, isChecked() ? Strength::full : Strength::quiet));
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
     }
@@ -72,9 +64,38 @@ SegmentedControl::SegmentedControl(Theme& theme, const QStringList& labels,
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
     connect(group_, &QButtonGroup::idToggled, this, [this](int index, bool checked) {
         if (checked) {
+            startSliding();
             Q_EMIT currentChanged(index);
         }
     });
+    slide_.setEasingCurve(QEasingCurve::InOutQuad);
+    connect(&slide_, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
+}
+
+QRectF SegmentedControl::place() const
+{
+    const double inset = Measure::focusGap;
+    return QRectF(group_->checkedButton()->geometry()).adjusted(inset, inset, -inset, -inset);
+}
+
+void SegmentedControl::startSliding()
+{
+    const bool isMoving = slide_.state() == QAbstractAnimation::Running;
+    const QRectF from =
+        isMoving || slide_.endValue().isValid() ? slide_.currentValue().toRectF() : place();
+    slide_.stop();
+    slide_.setStartValue(from);
+    slide_.setEndValue(place());
+    slide_.setDuration(isVisible() ? theme_.duration(Measure::slideMilliseconds) : 0);
+    slide_.start();
+}
+
+void SegmentedControl::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    slide_.stop();
+    slide_.setStartValue(place());
+    slide_.setEndValue(place());
 }
 
 int SegmentedControl::current() const
@@ -96,6 +117,11 @@ void SegmentedControl::paintEvent(QPaintEvent*)
         cutPath(QRectF(rect()).adjusted(half, half, -half, -half), buttonCorners);
     painter.fillPath(shape, theme_.colour(Role::paperInset));
     painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
+    const bool isSliding = slide_.state() == QAbstractAnimation::Running;
+    const QPainterPath card =
+        cutPath(isSliding ? slide_.currentValue().toRectF() : place(), buttonCorners);
+    painter.fillPath(card, theme_.colour(Role::paperCard));
+    painter.strokePath(card, QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
 }
 
 }  // namespace gruk
