@@ -140,7 +140,7 @@ DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
     column->addLayout(line);
     auto* row = new QHBoxLayout(this);
     // As far from the left as in the row of a realm that is there.
-    row->setContentsMargins(Measure::medium + 1, Measure::hair, 0, Measure::hair);
+    row->setContentsMargins(Measure::medium + 1, Measure::hair, Measure::hair, Measure::hair);
     row->setSpacing(Measure::small);
     row->addWidget(shield_);
     row->addLayout(column, 1);

@@ -23,6 +23,7 @@
 #include "app/tour/hard_scenes.h"
 #include "app/tour/land_scenes.h"
 #include "app/tour/quiet_scenes.h"
+#include "app/tour/palette_scenes.h"
 #include "app/tour/review_scenes.h"
 #include "app/tour/sample_realm.h"
 #include "app/tour/shield_sheet.h"
@@ -110,6 +111,7 @@ QCoro::Task<> Tour::run()
         co_await showRemoval(stage);
         co_await showMessages(stage);
         co_await showReview(*this, stage);
+        co_await showPalettes(*this, stage);
         co_await showLand(*this, stage);
         co_await showTray(*this, stage);
         co_await showQuiet(*this, stage);
