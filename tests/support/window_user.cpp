@@ -16,8 +16,9 @@ namespace gruk::test {
 
 namespace {
 
-/// Long enough for any machine; reached only by a failure.
-constexpr auto patience = std::chrono::seconds(60);
+/// Long enough for any machine, also for one whose disk is busy with something else and makes each
+/// save wait; reached only by a failure.
+constexpr auto patience = std::chrono::minutes(5);
 constexpr auto lookAgain = std::chrono::milliseconds(5);
 
 }  // namespace
