@@ -73,6 +73,13 @@ Figures floor(Arguments arguments)
     return {{"seconds", seconds}, {"items", static_cast<double>(items)}};
 }
 
+Figures attributeFloor(Arguments arguments)
+{
+    return {{"seconds", secondsOf([&] {
+                 static_cast<void>(bareWalk(arguments[0], Asking::factsAndAttributes));
+             })}};
+}
+
 /// Walks and records what is below `root` as the scanner does.
 void addTree(const FileURL& root, SnapshotEntriesBuilder& entries)
 {
@@ -220,9 +227,11 @@ struct Side {
 };
 
 constexpr Side sides[] = {
-    {"prepare", 2, prepare}, {"floor", 1, floor},   {"scan", 1, scan},       {"order", 1, order},
-    {"patrol", 2, patrol},   {"decode", 2, decode}, {"read", 1, read},       {"encode", 2, encode},
-    {"write", 2, write},     {"copy", 2, copy},     {"history", 2, history}, {"pass", 1, pass},
+    {"prepare", 2, prepare}, {"floor", 1, floor}, {"attribute-floor", 1, attributeFloor},
+    {"scan", 1, scan},       {"order", 1, order}, {"patrol", 2, patrol},
+    {"decode", 2, decode},   {"read", 1, read},   {"encode", 2, encode},
+    {"write", 2, write},     {"copy", 2, copy},   {"history", 2, history},
+    {"pass", 1, pass},
 };
 
 }  // namespace

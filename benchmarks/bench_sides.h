@@ -21,6 +21,7 @@ inline constexpr const char* worked = "/patrol.json";
 ///
 ///     prepare DIR FOLDER   makes the stores of DIR in FOLDER
 ///     floor DIR            the bare walk; tells "items" too
+///     attribute-floor DIR  the bare walk that asks for attributes, too
 ///     scan DIR             a scan as a patrol does it, its ordering included
 ///     order DIR            the ordering alone, of entries that a walk has just added
 ///     patrol DIR STORE     a whole patrol; tells "peak_bytes" and "entries" too
