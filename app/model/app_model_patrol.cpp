@@ -1,10 +1,31 @@
+#include <functional>
+#include <system_error>
 #include <utility>
 
 #include "app/model/app_model.h"
 #include "app/model/background.h"
 #include "app/model/model_copy.h"
+#include "platform/foundation/errors.h"
 
 namespace gruk {
+
+namespace {
+
+/// Throws unless the realm that was opened under `access` is still at its place. Holds no access.
+std::function<void()> confirmation(const FileURL& url, const std::shared_ptr<ScopedAccess>& access)
+{
+    if (!access) {
+        return nullptr;
+    }
+    return [url, stands = access->stands()] {
+        if (!stands()) {
+            throw FileError(std::make_error_code(std::errc::no_such_file_or_directory), "patrol",
+                            url.path());
+        }
+    };
+}
+
+}  // namespace
 
 QCoro::Task<> AppModel::patrolActiveRealm()
 {
@@ -74,11 +95,12 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::runPatrol(FileURL url,
 QCoro::Task<std::optional<std::int64_t>> AppModel::patrolTaskBody(FileURL url, std::stop_token stop)
 {
     const Lifetime::Watch self = lifetime_.watch();
-    std::function<RealmFigures()> patrol = [url, stop, progress = progressHandler(),
-                                            scanner = with_.snapshotScanner,
-                                            store = with_.snapshotStore] {
-        return RealmFigures(PatrolCoordinator::patrol(url, *scanner, *store, progress, stop));
-    };
+    std::function<RealmFigures()> patrol =
+        [url, stop, progress = progressHandler(), scanner = with_.snapshotScanner,
+         store = with_.snapshotStore, confirm = confirmation(url, patrolAccess_)] {
+            return RealmFigures(
+                PatrolCoordinator::patrol(url, *scanner, *store, progress, stop, confirm));
+        };
     std::optional<std::int64_t> findings;
     try {
         RealmFigures figures =
@@ -155,7 +177,7 @@ void AppModel::publish(const FileURL& url, RealmFigures figures, std::optional<O
         discard(std::make_shared<RealmFigures>(std::move(figures)));
     }
     tell(message);
-    assign(territoriesAreStale_, true, &AppModel::territoriesAreStaleChanged);
+    markTerritoriesStale();
 }
 
 void AppModel::finishPatrol()

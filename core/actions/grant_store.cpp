@@ -79,6 +79,16 @@ std::vector<Grant> storedGrants(const FileURL& url)
     }
 }
 
+bool leadsTo(const FileURL& place, const std::function<FileURL(std::string_view)>& resolve,
+             const std::string& bookmark)
+{
+    try {
+        return resolve(bookmark) == place;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
 std::string standardizedPath(const FileURL& url)
 {
     return url.standardized().path();
@@ -131,8 +141,11 @@ std::shared_ptr<ScopedAccess> GrantStore::startAccess(const FileURL& url) const
     }
     try {
         const FileURL resolved = calls_.resolve(grant->bookmark);
-        return std::make_shared<ScopedAccess>(resolved, calls_.startAccessing(resolved),
-                                              calls_.stopAccessing);
+        return std::make_shared<ScopedAccess>(
+            resolved, calls_.startAccessing(resolved), calls_.stopAccessing,
+            [resolved, resolve = calls_.resolve, bookmark = grant->bookmark] {
+                return leadsTo(resolved, resolve, bookmark);
+            });
     } catch (const std::exception&) {
         return nullptr;
     }

@@ -54,10 +54,15 @@ OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& au
 {
     // All moves of one operation are one batch, which ends with these calls.
     const auto batch = std::make_shared<MoveBatch>(calls);
+    if (authorizedRoot) {
+        batch->stayIn(*authorizedRoot);
+    }
     const MoveConditions conditions{authorizedRoot, std::nullopt, batch.get()};
     OrganiseCalls disk;
-    disk.contentsOfDirectory = [calls](const FileURL& folder) {
-        return itemsIn(folder, HiddenItems::listed, calls);
+    disk.contentsOfDirectory = [calls, batch](const FileURL& folder) {
+        std::vector<FileURL> items = itemsIn(folder, HiddenItems::listed, calls);
+        batch->requireRoot();
+        return items;
     };
     disk.fileExists = [calls](const FileURL& url) { return itemStands(url, calls); };
     disk.createDirectory = [calls, conditions](const FileURL& url) {

@@ -4,9 +4,14 @@
 
 namespace gruk {
 
-ScopedAccess::ScopedAccess(FileURL url, bool didStartAccessing, StopFunction stop)
-    : url_(std::move(url)), didStartAccessing_(didStartAccessing), stop_(std::move(stop))
+ScopedAccess::ScopedAccess(FileURL url, bool didStartAccessing, StopFunction stop,
+                           StandsFunction stands)
+    : url_(std::move(url)), didStartAccessing_(didStartAccessing), stop_(std::move(stop)),
+      stands_(std::move(stands))
 {
+    if (!stands_) {
+        stands_ = [] { return true; };
+    }
 }
 
 ScopedAccess::~ScopedAccess()

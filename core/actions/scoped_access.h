@@ -15,8 +15,14 @@ public:
     /// one means that there is nothing to balance.
     using StopFunction = std::function<void(const FileURL&)>;
 
-    /// Takes over an access that was started (or refused, `didStartAccessing` false).
-    ScopedAccess(FileURL url, bool didStartAccessing, StopFunction stop = stopAccessing);
+    /// Whether the granted directory itself is still where the access leads. Looks at the disk; any
+    /// thread, also when the access has been released; must not throw.
+    using StandsFunction = std::function<bool()>;
+
+    /// Takes over an access that was started (or refused, `didStartAccessing` false). Without
+    /// `stands` it is taken to stand for ever.
+    ScopedAccess(FileURL url, bool didStartAccessing, StopFunction stop = stopAccessing,
+                 StandsFunction stands = {});
     ~ScopedAccess();
     ScopedAccess(const ScopedAccess&) = delete;
     ScopedAccess& operator=(const ScopedAccess&) = delete;
@@ -24,11 +30,14 @@ public:
     /// Where the grant's own directory is now; the authorised root, never the sub-path asked for.
     [[nodiscard]] const FileURL& url() const noexcept { return url_; }
     [[nodiscard]] bool didStartAccessing() const noexcept { return didStartAccessing_; }
+    /// Never empty.
+    [[nodiscard]] const StandsFunction& stands() const noexcept { return stands_; }
 
 private:
     FileURL url_;
     bool didStartAccessing_;
     StopFunction stop_;
+    StandsFunction stands_;
 };
 
 }  // namespace gruk

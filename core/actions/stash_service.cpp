@@ -34,10 +34,15 @@ StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
 {
     // All moves of one operation are one batch, which ends with these calls.
     const auto batch = std::make_shared<MoveBatch>(calls);
+    if (authorizedRoot) {
+        batch->stayIn(*authorizedRoot);
+    }
     const MoveConditions conditions{authorizedRoot, std::nullopt, batch.get()};
     StashCalls disk;
-    disk.contentsOfDirectory = [calls](const FileURL& folder) {
-        return itemsIn(folder, HiddenItems::skipped, calls);
+    disk.contentsOfDirectory = [calls, batch](const FileURL& folder) {
+        std::vector<FileURL> items = itemsIn(folder, HiddenItems::skipped, calls);
+        batch->requireRoot();
+        return items;
     };
     disk.fileExists = [calls](const FileURL& url) { return itemStands(url, calls); };
     disk.createDirectory = [calls, conditions](const FileURL& url) {

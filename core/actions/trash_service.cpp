@@ -1,8 +1,10 @@
 #include "core/actions/trash_service.h"
 
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -48,6 +50,9 @@ TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
     };
     const auto reviewed = std::make_shared<Review>();
     const auto batch = std::make_shared<MoveBatch>(calls);
+    if (authorizedRoot) {
+        batch->stayIn(*authorizedRoot);
+    }
     TrashCalls disk;
     disk.identityReader = [calls, reviewed](const FileURL& url) -> std::optional<FileIdentity> {
         *reviewed = {url, itemIdentity(url, calls)};
@@ -106,8 +111,12 @@ std::vector<TrashRequest> withoutRepetitions(const std::vector<TrashRequest>& re
     return items;
 }
 
+/// How many items are prepared together. A process that is killed leaves the info files of no more
+/// than these behind without their items.
+constexpr std::size_t preparedTogether = 64;
+
 /// Tells of what is about to move, where it is more than one item.
-void prepare(const TrashCalls& calls, const std::vector<TrashRequest>& items, const FileURL& root)
+void prepare(const TrashCalls& calls, std::span<const TrashRequest> items, const FileURL& root)
 {
     if (!calls.prepare || items.size() < 2) {
         return;
@@ -159,9 +168,13 @@ TrashOperation TrashService::moveToTrash(const std::vector<TrashRequest>& reques
     const FileURL root = authorizedRoot.standardized();
     const TrashCalls calls = callsUnder_(root);
     const std::vector<TrashRequest> items = withoutRepetitions(requests);
-    prepare(calls, items, root);
     TrashOperation operation;
-    for (const TrashRequest& item : items) {
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (i % preparedTogether == 0) {
+            const std::size_t count = std::min(preparedTogether, items.size() - i);
+            prepare(calls, std::span(items).subspan(i, count), root);
+        }
+        const TrashRequest& item = items[i];
         const FileURL& url = item.url;
         if (const auto reason = refusal(calls, url, root, item.expectedIdentity)) {
             operation.failures.push_back({url, *reason, {}});

@@ -27,8 +27,9 @@ struct TrashCalls {
     /// Whether an item is in the Trash; empty means that `fileExists` tells. Most links lead
     /// nowhere from inside the Trash, and are there all the same.
     std::function<bool(const FileURL&)> standsInTrash = {};
-    /// Told, before the first of several moves, of all items that may go as things stand; each is
-    /// looked at again at its move. Empty means that nobody wants to know.
+    /// Told, before the first of several moves, of the items that may go as things stand, a limited
+    /// number at a time; each is looked at again at its move. Empty means that nobody wants to
+    /// know.
     std::function<void(const std::vector<FileURL>&)> prepare = {};
 };
 

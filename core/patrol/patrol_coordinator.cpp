@@ -6,7 +6,8 @@
 namespace gruk::PatrolCoordinator {
 
 PatrolResult patrol(const FileURL& root, SnapshotScanner& scanner, SnapshotStore& store,
-                    const PatrolProgressFunction& progress, std::stop_token stop)
+                    const PatrolProgressFunction& progress, std::stop_token stop,
+                    const std::function<void()>& confirm)
 {
     PatrolResult result;
     // Before the walk, so that the prior snapshot can never be the new one; and with the path as
@@ -16,6 +17,9 @@ PatrolResult patrol(const FileURL& root, SnapshotScanner& scanner, SnapshotStore
         result.priorSnapshot = std::move(stored.back());
     }
     result.snapshot = scanner.scan(root, Date::now(), progress, std::move(stop));
+    if (confirm) {
+        confirm();
+    }
     if (result.priorSnapshot) {
         result.deltas = SnapshotDeltaEngine::compare(*result.priorSnapshot, result.snapshot);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -39,9 +40,14 @@ namespace PatrolCoordinator {
 /// Looks up the snapshot before, walks, compares, judges, and only then stores. Whatever fails on
 /// the way leaves the store as it was; the error is that of the step. A stop that is requested
 /// after the walk does not keep the snapshot from being saved. Blocks; any thread but the main.
+///
+/// `confirm`, which may be empty, is called after the walk, on this thread; what it throws ends the
+/// patrol. For whoever knows by more than its path which directory is meant: what stood there may
+/// have gone, and another have come, while the patrol waited and walked.
 [[nodiscard]] PatrolResult patrol(const FileURL& root, SnapshotScanner& scanner,
                                   SnapshotStore& store, const PatrolProgressFunction& progress = {},
-                                  std::stop_token stop = {});
+                                  std::stop_token stop = {},
+                                  const std::function<void()>& confirm = {});
 
 }  // namespace PatrolCoordinator
 }  // namespace gruk

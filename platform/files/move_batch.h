@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/files/move_calls.h"
+#include "platform/foundation/file_url.h"
 
 namespace gruk {
 
@@ -19,6 +20,15 @@ public:
     ~MoveBatch();
     MoveBatch(const MoveBatch&) = delete;
     MoveBatch& operator=(const MoveBatch&) = delete;
+
+    /// Takes note of which directory stands at `root` now. From then on, moves of this batch under
+    /// that `MoveConditions::within` find their way through this very one only: another folder put
+    /// in its place, or the bare mount point of a disk that was pulled out, is refused with
+    /// `no_such_file_or_directory`. One that cannot be looked at refuses every move with that
+    /// error.
+    void stayIn(const FileURL& root);
+    /// Throws `FileError` unless the directory of `stayIn`, if any, still stands at its place.
+    void requireRoot() const;
 
     /// Does what is left to do for the moves so far. Failures are not told: the moves stand.
     void finish() noexcept;

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 
 #include "platform/linux/errno_error.h"
+#include "platform/linux/move_records.h"
 #include "platform/linux/persistently.h"
 
 namespace gruk {
@@ -69,6 +70,13 @@ OpenedDirectory openDirectoryAt(std::string_view path, const MoveCalls& calls)
 OpenedParent openWayTo(const FileURL& url, const std::optional<FileURL>& within,
                        const char* operation, const MoveCalls& calls)
 {
+    return openWayTo(url, MoveConditions{within, std::nullopt, nullptr}, operation, calls);
+}
+
+OpenedParent openWayTo(const FileURL& url, const MoveConditions& conditions, const char* operation,
+                       const MoveCalls& calls)
+{
+    const std::optional<FileURL>& within = conditions.within;
     const std::string& path = url.path();
     const std::string name(url.lastPathComponent());
     if (name == "/" || name == "." || name == "..") {
@@ -76,9 +84,13 @@ OpenedParent openWayTo(const FileURL& url, const std::optional<FileURL>& within,
     }
     const std::string_view way = std::string_view(path).substr(0, path.size() - name.size());
     const bool isBelow = within && path != within->path() && pathIsAtOrBelow(path, within->path());
-    OpenedDirectory parent = isBelow ? descend(openDirectoryAt(within->path(), calls),
-                                               way.substr(within->path().size()), calls)
-                                     : openDirectoryAt(way, calls);
+    OpenedDirectory parent = openDirectoryAt(isBelow ? within->path() : way, calls);
+    if (isBelow && parent.error == 0 && conditions.batch != nullptr) {
+        conditions.batch->records().requireRoot(parent.directory, *within, operation);
+    }
+    if (isBelow) {
+        parent = descend(std::move(parent), way.substr(within->path().size()), calls);
+    }
     if (parent.error != 0) {
         throwErrno(parent.error, operation, path);
     }

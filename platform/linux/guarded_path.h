@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/files/move_calls.h"
+#include "platform/files/move_conditions.h"
 #include "platform/foundation/file_url.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/long_path.h"
@@ -32,6 +33,11 @@ struct OpenedDirectory {
 /// followed as it reads. Throws `FileError` with `operation` and the path: also for the root, which
 /// has no parent, and for a way below `within` that leads up again.
 [[nodiscard]] OpenedParent openWayTo(const FileURL& url, const std::optional<FileURL>& within,
+                                     const char* operation, const MoveCalls& calls);
+
+/// The same under `conditions.within`, which must be the directory that the batch stays in, if it
+/// stays in one there.
+[[nodiscard]] OpenedParent openWayTo(const FileURL& url, const MoveConditions& conditions,
                                      const char* operation, const MoveCalls& calls);
 
 }  // namespace gruk

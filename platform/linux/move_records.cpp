@@ -3,13 +3,18 @@
 #include <algorithm>
 #include <cerrno>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
 
+#include "platform/foundation/errors.h"
+#include "platform/linux/errno_error.h"
+#include "platform/linux/guarded_path.h"
 #include "platform/linux/persistently.h"
 #include "platform/linux/small_file.h"
 #include "platform/linux/trash_info.h"
+#include "platform/linux/volume_top.h"
 
 namespace gruk {
 
@@ -22,6 +27,12 @@ constexpr std::size_t mostNames = 64;
 Descriptor another(int directory)
 {
     return Descriptor(::fcntl(directory, F_DUPFD_CLOEXEC, 0));
+}
+
+int describe(const Descriptor& directory, PlaceFacts& facts, const MoveCalls& calls)
+{
+    return persistently(
+        [&] { return calls.facts(directory.number(), "", LastLink::refused, facts); });
 }
 
 std::string infoName(const std::string& name)
@@ -50,12 +61,66 @@ MoveBatch::~MoveBatch()
     finish();
 }
 
+void MoveBatch::stayIn(const FileURL& root)
+{
+    records_->stayIn(root);
+}
+
+void MoveBatch::requireRoot() const
+{
+    records_->requireRoot();
+}
+
 void MoveBatch::finish() noexcept
 {
     records_->finish();
 }
 
 MoveBatch::Records::Records(MoveCalls calls) : calls_(std::move(calls)) {}
+
+void MoveBatch::Records::stayIn(const FileURL& root)
+{
+    Root known{root, Descriptor(), 0, {}};
+    OpenedDirectory opened = openDirectoryAt(root.path(), calls_);
+    known.error = opened.error;
+    if (opened.error == 0) {
+        known.error = -describe(opened.directory, known.facts, calls_);
+    }
+    known.directory = std::move(opened.directory);
+    root_ = std::move(known);
+}
+
+void MoveBatch::Records::requireRoot() const
+{
+    constexpr const char* operation = "examine";
+    if (root_) {
+        const OpenedDirectory opened = openDirectoryAt(root_->place.path(), calls_);
+        if (opened.error != 0) {
+            throwErrno(opened.error, operation, root_->place.path());
+        }
+        requireRoot(opened.directory, root_->place, operation);
+    }
+}
+
+void MoveBatch::Records::requireRoot(const Descriptor& opened, const FileURL& place,
+                                     const char* operation) const
+{
+    if (!root_ || root_->place.path() != place.path()) {
+        return;
+    }
+    PlaceFacts facts;
+    const int error = root_->error != 0 ? root_->error : -describe(opened, facts, calls_);
+    if (error != 0) {
+        throwErrno(error, operation, place.path());
+    }
+    const bool isSame = facts.item.inode == root_->facts.item.inode
+                        && facts.item.deviceID == root_->facts.item.deviceID
+                        && areOnOneMount(facts, root_->facts);
+    if (!isSame) {
+        throw FileError(std::make_error_code(std::errc::no_such_file_or_directory), operation,
+                        place.path(), "another folder stands there now");
+    }
+}
 
 std::optional<MoveBatch::Records::Key> MoveBatch::Records::keyOf(int directory) const
 {

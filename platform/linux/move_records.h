@@ -36,6 +36,13 @@ public:
 
     [[nodiscard]] const MoveCalls& calls() const { return calls_; }
 
+    /// See `MoveBatch`.
+    void stayIn(const FileURL& root);
+    void requireRoot() const;
+    /// Throws `FileError` with `operation` unless `opened`, which was found at `place`, is the
+    /// directory that the batch stays in; if it stays in none there, nothing is asked.
+    void requireRoot(const Descriptor& opened, const FileURL& place, const char* operation) const;
+
     /// Names in the open `directory` have changed.
     void noteNames(int directory);
     /// The folder `name` has come; its info file was written at that moment.
@@ -66,6 +73,15 @@ private:
         Key key;
         Descriptor directory;
     };
+    /// The directory that the batch stays in.
+    struct Root {
+        FileURL place;
+        /// Held, so that no other directory gets its number. Closed where it could not be looked
+        /// at, with the positive error number.
+        Descriptor directory;
+        int error = 0;
+        PlaceFacts facts;
+    };
     struct LeftItem {
         std::string name;
         PlaceFacts info;
@@ -87,6 +103,7 @@ private:
     void tidyUp(Trash& trash);
 
     MoveCalls calls_;
+    std::optional<Root> root_;
     std::vector<Names> names_;
     std::vector<Trash> trashes_;
 };

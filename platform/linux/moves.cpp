@@ -95,7 +95,7 @@ std::vector<FileURL> itemsIn(const FileURL& directory, HiddenItems hidden, const
 void makeDirectory(const FileURL& url, const MoveConditions& conditions, const MoveCalls& calls)
 {
     constexpr unsigned everything = 0777;
-    const OpenedParent parent = openWayTo(url, conditions.within, "make directory", calls);
+    const OpenedParent parent = openWayTo(url, conditions, "make directory", calls);
     const int result = persistently([&] {
         return calls.makeDirectory(parent.directory.number(), parent.name.c_str(), everything);
     });
@@ -107,8 +107,8 @@ void makeDirectory(const FileURL& url, const MoveConditions& conditions, const M
 void moveItem(const FileURL& from, const FileURL& to, const MoveConditions& conditions,
               const MoveCalls& calls)
 {
-    const OpenedParent source = openWayTo(from, conditions.within, "move", calls);
-    const OpenedParent target = openWayTo(to, conditions.within, "move", calls);
+    const OpenedParent source = openWayTo(from, conditions, "move", calls);
+    const OpenedParent target = openWayTo(to, conditions, "move", calls);
     const BatchOrOwn batch(conditions.batch, calls);
     moveBetween({source.directory.number(), source.name, from.path()},
                 {target.directory.number(), target.name, to.path()}, conditions.identity, calls,
@@ -144,7 +144,7 @@ std::optional<std::string> readOwnFile(const FileURL& url, std::size_t longest,
 void replaceOwnFile(const FileURL& target, std::string_view bytes, const MoveConditions& conditions,
                     const MoveCalls& calls)
 {
-    const OpenedParent parent = openWayTo(target, conditions.within, "write", calls);
+    const OpenedParent parent = openWayTo(target, conditions, "write", calls);
     const bool isGuarded =
         conditions.within && pathIsAtOrBelow(target.path(), conditions.within->path());
     // The open directory, wherever it may be put meanwhile, under a path that a call can take.

@@ -191,7 +191,8 @@ public:
             finish();
         }
         try {
-            TrashWay way = openTrashWay(url, {conditions.within, std::nullopt}, calls_);
+            TrashWay way =
+                openTrashWay(url, {conditions.within, std::nullopt, conditions.batch}, calls_);
             std::optional<SmallFileInMaking> info;
             std::string name = firstGoodName(way, [&](const std::string& candidate) {
                 info.emplace(beginInfo(way, candidate, calls_));
@@ -306,7 +307,7 @@ void restoreTrashedItem(const FileURL& trashed, const FileURL& original,
                         const MoveConditions& conditions, const MoveCalls& calls)
 {
     const OpenedParent source = openWayTo(trashed, std::nullopt, "restore", calls);
-    const OpenedParent target = openWayTo(original, conditions.within, "restore", calls);
+    const OpenedParent target = openWayTo(original, conditions, "restore", calls);
     const Spot from{source.directory.number(), source.name, trashed.path()};
     const std::optional<FoundInfo> found = findInfo(from, original, target, calls);
     const BatchOrOwn batch(conditions.batch, calls);

@@ -73,7 +73,7 @@ void refuseTheTrashItself(const TrashWay& way, const MoveCalls& calls)
 
 TrashWay openTrashWay(const FileURL& url, const MoveConditions& conditions, const MoveCalls& calls)
 {
-    TrashWay way{url, openWayTo(url, conditions.within, operation, calls), {}, {}, {}, {}};
+    TrashWay way{url, openWayTo(url, conditions, operation, calls), {}, {}, {}, {}};
     way.facts = factsOf(way.spot(), operation, calls);
     requireIdentity(way.facts, conditions.identity, url.path());
     const int parent = way.parent.directory.number();

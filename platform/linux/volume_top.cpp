@@ -1,7 +1,9 @@
 #include "platform/linux/volume_top.h"
 
+#include <system_error>
 #include <utility>
 
+#include "platform/foundation/errors.h"
 #include "platform/linux/errno_error.h"
 #include "platform/linux/guarded_path.h"
 #include "platform/linux/persistently.h"
@@ -41,6 +43,21 @@ VolumeTop topByTable(const PlaceFacts& inside, const MoveCalls& calls)
     return isFound ? std::move(top) : VolumeTop();
 }
 
+/// A disk that was pulled out while something on it is open still has its top, whose path leads to
+/// another volume by now: what is put there would be found by nobody who knows it by its path.
+void requireReachable(const VolumeTop& top, const PlaceFacts& inside, const MoveCalls& calls)
+{
+    const OpenedDirectory reached = openDirectoryAt(top.path, calls);
+    PlaceFacts facts;
+    const bool isReached = reached.error == 0
+                           && describe(reached.directory.number(), facts, calls) == 0
+                           && areOnOneMount(facts, inside);
+    if (!isReached) {
+        throw FileError(std::make_error_code(std::errc::no_such_device), operation, top.path,
+                        "its volume is not mounted any more");
+    }
+}
+
 /// Goes up until the next directory is of another mount, or the same one: above the root there is
 /// only the root.
 VolumeTop topByClimbing(int directory, PlaceFacts here, const MoveCalls& calls)
@@ -61,6 +78,7 @@ VolumeTop topByClimbing(int directory, PlaceFacts here, const MoveCalls& calls)
             if (result < 0) {
                 fail(directory, -result, calls);
             }
+            requireReachable(top, here, calls);
             return top;
         }
         at = std::move(above);

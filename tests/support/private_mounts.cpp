@@ -86,10 +86,24 @@ void mountMemory(const std::string& path, std::size_t bytes)
     }
 }
 
+void mountAgain(const std::string& shown, const std::string& path)
+{
+    if (::mount(shown.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) != 0) {
+        fail("mount at " + path);
+    }
+}
+
 void unmount(const std::string& path)
 {
     if (::umount2(path.c_str(), 0) != 0) {
         fail("unmount " + path);
+    }
+}
+
+void detach(const std::string& path)
+{
+    if (::umount2(path.c_str(), MNT_DETACH) != 0) {
+        fail("detach " + path);
     }
 }
 

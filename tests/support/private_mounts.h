@@ -21,7 +21,14 @@ struct MountedRun {
 /// Mounts an empty file system in memory at `path`, with room for `bytes` (0: the usual). Throws.
 void mountMemory(const std::string& path, std::size_t bytes = 0);
 
+/// Shows the directory `shown` at `path`, too, as a mount of its own. Throws.
+void mountAgain(const std::string& shown, const std::string& path);
+
 /// Takes away what is mounted at `path`. Throws.
 void unmount(const std::string& path);
+
+/// Takes away what is mounted at `path`, also while something in it is open: as a disk goes that
+/// is pulled out. What is open stays so. Throws.
+void detach(const std::string& path);
 
 }  // namespace gruk::test

@@ -129,6 +129,24 @@ TEST_F(GrantStoreTest, anAccessIsOpenedWhereTheDirectoryIsNow)
     EXPECT_EQ(bookmarks.record.back(), "stop /renamed");
 }
 
+TEST(GrantStoreAccess, standsUntilItsDirectoryIsAnotherOneOrElsewhereOrGone)
+{
+    namespace fs = std::filesystem;
+    const test::TemporaryDirectory disk;
+    const std::string realm = disk.folder("realm");
+    GrantStore grants(FileURL(disk.path("grants.json")));
+    grants.addGrant(FileURL::directory(realm));
+    const auto stands = grants.startAccess(FileURL(realm))->stands();
+    EXPECT_TRUE(stands());
+    fs::rename(realm, disk.path("renamed"));
+    EXPECT_FALSE(stands());
+    fs::create_directory(realm);
+    EXPECT_FALSE(stands());
+    fs::remove(realm);
+    fs::rename(disk.path("renamed"), realm);
+    EXPECT_TRUE(stands()) << "it is back";
+}
+
 TEST_F(GrantStoreTest, withoutACoveringGrantOrItsDirectoryThereIsNoAccess)
 {
     GrantStore grants = store();

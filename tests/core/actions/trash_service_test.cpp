@@ -1,5 +1,6 @@
 #include "core/actions/trash_service.h"
 
+#include <algorithm>
 #include <limits>
 #include <string>
 #include <vector>
@@ -56,6 +57,33 @@ TEST(TrashService, movesItemsInTheOrderOfTheRequestsAndAddsUpTheirBytes)
     EXPECT_EQ(operation.totalBytes(), 42);
     EXPECT_TRUE(disk.has("/trash/a"));
     EXPECT_FALSE(disk.has("/realm/a"));
+}
+
+TEST(TrashService, aBatchIsPreparedInPartsSoThatAKilledProcessLeavesFewInfoFilesWithoutItems)
+{
+    FakeDisk disk;
+    constexpr std::size_t count = 100;
+    std::vector<TrashRequest> requests;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string path = "/realm/" + std::to_string(i);
+        disk.add(path);
+        requests.push_back(request(disk, path));
+    }
+    std::size_t prepared = 0;
+    std::size_t moved = 0;
+    std::size_t mostWaiting = 0;
+    TrashCalls calls = disk.trashCalls();
+    calls.prepare = [&](const std::vector<FileURL>& urls) {
+        prepared += urls.size();
+        mostWaiting = std::max(mostWaiting, prepared - moved);
+    };
+    calls.trashItem = [&, live = calls.trashItem](const FileURL& url) {
+        EXPECT_LT(moved++, prepared) << "each is prepared before it moves";
+        return live(url);
+    };
+    EXPECT_EQ(TrashService(calls).moveToTrash(requests, root).moved.size(), count);
+    EXPECT_EQ(prepared, count);
+    EXPECT_LE(mostWaiting, 64U);
 }
 
 TEST(TrashService, theSameItemTwiceGivesOneTrashedItemAndNoFailure)

@@ -147,6 +147,21 @@ TEST_F(PatrolCoordinatorTest, aStopAfterTheWalkDoesNotKeepTheSnapshotFromBeingSa
     EXPECT_EQ(stored().size(), 1U);
 }
 
+TEST_F(PatrolCoordinatorTest, whatTheConfirmationThrowsAfterTheWalkEndsThePatrolAndStoresNothing)
+{
+    tree.file("a", 5);
+    bool isWalked = false;
+    tree.onListing("", [&] { isWalked = true; });
+    const auto confirm = [&] {
+        EXPECT_TRUE(isWalked);
+        throw FileError(std::make_error_code(std::errc::no_such_file_or_directory), "patrol", "");
+    };
+    EXPECT_THROW(static_cast<void>(PatrolCoordinator::patrol(tree.root(), scanner, store, progress,
+                                                             stop.get_token(), confirm)),
+                 FileError);
+    EXPECT_TRUE(stored().empty());
+}
+
 TEST_F(PatrolCoordinatorTest, aFailureToSaveReturnsNoResult)
 {
     home.file("not a folder");

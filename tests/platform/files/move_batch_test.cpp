@@ -3,13 +3,16 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <functional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "platform/files/moves.h"
 #include "platform/files/trash.h"
+#include "platform/foundation/errors.h"
 #include "tests/support/move_checks.h"
 #include "tests/support/move_faults.h"
 #include "tests/support/trash_house.h"
@@ -129,6 +132,75 @@ TEST(MoveBatch, anInfoFileWhoseItemDoesNotComeIsRemovedAtTheEnd)
     }
     EXPECT_EQ(filesIn(batch.house.trash("info")), 1);
     EXPECT_TRUE(stands(batch.house.trash("info/3.trashinfo")));
+}
+
+/// A batch that stays in a folder which was swapped for another one, with a file for each to find.
+class SwappedRoot {
+public:
+    SwappedRoot()
+    {
+        house.directory().fileWith("home/root/x", "one");
+        batch.stayIn(root());
+        batch.requireRoot();
+        fs::rename(house.path("home/root"), house.path("home/former"));
+        house.directory().fileWith("home/root/x", "another's");
+    }
+
+    [[nodiscard]] FileURL root() const { return house.url("home/root"); }
+    [[nodiscard]] MoveConditions conditions() { return {root(), std::nullopt, &batch}; }
+
+    TrashHouse house;
+    MoveBatch batch;
+};
+
+std::error_code errorOf(const std::function<void()>& body)
+{
+    try {
+        body();
+    } catch (const FileError& error) {
+        return error.code();
+    }
+    return {};
+}
+
+TEST(MoveBatch, thatStaysInAFolderRefusesAnotherOneInItsPlace)
+{
+    SwappedRoot swapped;
+    const auto refused = std::make_error_code(std::errc::no_such_file_or_directory);
+    const FileURL x = swapped.root().appending("x");
+    const FileURL y = swapped.root().appending("y");
+    const MoveConditions conditions = swapped.conditions();
+    EXPECT_EQ(errorOf([&] { swapped.batch.requireRoot(); }), refused);
+    EXPECT_EQ(errorOf([&] { makeDirectory(y, conditions); }), refused);
+    EXPECT_EQ(errorOf([&] { moveItem(x, y, conditions); }), refused);
+    EXPECT_EQ(errorOf([&] { replaceOwnFile(y, "{}", conditions); }), refused);
+    EXPECT_EQ(errorOf([&] { (void)trashItem(x, conditions); }), refused);
+    EXPECT_EQ(errorOf([&] { restoreTrashedItem(x, y, conditions); }), refused);
+    EXPECT_EQ(filesIn(swapped.root().path()), 1);
+    EXPECT_EQ(swapped.house.directory().read("home/root/x"), "another's");
+}
+
+TEST(MoveBatch, thatStaysInAFolderMovesThereAgainWhenItIsBack)
+{
+    SwappedRoot swapped;
+    fs::rename(swapped.root().path(), swapped.house.path("home/another"));
+    fs::rename(swapped.house.path("home/former"), swapped.root().path());
+    moveItem(swapped.root().appending("x"), swapped.root().appending("y"), swapped.conditions());
+    EXPECT_EQ(swapped.house.directory().read("home/root/y"), "one");
+}
+
+TEST(MoveBatch, thatStaysInAFolderThatIsGoneRefusesOneThatComesLater)
+{
+    const TrashHouse house;
+    MoveBatch batch;
+    batch.stayIn(house.url("home/root"));
+    const FileURL x(house.directory().fileWith("home/root/x", "later"));
+    EXPECT_EQ(
+        errorOf([&] {
+            moveItem(x, house.url("home/root/y"), {house.url("home/root"), std::nullopt, &batch});
+        }),
+        std::make_error_code(std::errc::no_such_file_or_directory));
+    EXPECT_TRUE(stands(x.path()));
 }
 
 TEST(MoveBatch, anItemWhosePreparedNameIsTakenMeanwhileGetsAnother)

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -267,6 +268,30 @@ TEST(TrashOfAVolume, isNotTheOneAtHomeOfTheSameDiskThatIsMountedTwice)
             unless(now.path().starts_with(second + "/.Trash-"), "it is at " + now.path())
             + unless(mountPoint(house.url("second")).path() == second, "another top");
         test::unmount(second);
+        return complaint;
+    });
+}
+
+TEST(TrashOfAVolume, ofADiskThatIsPulledOutMeanwhileTakesNothing)
+{
+    expectWithMounts([]() -> std::string {
+        const Scene scene;
+        // Seen from here also when it is pulled out.
+        test::mountAgain(scene.house.path("disk"), scene.house.directory().folder("other"));
+        bool isOut = false;
+        MoveCalls calls;
+        // At the first look at the table of mounts everything on the way is open.
+        calls.mounts = [&, live = calls.mounts](MoveCalls::MountVisitor visit) {
+            if (!std::exchange(isOut, true)) {
+                test::detach(scene.house.path("disk"));
+            }
+            return live(visit);
+        };
+        const std::string complaint =
+            errorOf(scene.item(), std::errc::no_such_device, calls)
+            + unless(stands(scene.house.path("other/folder/a b")), "it was moved")
+            + unless(!stands(scene.house.path("other/" + scene.own())), "a Trash was made");
+        test::unmount(scene.house.path("other"));
         return complaint;
     });
 }
