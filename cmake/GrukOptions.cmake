@@ -38,3 +38,11 @@ if(GRUK_COVERAGE)
 endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# Has the headers named parsed once for the whole target, where builds are to be quick. Never in the
+# builds of users and developers: there a file that leaves out an include has to fail.
+function(gruk_precompile target)
+    if(GRUK_PRECOMPILED_HEADERS)
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+endfunction()
