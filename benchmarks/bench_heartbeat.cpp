@@ -182,7 +182,7 @@ int main(int argc, char* argv[])
         gruk::tour::Stage stage(theme, loop, threads);
         QTimer::singleShot(0, &application, [&] {
             measure(stage, gruk::FileURL::directory(folder.native()),
-                    gruk::FileURL::directory(home.path().native()));
+                    gruk::FileURL::directory(home.home().native()));
         });
         return QApplication::exec();
     } catch (const std::exception& error) {

@@ -198,7 +198,7 @@ int main(int argc, char* argv[])
         // Before anything asks for a folder of the user's.
         const gruk::tour::PrivateHome home;
         const QApplication application(argc, argv);
-        measure(home.path());
+        measure(home.home());
     } catch (const std::exception& error) {
         std::fprintf(stderr, "bench_window: %s\n", error.what());
         return EXIT_FAILURE;

@@ -212,13 +212,13 @@ def scroll(sheet, at, angle=0.0, scale=1.0):
 def quill(sheet, at, angle=0.0, scale=1.0):
     """A feather, its point at `at`."""
     place = Place(at, angle, scale)
-    vane = [(0, -34), (0, -34), (-17, -58), (-19, -92), (-2, -128), (-2, -128), (17, -98),
-            (18, -62)]
+    # Two notches in its edge, or it would be a leaf.
+    vane = [(0, -36), (0, -36), (-18, -48), (-21, -66), (-21, -66), (-8, -64), (-8, -64),
+            (-22, -74), (-22, -98), (2, -138), (2, -138), (15, -112), (15, -94), (15, -94),
+            (5, -86), (5, -86), (15, -82), (14, -58), (0, -36)]
+    sheet.shape(place(limb([(0, 8), (0, -20), (1, -44)], (5, 9, 10))), CARD, place.pen(4.5))
     sheet.shape(place(vane), BLUE, place.pen(6))
-    sheet.line(place([(0, 4), (0, -40), (-2, -104)]), place.pen(5))
-    for y in (-56, -76):
-        sheet.line(place([(0, y), (9, y - 9)]), place.pen(3.6))
-        sheet.line(place([(0, y + 6), (-9, y - 3)]), place.pen(3.6))
+    sheet.line(place([(0, -42), (0, -60), (1, -114)]), place.pen(4.5))
 
 
 def brush(sheet, tail, tip_at):
@@ -269,9 +269,13 @@ def unrolled_map(sheet):
     sheet.line(paper, closed=True, taper=1)
     for a, b in (((196, 348), (210, 345)), ((222, 346), (236, 349)), ((246, 354), (258, 361))):
         sheet.line([a, b], 5.5, taper=0.8)
-    for points in ([(270, 364), (286, 375)], [(287, 362), (270, 377)]):
+    for points in ([(272, 356), (287, 366)], [(288, 354), (271, 368)]):
         sheet.line(points, 6.5, colour=RED, taper=0.9)
     for x, y in ((288, 343), (306, 352)):
         sheet.line([(x - 9, y + 2), (x - 3, y - 3), (x + 3, y + 2), (x + 9, y - 2)], 3.6)
-    for ends in (((121, 327), (90, 388)), ((323, 328), (352, 388))):
-        sheet.shape(limb(list(ends), (16, 19)), SAND, 6.5)
+    # It is rolled from both ends, the far one and the one towards us.
+    for left, right, y, width in ((112, 332, 329, 17), (82, 360, 388, 18)):
+        sheet.shape(limb([(left, y), ((left + right) / 2, y - 1), (right, y)],
+                         (width, width - 1, width)), SAND, 6.5)
+        for x in (left + width * 0.45, right - width * 0.45):
+            sheet.line([(x, y - width * 0.28), (x + 1, y + width * 0.28)], 4)

@@ -3,11 +3,16 @@ find_package(Qt6 REQUIRED COMPONENTS Test Widgets)
 
 # Fakes for the application: a main thread and a pool by hand, a scripted panel, a private window.
 add_library(gruk_app_test_support STATIC
+    support/accessible_tree.cpp
     support/fake_tray.cpp
+    support/lost_midway.cpp
+    support/lost_operations.cpp
     support/model_house.cpp
+    support/patrol_page_house.cpp
     support/screen_house.cpp)
 set_target_properties(gruk_app_test_support PROPERTIES AUTOMOC ON)
 target_link_libraries(gruk_app_test_support PUBLIC gruk_app gruk_test_support Qt6::Test)
+gruk_compile_quickly(gruk_app_test_support)
 
 gruk_add_tests(gruk_app_tests
     app/desktop/activation_test.cpp
@@ -22,42 +27,61 @@ gruk_add_tests(gruk_app_tests
     app/main.cpp
     app/model/app_model_access_lost_midway_test.cpp
     app/model/app_model_automation_test.cpp
+    app/model/app_model_grant_lost_midway_test.cpp
     app/model/app_model_grants_test.cpp
     app/model/app_model_history_test.cpp
     app/model/app_model_lost_access_test.cpp
+    app/model/app_model_patrol_lost_midway_test.cpp
     app/model/app_model_patrol_test.cpp
     app/model/app_model_territories_test.cpp
     app/model/app_model_tidy_test.cpp
     app/model/app_model_trash_test.cpp
     app/model/background_test.cpp
     app/model/realm_figures_test.cpp
+    app/screens/accessibility_test.cpp
+    app/screens/all_screens_test.cpp
+    app/screens/automations_section_test.cpp
     app/screens/breadcrumb_geometry_test.cpp
+    app/screens/browse_selection_test.cpp
     app/screens/browse_sort_test.cpp
     app/screens/confirmation_dialog_test.cpp
     app/screens/desktop_tidy_section_test.cpp
     app/screens/dropped_folders_test.cpp
+    app/screens/file_kind_copy_test.cpp
     app/screens/file_table_view_test.cpp
     app/screens/findings_geometry_test.cpp
     app/screens/findings_list_test.cpp
+    app/screens/findings_section_test.cpp
     app/screens/folder_name_test.cpp
     app/screens/gruk_app_test.cpp
+    app/screens/main_window_focus_test.cpp
     app/screens/main_window_test.cpp
     app/screens/menu_bar_entries_test.cpp
     app/screens/menu_bar_view_test.cpp
+    app/screens/messages_section_test.cpp
     app/screens/organise_sheet_test.cpp
     app/screens/patrol_page_actions_test.cpp
+    app/screens/patrol_page_focus_test.cpp
+    app/screens/patrol_page_layout_test.cpp
     app/screens/patrol_page_test.cpp
     app/screens/patrol_text_test.cpp
     app/screens/realm_automation_card_test.cpp
+    app/screens/realm_row_test.cpp
+    app/screens/refusal_note_test.cpp
     app/screens/scan_node_model_test.cpp
     app/screens/scan_node_text_test.cpp
     app/screens/settings_view_test.cpp
     app/screens/shield_editor_test.cpp
     app/screens/shield_view_test.cpp
+    app/screens/sidebar_test.cpp
+    app/screens/status_banner_test.cpp
+    app/screens/symbols_test.cpp
     app/screens/territories_view_test.cpp
     app/screens/territory_geometry_test.cpp
+    app/screens/territory_grid_test.cpp
     app/screens/territory_labels_test.cpp
     app/screens/territory_map_view_test.cpp
+    app/screens/undo_offer_test.cpp
     app/screens/walkthrough_view_test.cpp
     app/screens/welcome_page_test.cpp
     app/screens/wrapped_label_test.cpp
@@ -67,24 +91,32 @@ gruk_add_tests(gruk_app_tests
     app/theme/controls_test.cpp
     app/theme/drawing_test.cpp
     app/theme/focus_ring_test.cpp
+    app/theme/house_style_test.cpp
     app/theme/icons_test.cpp
     app/theme/land_geometry_test.cpp
+    app/theme/land_text_test.cpp
     app/theme/palette_test.cpp
     app/theme/paper_backdrop_test.cpp
     app/theme/popover_test.cpp
     app/theme/sheet_test.cpp
     app/theme/segmented_control_test.cpp
     app/theme/shield_geometry_test.cpp
+    app/theme/tab_order_test.cpp
     app/theme/tactile_press_test.cpp
     app/theme/text_test.cpp
     app/theme/theme_test.cpp
     app/tour/tree_copy_test.cpp)
 target_link_libraries(gruk_app_tests PRIVATE gruk_app_test_support gruk_tour_parts)
+gruk_precompile(gruk_app_tests
+    <QtCore> <QtGui> <QtWidgets> <QTest> <filesystem> <gmock/gmock.h> <gtest/gtest.h>)
 # Some start the program itself.
 add_dependencies(gruk_app_tests gruk)
 target_compile_definitions(gruk_app_tests PRIVATE
     GRUK_PACKAGING="${PROJECT_SOURCE_DIR}/packaging"
     GRUK_PROGRAM="$<TARGET_FILE:gruk>")
+# It looks up which screens there are.
+set_source_files_properties(app/screens/all_screens_test.cpp PROPERTIES
+    COMPILE_DEFINITIONS GRUK_SOURCE_DIRECTORY="${PROJECT_SOURCE_DIR}")
 
 # Those with threads of their own.
 gruk_add_tests(gruk_app_thread_tests LABEL threads

@@ -127,6 +127,8 @@ QCoro::Task<> AppModel::selectRealm(FileURL url)
     complain(std::nullopt);
     assign(pendingRuleFilingPlan_, std::nullopt, &AppModel::pendingRuleFilingPlanChanged);
     loadRealmHistory(root);
+    // Sizes measured for the realm before may be old by the time the user comes back to it.
+    session().reset();
     session().open(root);
 }
 
@@ -193,12 +195,19 @@ QCoro::Task<> AppModel::showTerritories()
     }
 }
 
+void AppModel::markTerritoriesStale()
+{
+    ++territoryMarks_;
+    assign(territoriesAreStale_, true, &AppModel::territoriesAreStaleChanged);
+}
+
 QCoro::Task<> AppModel::loadTerritories()
 {
     assign(territoryLoadGeneration_, territoryLoadGeneration_ + 1,
            &AppModel::territoryLoadGenerationChanged);
     assign(isLoadingTerritories_, true, &AppModel::isLoadingTerritoriesChanged);
     const std::int64_t generation = territoryLoadGeneration_;
+    const std::uint64_t marks = territoryMarks_;
     const Lifetime::Watch self = lifetime_.watch();
     const std::vector<Grant> grants = grants_;
     std::vector<PatrolCadence> cadences;
@@ -222,7 +231,8 @@ QCoro::Task<> AppModel::loadTerritories()
     }
     assign(territorySummaries_, std::move(loaded), &AppModel::territorySummariesChanged);
     assign(isLoadingTerritories_, false, &AppModel::isLoadingTerritoriesChanged);
-    assign(territoriesAreStale_, false, &AppModel::territoriesAreStaleChanged);
+    // What was marked meanwhile may have been read too early.
+    assign(territoriesAreStale_, territoryMarks_ != marks, &AppModel::territoriesAreStaleChanged);
 }
 
 QCoro::Task<std::shared_ptr<const std::vector<ReviewFinding>>>

@@ -202,6 +202,7 @@ public:
 
     // Automation and settings.
     [[nodiscard]] PatrolCadence cadence(const Grant& grant) const;
+    /// Does nothing for a grant that is gone.
     void setCadence(PatrolCadence cadence, const Grant& grant);
     [[nodiscard]] std::vector<RealmRule> realmRules(const FileURL& realm) const;
     /// Does nothing when the realm has as many rules as a realm can have.
@@ -282,6 +283,8 @@ private:
     [[nodiscard]] std::shared_ptr<ScopedAccess> accessTo(const FileURL& url) const;
 
     // State: app_model.cpp.
+    /// What the map shows is no longer so; nor is what a load may have read already.
+    void markTerritoriesStale();
     void loadRealmHistory(FileURL url);
     QCoro::Task<> awaitRealmHistory(FileURL url, std::int64_t generation);
     /// Puts all figures of a realm on the screens in place of the former ones.
@@ -331,6 +334,8 @@ private:
     bool isLoadingTerritories_ = false;
     std::int64_t territoryLoadGeneration_ = 0;
     bool territoriesAreStale_ = true;
+    /// How often they were marked so.
+    std::uint64_t territoryMarks_ = 0;
     bool isPatrolling_ = false;
     std::optional<FileURL> patrollingRootURL_;
     std::optional<PatrolProgress> patrolProgress_;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <map>
@@ -93,10 +94,14 @@ PatrolCadence AppModel::cadence(const Grant& grant) const
 
 void AppModel::setCadence(PatrolCadence cadence, const Grant& grant)
 {
+    // Nothing would ever end the guard of a grant that is gone.
+    if (std::ranges::find(grants_, grant.id, &Grant::id) == grants_.end()) {
+        return;
+    }
     save([&](UserDefaults& settings) {
         settings.setText(SettingKeys::cadence(grant), std::string(rawString(cadence)));
     });
-    assign(territoriesAreStale_, true, &AppModel::territoriesAreStaleChanged);
+    markTerritoriesStale();
     realmWatchers_.erase(grant.id);
     if (cadence != PatrolCadence::standGuard) {
         return;

@@ -107,7 +107,7 @@ void AppModel::rereadGrants(Freshness freshness)
 {
     assign(grants_, with_.grantStore->grants(), &AppModel::grantsChanged);
     if (freshness == Freshness::territoriesGoStale) {
-        assign(territoriesAreStale_, true, &AppModel::territoriesAreStaleChanged);
+        markTerritoriesStale();
     }
 }
 

@@ -9,6 +9,8 @@
 #include <QPainter>
 
 #include "app/screens/repaint_once.h"
+#include "app/theme/accessible.h"
+#include "app/theme/drawing.h"
 #include "app/theme/icons.h"
 #include "app/theme/text.h"
 #include "core/browse/breadcrumb_trail.h"
@@ -66,7 +68,7 @@ Crumb::Crumb(Theme& theme, const FileURL& url, Place place, Role accent, QWidget
     // An "&" in a name is no mark of a shortcut; the name itself is what is read and painted.
     setText(QString(name).replace(QLatin1Char('&'), QStringLiteral("&&")));
     setAccessibleName(name);
-    setToolTip(toolTipText(displayName(url.path())));
+    giveToolTip(*this, displayName(url.path()));
     setFont(theme_.font(place == Place::current ? TextStyle::bodyStrong : TextStyle::body));
     setCursor(Qt::PointingHandCursor);
     // A press leaves the focus where one works, in the table.
@@ -89,7 +91,7 @@ void Crumb::paintEvent(QPaintEvent*)
     painter.setFont(font());
     painter.setPen(theme_.colour(Role::ink, isStrong ? Strength::full : Strength::quiet));
     const QString text = fontMetrics().elidedText(accessibleName(), Qt::ElideMiddle, words.width());
-    painter.drawText(words, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text);
+    drawLine(painter, words, text);
     if (underMouse()) {
         const int below = words.center().y() + fontMetrics().height() / 2 + 1;
         painter.fillRect(words.left(), below,
@@ -111,6 +113,7 @@ BreadcrumbBar::BreadcrumbBar(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model), theme_(theme),
       nowhere_(new Label(theme, TextStyle::body, this))
 {
+    setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(QStringLiteral("Path"));
     nowhere_->setText(QStringLiteral("No location selected"));
     nowhere_->setColour(Role::ink, Strength::quiet);
@@ -165,6 +168,7 @@ void BreadcrumbBar::rebuild()
     }
     nowhere_->setVisible(crumbs_.empty());
     place();
+    Q_EMIT rebuilt();
     if (hadFocus && !crumbs_.empty()) {
         crumbs_.back()->setFocus(Qt::TabFocusReason);
     }
@@ -176,7 +180,6 @@ void BreadcrumbBar::addCrumb(const FileURL& url, Crumb::Place place)
     auto* crumb = new Crumb(theme_, url, place, accent(), this);
     connect(crumb, &QAbstractButton::clicked, this, [this, url] { model_.session().open(url); });
     crumb->installEventFilter(this);
-    QWidget::setTabOrder(crumbs_.empty() ? this : static_cast<QWidget*>(crumbs_.back()), crumb);
     crumbs_.push_back(crumb);
     crumb->show();
 }

@@ -49,6 +49,10 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
+Q_SIGNALS:
+    /// Its crumbs are others, and come last in the window for Tab.
+    void rebuilt();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -137,9 +137,9 @@ void BrowseTable::paintRowGround(QPainter& painter, const QRect& row,
 {
     const bool isSelected = selectionModel()->isRowSelected(index.row());
     if (isSelected) {
-        painter.fillRect(row, theme_.colour(Role::fernDark, Strength::outline));
+        painter.fillRect(row, theme_.colour(Role::accent, Strength::outline));
         painter.fillRect(QRect(row.left(), row.top(), Measure::activeBar, row.height()),
-                         theme_.colour(Role::fernDark));
+                         theme_.colour(Role::accent));
     } else if (options.state.testFlag(QStyle::State_MouseOver)) {
         painter.fillRect(row, theme_.colour(Role::paperInset));
     }
@@ -149,7 +149,8 @@ void BrowseTable::paintRowGround(QPainter& painter, const QRect& row,
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
         const QRectF ring = QRectF(row).adjusted(Measure::hair, 2, -Measure::hair, -2);
-        painter.strokePath(cutPath(ring, buttonCorners), QPen(theme_.colour(Role::blue), 1));
+        painter.strokePath(cutPath(ring, buttonCorners),
+                           QPen(theme_.colour(Role::blue), Measure::focusRing));
         painter.restore();
     }
 }
@@ -239,6 +240,14 @@ void BrowseTable::hideEvent(QHideEvent* event)
 {
     timer_.stop();
     QTreeView::hideEvent(event);
+}
+
+void BrowseTable::focusInEvent(QFocusEvent* event)
+{
+    QTreeView::focusInEvent(event);
+    if (!currentIndex().isValid() && model_.rowCount() > 0) {
+        selectionModel()->setCurrentIndex(model_.index(0, 0), QItemSelectionModel::NoUpdate);
+    }
 }
 
 bool BrowseTable::updateMarks()

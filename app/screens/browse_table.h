@@ -15,6 +15,7 @@ namespace gruk {
 /// and unless the desktop asks for reduced motion.
 class BrowseTable : public QTreeView {
     Q_OBJECT
+    Q_PROPERTY(bool showsFocusItself READ showsFocusItself)
 
 public:
     /// Borrows `model`, which must live longer.
@@ -30,6 +31,8 @@ public:
     /// Selects one item and brings it into view.
     void selectAndShow(const FileURL& url);
 
+    /// Whether one of its rows stands for it when it has the focus.
+    [[nodiscard]] bool showsFocusItself() const { return model_.rowCount() > 0; }
     /// Whether the marks turn.
     [[nodiscard]] bool isTurning() const { return timer_.isActive(); }
 
@@ -52,6 +55,7 @@ protected:
     void timerEvent(QTimerEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
 
 private:
     void dress();

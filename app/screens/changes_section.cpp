@@ -5,6 +5,7 @@
 
 #include "app/screens/repaint_once.h"
 #include "app/screens/section_title.h"
+#include "app/theme/accessible.h"
 #include "app/theme/row.h"
 #include "app/theme/text.h"
 #include "core/patrol/byte_format.h"
@@ -30,6 +31,11 @@ ChangesSection::ChangesSection(AppModel& model, Theme& theme, QWidget* parent)
     none_->setText(QStringLiteral("No allocated-size changes since the previous patrol."));
     none_->setColour(Role::ink, Strength::quiet);
     none_->setWordWrap(true);
+    auto* list = new QWidget;
+    setAccessibleRole(*list, QAccessible::List);
+    list->setAccessibleName(QStringLiteral("What changed at the top level"));
+    list->setLayout(rows_);
+    rows_->setContentsMargins(0, 0, 0, 0);
     rows_->setSpacing(0);
     discoveries_->setSpacing(Measure::hair);
     auto* column = new QVBoxLayout(this);
@@ -38,7 +44,7 @@ ChangesSection::ChangesSection(AppModel& model, Theme& theme, QWidget* parent)
     column->addWidget(sectionTitle(theme, QStringLiteral("What changed at the top level")));
     column->addLayout(discoveries_);
     column->addWidget(none_);
-    column->addLayout(rows_);
+    column->addWidget(list);
 
     auto* repaint = new RepaintOnce([this] { showModel(); }, this);
     repaint->on(model_, &AppModel::previousSnapshotChanged);
@@ -98,7 +104,7 @@ QWidget* ChangesSection::makeRow(const SnapshotDelta& delta) const
     figure->setMinimumWidth(Measure::figureWidth);
 
     auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, Measure::small, 0, Measure::small);
+    layout->setContentsMargins(0, Measure::small, Measure::shadowOffset, Measure::small);
     layout->setSpacing(Measure::medium);
     layout->addWidget(symbol);
     layout->addWidget(name, 1);

@@ -1,9 +1,11 @@
 #include "app/screens/desktop_tidy_section.h"
 
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include "app/screens/repaint_once.h"
 #include "app/screens/section_title.h"
+#include "app/theme/accessible.h"
 
 namespace gruk {
 
@@ -20,7 +22,7 @@ QVBoxLayout* columnIn(QWidget* widget, int gap)
 }  // namespace
 
 DesktopTidySection::DesktopTidySection(AppModel& model, Theme& theme, QWidget* parent)
-    : QWidget(parent), model_(model),
+    : QWidget(parent), model_(model), theme_(theme),
       stash_(new Button(theme, Button::Kind::link, QStringLiteral("Stash it all"))),
       sort_(new Button(theme, Button::Kind::link, QStringLiteral("Sort into folders"))),
       stashNote_(sectionNote(theme, QStringLiteral("Move everything into one dated folder. Nothing "
@@ -33,6 +35,8 @@ DesktopTidySection::DesktopTidySection(AppModel& model, Theme& theme, QWidget* p
       request_(makeRequest(theme)), entries_(makeEntries(theme))
 {
     auto* column = columnIn(this, 0);
+    // From the left as the links over it, under a line of its own.
+    column->setContentsMargins(Measure::medium, Measure::large, Measure::medium, 0);
     column->addWidget(request_);
     column->addWidget(entries_);
 
@@ -60,19 +64,29 @@ QWidget* DesktopTidySection::makeEntries(Theme& theme)
 {
     auto* entries = new QWidget(this);
     auto* heading = new Label(theme, TextStyle::bodyStrong);
+    setAccessibleRole(*heading, QAccessible::Heading);
     heading->setText(QStringLiteral("Tidy my Desktop"));
     stash_->setSymbol(Icon::trayDown);
     sort_->setSymbol(Icon::trays);
-    auto* column = columnIn(entries, Measure::hair);
+    auto* column = columnIn(entries, 0);
     column->addWidget(heading);
+    column->addSpacing(Measure::hair);
     column->addWidget(stash_, 0, Qt::AlignLeft);
     column->addWidget(stashNote_);
+    column->addSpacing(Measure::small);
     column->addWidget(sort_, 0, Qt::AlignLeft);
     column->addWidget(sortNote_);
     column->addWidget(lockedNote_);
     connect(stash_, &QPushButton::clicked, this, &DesktopTidySection::stashRequested);
     connect(sort_, &QPushButton::clicked, this, &DesktopTidySection::organise);
     return entries;
+}
+
+void DesktopTidySection::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.fillRect(Measure::medium, 0, width() - 2 * Measure::medium, 1,
+                     theme_.colour(Role::ink, Strength::edge));
 }
 
 void DesktopTidySection::refresh()

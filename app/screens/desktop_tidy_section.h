@@ -25,12 +25,16 @@ Q_SIGNALS:
     /// `plan` is to be shown for `realm`, the Desktop.
     void organiseRequested(const gruk::OrganisePlan& plan, const gruk::FileURL& realm);
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     [[nodiscard]] QWidget* makeRequest(Theme& theme);
     [[nodiscard]] QWidget* makeEntries(Theme& theme);
     void organise();
 
     AppModel& model_;
+    Theme& theme_;
     Button* stash_;
     Button* sort_;
     Label* stashNote_;

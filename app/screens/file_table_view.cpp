@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QShortcut>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include "app/screens/breadcrumb_bar.h"
@@ -17,6 +19,7 @@
 #include "app/screens/scan_node_text.h"
 #include "app/theme/card.h"
 #include "app/theme/label.h"
+#include "app/theme/tab_order.h"
 #include "app/theme/text_field.h"
 #include "app/theme/work_mark.h"
 #include "core/browse/breadcrumb_trail.h"
@@ -41,32 +44,32 @@ bool isSamePlace(const std::optional<FileURL>& a, const std::optional<FileURL>& 
 
 }  // namespace
 
-FileTableView::FileTableView(AppModel& model, Theme& theme, QWidget* parent)
+FileTableView::FileTableView(AppModel& model, Theme& theme, BrowseSelection kept, QWidget* parent)
     : PaperBackdrop(theme, parent), model_(model), theme_(theme),
       rows_(new ScanNodeModel(model.session(), this)), path_(new BreadcrumbBar(model, theme)),
       filter_(new TextField(theme, QStringLiteral("Filter"), QStringLiteral("Filter"))),
       table_(new BrowseTable(theme, *rows_)),
       empty_(new BrowseEmptyNote(theme, table_->viewport())), working_(new WorkMark(theme)),
-      footer_(new ElidedLabel(theme, TextStyle::detail, Qt::ElideRight)),
+      footer_(new ElidedLabel(theme, TextStyle::detail, Qt::ElideRight)), kept_(std::move(kept)),
       folder_(model.session().currentDirectory())
 {
     setObjectName(QStringLiteral("browsePage"));
     auto* centred = new QHBoxLayout(this);
-    centred->setContentsMargins(Measure::pageMargin, Measure::pageMargin, Measure::pageMargin,
-                                Measure::large);
+    // In the same place as on the pages that scroll as a whole.
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    centred->setContentsMargins(Measure::pageMargin, Measure::pageMargin,
+                                Measure::pageMargin + scrollBar, Measure::large);
     centred->addStretch(1);
     centred->addWidget(makeColumn(), 1000);
     centred->addStretch(1);
 
-    setTabOrder(path_, filter_);
-    QWidget* before = filter_;
-    for (QAbstractButton* button : table_->browseHeader().buttons()) {
-        setTabOrder(before, button);
-        before = button;
-    }
-    setTabOrder(before, table_);
+    connect(path_, &BreadcrumbBar::rebuilt, this, &FileTableView::chainControls);
+    chainControls();
     connectTable();
     connectKeys();
+    if (!isSamePlace(kept_.folder, folder_)) {
+        kept_ = {folder_, {}, std::nullopt};
+    }
     recall();
 }
 
@@ -86,12 +89,14 @@ QWidget* FileTableView::makeColumn()
 QHBoxLayout* FileTableView::makeTop()
 {
     filter_->setText(QString::fromStdString(model_.session().filterText()));
-    filter_->setClearButtonEnabled(true);
+    filter_->setSymbol(Icon::search);
+    filter_->setClearable();
     filter_->setFixedWidth(filterWidth);
     filter_->installEventFilter(this);
     connect(filter_, &QLineEdit::textChanged, this,
             [this](const QString& text) { model_.session().setFilterText(text.toStdString()); });
     auto* top = new QHBoxLayout;
+    top->setContentsMargins(0, 0, Measure::shadowOffset, 0);
     top->setSpacing(Measure::large);
     top->addWidget(path_, 1);
     top->addWidget(filter_);
@@ -129,6 +134,8 @@ void FileTableView::connectTable()
     connect(rows_, &QAbstractItemModel::modelAboutToBeReset, this, &FileTableView::remember);
     connect(rows_, &QAbstractItemModel::modelReset, this, &FileTableView::recall);
     connect(rows_, &ScanNodeModel::sizesChanged, this, &FileTableView::showFooter);
+    connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { hasSelected_ = true; });
     connect(table_, &BrowseTable::opened, this, &FileTableView::open);
     connect(table_, &BrowseTable::upPressed, this, &FileTableView::goUp);
     connect(table_, &BrowseTable::backPressed, this, &FileTableView::goBack);
@@ -150,6 +157,21 @@ void FileTableView::connectKeys()
     onKey(Qt::ALT | Qt::Key_Left, &FileTableView::goBack);
     onKey(Qt::Key_Back, &FileTableView::goBack);
     onKey(Qt::ALT | Qt::Key_Up, &FileTableView::goUp);
+}
+
+void FileTableView::chainControls()
+{
+    std::vector<QWidget*> controls(path_->crumbs().begin(), path_->crumbs().end());
+    controls.push_back(filter_);
+    const std::vector<QAbstractButton*>& heads = table_->browseHeader().buttons();
+    controls.insert(controls.end(), heads.begin(), heads.end());
+    controls.push_back(table_);
+    chainTabStops(controls);
+}
+
+void FileTableView::focusRows()
+{
+    table_->setFocus(Qt::OtherFocusReason);
 }
 
 void FileTableView::focusFilter()
@@ -217,18 +239,32 @@ void FileTableView::setSort(ScanNodeModel::Column pressed)
     }
 }
 
+BrowseSelection FileTableView::keptSelection() const
+{
+    BrowseSelection kept = kept_;
+    if (hasSelected_) {
+        kept.urls = table_->selectedURLs();
+    }
+    if (std::optional<FileURL> current = table_->currentURL()) {
+        kept.current = std::move(current);
+    }
+    return kept;
+}
+
 void FileTableView::remember()
 {
-    selected_ = table_->selectedURLs();
-    current_ = table_->currentURL();
+    kept_ = keptSelection();
 }
 
 void FileTableView::recall()
 {
     const std::optional<FileURL>& folder = model_.session().currentDirectory();
     if (isSamePlace(folder, folder_)) {
-        table_->select(selected_, current_);
+        table_->select(kept_.urls, kept_.current);
+        // Those that a filter hides are still selected.
+        hasSelected_ = false;
     } else {
+        kept_ = {folder, {}, std::nullopt};
         const std::optional<FileURL> left = folder ? itemOnTheWay(*folder, folder_) : std::nullopt;
         table_->scrollToTop();
         if (left) {
@@ -270,8 +306,11 @@ void FileTableView::showEmptiness()
     } else if (emptyReason_) {
         sentence = emptyFolderSentence(*emptyReason_);
     }
+    const bool isEmpty = rows_->rowCount() == 0 && !sentence.isEmpty();
     empty_->setSentence(sentence);
-    empty_->setVisible(rows_->rowCount() == 0 && !sentence.isEmpty());
+    empty_->setVisible(isEmpty);
+    // Only rows are read of a table, and nothing that lies over it.
+    table_->setAccessibleDescription(isEmpty ? sentence : QString());
 }
 
 void FileTableView::showFooter()

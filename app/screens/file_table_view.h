@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "app/model/app_model.h"
+#include "app/screens/browse_selection.h"
 #include "app/screens/browse_sort.h"
 #include "app/theme/paper_backdrop.h"
 #include "app/theme/theme.h"
@@ -21,18 +22,24 @@ class WorkMark;
 
 /// The Browse page: the folder that the model's session shows as a table, with the path to it and
 /// what it comes to. Everything about folders, order and filter is the session's; the page keeps
-/// what is selected. Nothing on it changes the disk.
+/// what is selected, for itself and for a later one. Nothing on it changes the disk.
 class FileTableView : public PaperBackdrop {
     Q_OBJECT
 
 public:
-    FileTableView(AppModel& model, Theme& theme, QWidget* parent = nullptr);
+    /// `kept` is selected again, if it is of the folder that the session shows.
+    FileTableView(AppModel& model, Theme& theme, BrowseSelection kept = {},
+                  QWidget* parent = nullptr);
 
     /// Puts the keyboard into the field "Filter".
     void focusFilter();
+    /// Puts the keyboard into the table.
+    void focusRows();
 
     /// The places of the selected items, in the order of the rows.
     [[nodiscard]] std::vector<FileURL> selection() const;
+    /// The selection for a later page.
+    [[nodiscard]] BrowseSelection keptSelection() const;
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -44,6 +51,8 @@ private:
     [[nodiscard]] QHBoxLayout* makeTop();
     [[nodiscard]] QWidget* makeCard();
     [[nodiscard]] QHBoxLayout* makeFooter();
+    /// Tab goes through the page as it is read.
+    void chainControls();
     void connectTable();
     void connectKeys();
 
@@ -73,8 +82,9 @@ private:
 
     std::vector<TableSort> tableSortOrder_;
     /// What was selected before the rows changed, and in which folder.
-    std::vector<FileURL> selected_;
-    std::optional<FileURL> current_;
+    BrowseSelection kept_;
+    /// Whether the user has selected since: then what he sees selected is all that is.
+    bool hasSelected_ = false;
     std::optional<FileURL> folder_;
     /// Why the folder is empty; none while it is not, or not yet known.
     std::optional<EmptyReason> emptyReason_;

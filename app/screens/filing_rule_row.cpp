@@ -37,6 +37,7 @@ FilingRuleRow::FilingRuleRow(Theme& theme, const RealmRule& rule, QWidget* paren
     row->addWidget(kind);
     row->addWidget(quietIcon(theme, Icon::arrowRight));
     row->addWidget(folder, 1);
+    setAccessibleName(QStringLiteral("%1, %2").arg(kind->text(), folder->text()));
     if (rule.applyAfterPatrol) {
         auto* tag = new Label(theme, TextStyle::detail);
         tag->setColour(Role::ink, Strength::quiet);

@@ -9,6 +9,7 @@
 
 #include "app/screens/file_kind_copy.h"
 #include "app/screens/folder_name.h"
+#include "app/screens/refusal_note.h"
 #include "app/screens/section_title.h"
 #include "core/actions/realm_rules.h"
 
@@ -49,11 +50,8 @@ FilingRulesForm::FilingRulesForm(Theme& theme, QWidget* parent)
       folder_(new TextField(theme, QStringLiteral("Folder name"), QStringLiteral("Folder name"))),
       afterPatrol_(new Toggle(theme, QStringLiteral("Also file right after each patrol"))),
       add_(new Button(theme, Button::Kind::secondary, QStringLiteral("Add rule"))),
-      refusal_(new Label(theme, TextStyle::detail)), fullNote_(sectionNote(theme, fullText()))
+      refusal_(new RefusalNote(theme, *folder_)), fullNote_(sectionNote(theme, fullText()))
 {
-    refusal_->setColour(Role::red);
-    refusal_->setWordWrap(true);
-    refusal_->hide();
     fullNote_->hide();
     folder_->installEventFilter(this);
 
@@ -69,7 +67,6 @@ FilingRulesForm::FilingRulesForm(Theme& theme, QWidget* parent)
     column->addWidget(fullNote_);
 
     connect(add_, &QPushButton::clicked, this, &FilingRulesForm::submit);
-    connect(folder_, &QLineEdit::textChanged, refusal_, &QWidget::hide);
 }
 
 QLayout* FilingRulesForm::makeLine(Theme& theme)
@@ -99,6 +96,11 @@ void FilingRulesForm::clear()
     }
 }
 
+std::vector<QWidget*> FilingRulesForm::tabStops() const
+{
+    return {kind_, folder_, add_, afterPatrol_};
+}
+
 void FilingRulesForm::submit()
 {
     const QString name = FolderName::trimmed(folder_->text());
@@ -108,9 +110,7 @@ void FilingRulesForm::submit()
         Q_EMIT addRequested(kind, name, afterPatrol_->isChecked());
         return;
     }
-    refusal_->setText(refusal);
-    refusal_->show();
-    folder_->setFocus(Qt::OtherFocusReason);
+    refusal_->refuse(refusal);
 }
 
 bool FilingRulesForm::eventFilter(QObject* watched, QEvent* event)

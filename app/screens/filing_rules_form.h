@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <QWidget>
 
 #include "app/theme/button.h"
@@ -10,6 +12,8 @@
 #include "core/patrol/file_kind.h"
 
 namespace gruk {
+
+class RefusalNote;
 
 /// Where a new filing rule is written. A name that no folder can have is refused with a word why.
 class FilingRulesForm : public QWidget {
@@ -22,6 +26,9 @@ public:
     void setFull(bool isFull);
     /// Ready for the next rule, with the focus where it begins.
     void clear();
+
+    /// What Tab goes through, as it stands on the screen.
+    [[nodiscard]] std::vector<QWidget*> tabStops() const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -38,7 +45,7 @@ private:
     TextField* folder_;
     Toggle* afterPatrol_;
     Button* add_;
-    Label* refusal_;
+    RefusalNote* refusal_;
     Label* fullNote_;
 };
 

@@ -10,6 +10,7 @@
 
 #include "app/screens/patrol_text.h"
 #include "app/screens/selection_box.h"
+#include "app/theme/accessible.h"
 #include "app/theme/card_painter.h"
 #include "app/theme/text.h"
 #include "core/patrol/byte_format.h"
@@ -76,7 +77,7 @@ QLabel* figure(Theme& theme, TextStyle style, const QString& text)
 }  // namespace
 
 FindingRow::FindingRow(Theme& theme, const ReviewFinding& finding, bool isOpen, QWidget* parent)
-    : Row(theme, parent), box_(new SelectionBox(theme)),
+    : Row(theme, parent), box_(new SelectionBox(theme)), pathText_(displayName(finding.url.path())),
       path_(new ElidedLabel(theme, TextStyle::small, Qt::ElideMiddle)),
       disclosure_(new DisclosureButton(theme, QStringLiteral("Why the Gruk flagged this"),
                                        QStringLiteral("Hide why"))),
@@ -86,17 +87,34 @@ FindingRow::FindingRow(Theme& theme, const ReviewFinding& finding, bool isOpen, 
     setAccessibleName(QStringLiteral("%1, %2, %3")
                           .arg(name, sizeText(finding), PatrolText::reasonLabel(finding.reason)));
     build(finding);
+    describeControls();
     buildPanel(finding);
     disclosure_->setOpen(isOpen);
-    disclosure_->setAccessibleDescription(name);
     showPanel();
     connect(box_, &SelectionBox::toggleRequested, this, &FindingRow::selectionToggled);
     connect(disclosure_, &QAbstractButton::toggled, this, &FindingRow::openChanged);
     setReviewOnly(true);
 }
 
+void FindingRow::describeControls()
+{
+    // Which item it is about is told of each; the path, since two can have one name. What there is
+    // to know of it is told where one comes to it first.
+    for (QWidget* control : {reveal_, trash_}) {
+        control->setAccessibleDescription(pathText_);
+    }
+    for (QWidget* control : {static_cast<QWidget*>(box_), static_cast<QWidget*>(disclosure_)}) {
+        control->setAccessibleDescription(
+            QStringLiteral("%1, %2").arg(accessibleName(), pathText_));
+    }
+}
+
 void FindingRow::setReviewOnly(bool reviewOnly)
 {
+    const QWidget* focused = window()->focusWidget();
+    if (reviewOnly && (focused == box_ || focused == trash_)) {
+        disclosure_->setFocus(Qt::OtherFocusReason);
+    }
     box_->setVisible(!reviewOnly);
     trash_->setEnabled(!reviewOnly);
     trash_->setText(reviewOnly ? QStringLiteral("Review Only") : QStringLiteral("Move to Trash"));
@@ -113,6 +131,13 @@ std::vector<QWidget*> FindingRow::controls() const
     return {box_, disclosure_, reveal_, trash_};
 }
 
+void FindingRow::focusControl(std::size_t control)
+{
+    QWidget* wanted = controls()[control];
+    const bool canTakeIt = wanted->isEnabled() && wanted->isVisibleTo(this);
+    (canTakeIt ? wanted : disclosure_)->setFocus(Qt::OtherFocusReason);
+}
+
 int FindingRow::closedHeight(const Theme& theme)
 {
     return 2 * Measure::small + QFontMetrics(theme.font(TextStyle::bodyStrong)).height()
@@ -121,7 +146,7 @@ int FindingRow::closedHeight(const Theme& theme)
 
 int FindingRow::openExtra(const Theme& theme, const ReviewFinding& finding, int width)
 {
-    const int textWidth = width - panelIndent - 2 * Measure::medium;
+    const int textWidth = width - panelIndent - Measure::shadowOffset - 2 * Measure::medium;
     int height = 2 * Measure::medium + Measure::small;
     const auto texts = panelTexts(finding);
     for (const PanelText& part : texts) {
@@ -138,8 +163,7 @@ void FindingRow::build(const ReviewFinding& finding)
     auto* symbol = new IconLabel(theme(), iconFor(finding.reason), Measure::iconSize);
     auto* name = new ElidedLabel(theme(), TextStyle::bodyStrong, Qt::ElideMiddle);
     name->setFullText(displayName(finding.url.lastPathComponent()));
-    path_->setFullText(displayName(finding.url.path()));
-    path_->setColour(Role::ink, Strength::quiet);
+    setGone(false);
     auto* reason = new OutlinedLabel(theme());
     reason->setText(PatrolText::reasonLabel(finding.reason));
 
@@ -158,6 +182,8 @@ void FindingRow::build(const ReviewFinding& finding)
     figures->addStretch();
 
     auto* upper = new QHBoxLayout;
+    // The actions under it have a shadow at their right.
+    upper->setContentsMargins(0, 0, Measure::shadowOffset, 0);
     upper->setSpacing(Measure::medium);
     upper->addLayout(words, 1);
     upper->addWidget(reason, 0, Qt::AlignTop);
@@ -166,7 +192,7 @@ void FindingRow::build(const ReviewFinding& finding)
     lines->setSpacing(0);
     lines->addLayout(upper);
     lines->addStretch();
-    lines->addLayout(makeActions(displayName(finding.url.lastPathComponent())));
+    lines->addLayout(makeActions());
     auto* row = new QHBoxLayout(head_);
     row->setContentsMargins(0, Measure::small, 0, Measure::hair);
     row->setSpacing(Measure::medium);
@@ -175,15 +201,14 @@ void FindingRow::build(const ReviewFinding& finding)
     row->addLayout(lines, 1);
 }
 
-QLayout* FindingRow::makeActions(const QString& name)
+QLayout* FindingRow::makeActions()
 {
-    box_->setAccessibleDescription(name);
     reveal_ = new Button(theme(), Button::Kind::link, QStringLiteral("Reveal"));
-    reveal_->setAccessibleDescription(name);
     trash_ = new Button(theme(), Button::Kind::destructive, QStringLiteral("Move to Trash"));
-    trash_->setAccessibleDescription(name);
     connect(reveal_, &QPushButton::clicked, this, &FindingRow::revealRequested);
     connect(trash_, &QPushButton::clicked, this, &FindingRow::trashRequested);
+    disclosure_->setBesideButtons();
+    reveal_->setBesideButtons();
     auto* row = new QHBoxLayout;
     row->setSpacing(Measure::large);
     row->addWidget(disclosure_);
@@ -195,6 +220,9 @@ QLayout* FindingRow::makeActions(const QString& name)
 
 void FindingRow::buildPanel(const ReviewFinding& finding)
 {
+    // Opened, it is read out: of the disclosure's new state the toolkit passes nothing on.
+    setAccessibleRole(*panel_, QAccessible::Notification);
+    panel_->setAccessibleName(disclosure_->text());
     auto* column = new QVBoxLayout(panel_);
     column->setContentsMargins(Measure::medium, Measure::medium, Measure::medium, Measure::medium);
     column->setSpacing(Measure::small);
@@ -213,16 +241,18 @@ void FindingRow::showPanel()
     update();
 }
 
-void FindingRow::showGone()
+void FindingRow::setGone(bool isGone)
 {
-    path_->setFullText(QStringLiteral("Already gone — next patrol will forget it"));
-    path_->setColour(Role::ink);
+    path_->setFullText(isGone ? QStringLiteral("Already gone — next patrol will forget it")
+                              : pathText_);
+    path_->setColour(Role::ink, isGone ? Strength::full : Strength::quiet);
 }
 
 QRect FindingRow::panelRect() const
 {
     const int top = closedHeight(theme());
-    return {panelIndent, top, width() - panelIndent, height() - top - Measure::small};
+    return {panelIndent, top, width() - panelIndent - Measure::shadowOffset,
+            height() - top - Measure::small};
 }
 
 void FindingRow::resizeEvent(QResizeEvent* event)

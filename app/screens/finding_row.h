@@ -28,12 +28,14 @@ public:
     /// How much more an open row of that width takes.
     [[nodiscard]] static int openExtra(const Theme& theme, const ReviewFinding& finding, int width);
 
-    /// Says that nothing is at the finding's path any more.
-    void showGone();
+    /// Says that nothing is at the finding's path any more, or that there is something again.
+    void setGone(bool isGone);
 
     [[nodiscard]] DisclosureButton* disclosure() const { return disclosure_; }
-    /// What can have the focus, from the left.
+    /// What can have the focus, from the left; as many in every row.
     [[nodiscard]] std::vector<QWidget*> controls() const;
+    /// Gives the focus to one of them, or to the disclosure where that one cannot take it now.
+    void focusControl(std::size_t control);
 
 Q_SIGNALS:
     void openChanged(bool isOpen);
@@ -49,12 +51,14 @@ protected:
 
 private:
     void build(const ReviewFinding& finding);
-    [[nodiscard]] QLayout* makeActions(const QString& name);
+    [[nodiscard]] QLayout* makeActions();
+    void describeControls();
     void buildPanel(const ReviewFinding& finding);
     void showPanel();
     [[nodiscard]] QRect panelRect() const;
 
     SelectionBox* box_;
+    QString pathText_;
     ElidedLabel* path_;
     DisclosureButton* disclosure_;
     Button* reveal_ = nullptr;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <QActionGroup>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPointer>
@@ -37,21 +38,13 @@ QString filterLabel(std::optional<ReviewFinding::Reason> reason)
 FindingsSection::FindingsSection(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model), theme_(theme),
       sort_(new SegmentedControl(theme, sortLabels(), QStringLiteral("Sort findings by"))),
-      filter_(new Button(theme, Button::Kind::secondary, filterLabel({}))), nothing_(makeNothing()),
-      cutOff_(sectionNote(theme, {})), bar_(new SelectionBar(theme)), list_(new FindingsList(theme))
+      filter_(new Button(theme, Button::Kind::secondary, filterLabel({}))),
+      nothingSymbol_(new IconLabel(theme, Icon::sparkles, Measure::largeIconSize)),
+      nothingText_(new Label(theme, TextStyle::body)), nothing_(makeNothing()),
+      cutOff_(sectionNote(theme, {})), bar_(new SelectionBar(theme)),
+      list_(new FindingsList(theme)), card_(new SelectionCard(theme)), roomForCard_(new QWidget)
 {
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(Measure::small);
-    column->addWidget(sectionTitle(theme, QStringLiteral("Worth a look")));
-    column->addWidget(sectionNote(theme, QStringLiteral("Suggestions, not verdicts. Gruk shows its "
-                                                        "evidence and waits for you.")));
-    column->addWidget(makeControls());
-    column->addWidget(bar_);
-    column->addWidget(nothing_);
-    column->addWidget(list_);
-    column->addWidget(cutOff_);
-
+    layOut();
     connect(sort_, &SegmentedControl::currentChanged, this, [this](int index) {
         findingsSort_ = static_cast<FindingsSort>(index);
         present();
@@ -69,6 +62,24 @@ FindingsSection::FindingsSection(AppModel& model, Theme& theme, QWidget* parent)
     showModel();
 }
 
+void FindingsSection::layOut()
+{
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(Measure::small);
+    column->addWidget(sectionTitle(theme_, QStringLiteral("Worth a look")));
+    column->addWidget(sectionNote(theme_, QStringLiteral("Suggestions, not verdicts. Gruk shows "
+                                                         "its evidence and waits for you.")));
+    column->addWidget(makeControls());
+    column->addWidget(bar_);
+    column->addWidget(nothing_);
+    column->addWidget(list_);
+    column->addWidget(cutOff_);
+    column->addWidget(roomForCard_);
+    card_->setParent(this);
+    list_->setControlBefore(card_->lastControl());
+}
+
 void FindingsSection::connectSelection()
 {
     list_->setSelection(&selection_);
@@ -78,17 +89,11 @@ void FindingsSection::connectSelection()
     connect(list_, &FindingsList::trashRequested, this, [this](std::size_t index) {
         TrashQuestions::askToTrash(model_, theme_, (*list_->findings())[index], *this);
     });
-    connect(bar_, &SelectionBar::selectAllRequested, this, [this] {
-        selection_.selectAll(*list_->findings());
-        showSelection();
-    });
+    connect(bar_, &SelectionBar::selectAllRequested, this, &FindingsSection::selectShown);
     connect(bar_, &SelectionBar::selectAllOfKindRequested, this, &FindingsSection::selectAllOfKind);
-    connect(bar_, &SelectionBar::clearRequested, this, [this] {
-        selection_.clear();
-        showSelection();
-    });
-    connect(bar_, &SelectionBar::trashRequested, this, &FindingsSection::askToTrashSelected);
-    connect(bar_, &SelectionBar::unlockRequested, this,
+    connect(bar_, &SelectionBar::clearRequested, this, &FindingsSection::clearSelection);
+    connect(card_, &SelectionCard::trashRequested, this, &FindingsSection::askToTrashSelected);
+    connect(card_, &SelectionCard::unlockRequested, this,
             [this] { askToEnableTrashActions(model_, theme_, this); });
 }
 
@@ -109,6 +114,20 @@ void FindingsSection::toggle(std::size_t index, Qt::KeyboardModifiers modifiers)
     showSelection();
 }
 
+void FindingsSection::selectShown()
+{
+    for (const ReviewFinding& finding : list_->shown()) {
+        selection_.ids.insert(finding.id);
+    }
+    showSelection();
+}
+
+void FindingsSection::clearSelection()
+{
+    selection_.clear();
+    showSelection();
+}
+
 void FindingsSection::selectAllOfKind()
 {
     if (reasonFilter_) {
@@ -123,24 +142,61 @@ void FindingsSection::pruneSelection()
         return;
     }
     FindingsSelection left;
-    for (const ReviewFinding& finding : selection_.selected(model_.findings())) {
-        left.ids.insert(finding.id);
+    for (const ReviewFinding& finding : model_.findings()) {
+        if (selection_.ids.contains(finding.id)) {
+            left.ids.insert(finding.id);
+        }
     }
     selection_ = std::move(left);
 }
 
-void FindingsSection::showSelection()
+SelectionState FindingsSection::selectionState() const
 {
-    const std::size_t shown = selection_.selected(*list_->findings()).size();
-    SelectionBar::State state;
+    const auto shown = std::ranges::count_if(list_->shown(), [this](const ReviewFinding& finding) {
+        return selection_.ids.contains(finding.id);
+    });
+    SelectionState state;
     state.reviewOnly = model_.reviewOnlyMode();
     state.hasRows = !list_->findings()->empty();
     state.hasFilter = reasonFilter_.has_value();
     state.selected = selection_.ids.size();
-    state.notShown = state.selected - std::min(shown, state.selected);
+    state.notShown = state.selected - static_cast<std::size_t>(shown);
     state.bytes = selection_.selectedBytes(model_.findings());
+    return state;
+}
+
+void FindingsSection::showSelection()
+{
+    // The rows are those of before until the pool has answered: what they offer may be gone.
+    pruneSelection();
+    const QWidget* focused = window()->focusWidget();
+    const bool hadFocus = bar_->isAncestorOf(focused) || card_->isAncestorOf(focused);
+    const SelectionState state = selectionState();
     bar_->setState(state);
+    card_->setState(state);
+    roomForCard_->setFixedHeight(card_->sizeHint().height());
+    roomForCard_->setVisible(state.selected > 0);
+    placeCard();
+    if (hadFocus && !focused->isVisibleTo(this)) {
+        QWidget* const next = state.selected > 0 ? card_->action() : bar_->selectAllButton();
+        (next->isVisibleTo(this) ? next : filter_)->setFocus(Qt::OtherFocusReason);
+    }
     list_->showSelection();
+}
+
+void FindingsSection::placeCard()
+{
+    const int height = card_->sizeHint().height();
+    const int lowest = std::max(this->height() - height, list_->y());
+    const int place = std::clamp(viewBottom_ - height, list_->y(), lowest);
+    card_->setGeometry(0, place, width(), height);
+    card_->raise();
+}
+
+int FindingsSection::coveredBelow(const QWidget* control) const
+{
+    const bool isUnderIt = card_->isVisible() && list_->isAncestorOf(control);
+    return isUnderIt ? viewBottom_ - card_->y() : 0;
 }
 
 void FindingsSection::askToTrashSelected()
@@ -149,8 +205,7 @@ void FindingsSection::askToTrashSelected()
     TrashQuestions::askToTrash(model_, theme_, selection_.selected(model_.findings()), *this,
                                [self] {
                                    if (self) {
-                                       self->selection_.clear();
-                                       self->showSelection();
+                                       self->clearSelection();
                                    }
                                });
 }
@@ -205,11 +260,19 @@ QWidget* FindingsSection::makeNothing()
     auto* row = new QHBoxLayout(nothing);
     row->setContentsMargins(0, Measure::small, 0, Measure::small);
     row->setSpacing(Measure::small);
-    auto* sentence = new Label(theme_, TextStyle::body);
-    sentence->setText(QStringLiteral("Nothing meets the current review rules."));
-    row->addWidget(new IconLabel(theme_, Icon::sparkles, Measure::largeIconSize));
-    row->addWidget(sentence, 1);
+    row->addWidget(nothingSymbol_);
+    row->addWidget(nothingText_, 1);
+    nothing->hide();
     return nothing;
+}
+
+void FindingsSection::showNothing()
+{
+    const bool hasNone = model_.findings().empty();
+    nothing_->setVisible(list_->findings()->empty());
+    nothingSymbol_->setVisible(hasNone);
+    nothingText_->setText(hasNone ? QStringLiteral("Nothing meets the current review rules.")
+                                  : QStringLiteral("None of this kind."));
 }
 
 void FindingsSection::setFilter(std::optional<ReviewFinding::Reason> reason)
@@ -223,7 +286,7 @@ void FindingsSection::setFilter(std::optional<ReviewFinding::Reason> reason)
 void FindingsSection::showModel()
 {
     setVisible(model_.latestSnapshot() != nullptr);
-    pruneSelection();
+    showSelection();
     present();
 }
 
@@ -241,15 +304,39 @@ QCoro::Task<> FindingsSection::present()
         }
         co_return;
     }
-    const std::size_t count = presented->size();
-    nothing_->setVisible(count == 0);
+    setFindings(std::move(presented));
+}
+
+void FindingsSection::setFindings(FindingsList::Findings findings)
+{
+    const std::size_t count = findings->size();
     cutOff_->setVisible(count > FindingsList::mostRows);
     cutOff_->setText(
         QStringLiteral("The first %1 of %2 are shown.")
             .arg(groupedNumber(FindingsList::mostRows), groupedNumber(static_cast<qint64>(count))));
-    model_.discard(list_->setFindings(std::move(presented)));
+    const bool losesFocus = count == 0 && list_->holdsFocus();
+    model_.discard(list_->setFindings(std::move(findings)));
+    if (losesFocus) {
+        filter_->setFocus(Qt::OtherFocusReason);
+    }
+    showNothing();
     tellListWhatIsInView();
     showSelection();
+}
+
+bool FindingsSection::event(QEvent* event)
+{
+    // Whoever comes back to the window may have deleted something meanwhile, or put it back.
+    if (event->type() == QEvent::WindowActivate || event->type() == QEvent::Show) {
+        lookForGoneItems();
+    }
+    return QWidget::event(event);
+}
+
+void FindingsSection::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    placeCard();
 }
 
 void FindingsSection::showWithin(int top, int bottom)
@@ -257,6 +344,7 @@ void FindingsSection::showWithin(int top, int bottom)
     viewTop_ = top;
     viewBottom_ = bottom;
     tellListWhatIsInView();
+    placeCard();
 }
 
 void FindingsSection::tellListWhatIsInView()
@@ -268,19 +356,19 @@ QCoro::Task<> FindingsSection::lookForGoneItems()
 {
     // One look at a time: a disk that does not answer holds up this look and nothing else.
     looksAgain_ = true;
-    if (isLooking_) {
+    if (isLooking_ || list_->rowCount() == 0) {
         co_return;
     }
     isLooking_ = true;
     const QPointer<FindingsSection> self = this;
     while (looksAgain_) {
         looksAgain_ = false;
-        std::vector<FileURL> urls = list_->shownURLs();
-        const std::vector<FileURL> gone = co_await model_.missingItems(std::move(urls));
+        const std::vector<FileURL> urls = list_->shownURLs();
+        const std::vector<FileURL> gone = co_await model_.missingItems(urls);
         if (!self) {
             co_return;
         }
-        list_->showGone(gone);
+        list_->showGone(urls, gone);
     }
     isLooking_ = false;
 }

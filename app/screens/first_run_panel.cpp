@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "app/screens/repaint_once.h"
+#include "app/theme/accessible.h"
 #include "app/theme/label.h"
 #include "app/theme/text.h"
 #include "core/patrol/patrol_copy.h"
@@ -73,6 +74,8 @@ BaselineNote::BaselineNote(AppModel& model, Theme& theme, QWidget* parent)
 {
     auto* headline = paragraph(theme, TextStyle::body);
     QVBoxLayout* column = columnIn(this);
+    setAccessibleRole(*this, QAccessible::Notification);
+    setAccessibleName(QStringLiteral("First patrol complete."));
     column->addWidget(paragraph(theme, TextStyle::lead, QStringLiteral("First patrol complete.")));
     column->addWidget(headline);
     column->addLayout(withSymbol(

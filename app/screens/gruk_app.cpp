@@ -103,11 +103,7 @@ void GrukApp::togglePanel(const QRect& anchor, const ActivationTokens& tokens)
         connect(panel_.get(), &GrukMenuBarView::chosen, this,
                 [this](MenuBarItem item) { perform(item); });
     }
-    if (panel_->isVisible()) {
-        panel_->hide();
-    } else {
-        panel_->showAt(anchor, tokens);
-    }
+    panel_->toggleAt(anchor, tokens);
 }
 
 void GrukApp::openMainWindow(const ActivationTokens& tokens)

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include <QWidget>
 
 #include "app/model/app_model.h"
@@ -19,13 +22,18 @@ public:
 
 private:
     void showModel();
-    [[nodiscard]] QWidget* makeRow(const HeavyItem& item) const;
+    void makeRows(const std::vector<HeavyItem>& items);
+    [[nodiscard]] QWidget* makeRow(const HeavyItem& item);
+    [[nodiscard]] Button* makeReveal(const HeavyItem& item);
 
     AppModel& model_;
     Theme& theme_;
     Label* introduction_;
     QVBoxLayout* rows_;
     Button* showAll_;
+    /// The button of each row and which item it is for, from the top.
+    std::vector<Button*> reveals_;
+    std::vector<std::string> paths_;
     bool expandedHeavyItems_ = false;
 };
 

@@ -18,7 +18,7 @@ std::optional<Confirmation> hoardConfirmation(const AppModel& model)
             .arg(QString::number(model.stashableCount(*desktop)),
                  displayName(model.proposedHoardName(*desktop)));
     return Confirmation{QStringLiteral("Desktop Hoard"), message, QStringLiteral("Stash it all"),
-                        QStringLiteral("Cancel")};
+                        QStringLiteral("Cancel"), Button::Kind::primary};
 }
 
 }  // namespace gruk

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "app/theme/accessible.h"
 #include "app/theme/card_painter.h"
 #include "app/theme/text.h"
 
@@ -14,7 +15,7 @@ IconButton::IconButton(Theme& theme, Icon icon, const QString& purpose, Place pl
       press_(new GrukTactileButtonStyle(theme, *this))
 {
     setAccessibleName(purpose);
-    setToolTip(toolTipText(purpose));
+    giveToolTip(*this, purpose);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setCursor(Qt::PointingHandCursor);

@@ -6,7 +6,10 @@
 
 #include <QDragEnterEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QMimeData>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 
 #include "app/model/setting_keys.h"
@@ -14,6 +17,7 @@
 #include "app/screens/dropped_folders.h"
 #include "app/screens/file_table_view.h"
 #include "app/screens/hoard_confirmation.h"
+#include "app/screens/message_strip.h"
 #include "app/screens/organise_sheet.h"
 #include "app/screens/page_fade.h"
 #include "app/screens/patrol_page.h"
@@ -23,8 +27,9 @@
 #include "app/screens/undo_offer.h"
 #include "app/screens/walkthrough_view.h"
 #include "app/screens/welcome_page.h"
+#include "app/theme/accessible.h"
 #include "app/theme/focus_ring.h"
-#include "app/theme/sheet.h"
+#include "app/theme/overlay.h"
 
 namespace gruk {
 
@@ -47,12 +52,25 @@ std::vector<FileURL> foldersIn(const QMimeData* data)
     return droppedFolders(data->data(QStringLiteral("text/uri-list")).toStdString());
 }
 
+/// What Tab comes to first on the page; null when there is nothing.
+QWidget* firstControl(QWidget& page)
+{
+    for (QWidget* each = page.nextInFocusChain(); each != &page; each = each->nextInFocusChain()) {
+        if (page.isAncestorOf(each) && each->isEnabled() && each->isVisibleTo(&page)
+            && (each->focusPolicy() & Qt::TabFocus) == Qt::TabFocus) {
+            return each;
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 SweepView::SweepView(AppModel& model, Theme& theme)
     : model_(model), theme_(theme), sidebar_(new SidebarView(model, theme)),
-      header_(new DetailHeader(model, theme))
+      header_(new DetailHeader(model, theme)), messages_(new MessageStrip(model, theme))
 {
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Gruk"));
     setAcceptDrops(true);
     setMinimumSize(Measure::smallestWindowWidth, Measure::smallestWindowHeight);
@@ -88,6 +106,7 @@ QWidget* SweepView::makeDetail()
     detail_->setContentsMargins(0, 0, 0, 0);
     detail_->setSpacing(0);
     detail_->addWidget(header_);
+    detail_->addWidget(messages_);
     connect(header_, &DetailHeader::pageChosen, this, &SweepView::setDetailPage);
     connect(header_, &DetailHeader::walkthroughRequested, this, &SweepView::showWalkthrough);
     connect(header_, &DetailHeader::tidyRequested, this, &SweepView::tidyDesktop);
@@ -102,7 +121,7 @@ QWidget* SweepView::makePage()
 {
     if (model_.activeRootURL()) {
         if (page_ == DetailPage::browse) {
-            return new FileTableView(model_, theme_);
+            return new FileTableView(model_, theme_, selection_);
         }
         return new GrukPatrolView(model_, theme_);
     }
@@ -115,16 +134,42 @@ QWidget* SweepView::makePage()
 void SweepView::showPage()
 {
     QWidget* before = shown_;
+    // What the sidebar, the header or a question holds stays there.
+    const QWidget* const focused = focusWidget();
+    const bool takesFocus = before != nullptr
+                            && (focused == nullptr || focused == this || focused == before
+                                || before->isAncestorOf(focused));
     if (before != nullptr && before->isVisible()) {
         fadeOut(theme_, *before);
     }
+    if (const auto* table = qobject_cast<FileTableView*>(before)) {
+        selection_ = table->keptSelection();
+    }
     shown_ = makePage();
+    messages_->setWanted(qobject_cast<GrukPatrolView*>(shown_) == nullptr);
+    detail_->addWidget(shown_, 1);
+    if (takesFocus) {
+        // Before the toolkit, which would hand it to whatever comes next in the window.
+        focusPage();
+    }
     if (before != nullptr) {
         detail_->removeWidget(before);
         before->hide();
         before->deleteLater();
     }
-    detail_->addWidget(shown_, 1);
+}
+
+void SweepView::focusPage()
+{
+    if (isVisible()) {
+        // What can't be seen yet takes no focus.
+        shown_->show();
+    }
+    if (auto* table = qobject_cast<FileTableView*>(shown_)) {
+        table->focusRows();
+    } else if (QWidget* control = firstControl(*shown_)) {
+        control->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void SweepView::setDetailPage(DetailPage page)
@@ -141,15 +186,20 @@ void SweepView::setDetailPage(DetailPage page)
 
 bool SweepView::isAsking() const
 {
-    const QList<Sheet*> sheets = findChildren<Sheet*>();
-    return std::ranges::any_of(sheets, [](const Sheet* sheet) { return sheet->isVisible(); });
+    const QList<Overlay*> questions = findChildren<Overlay*>();
+    return std::ranges::any_of(questions, [](const Overlay* each) { return each->isOpen(); });
+}
+
+void SweepView::onAnyKeys(const QKeySequence& keys, std::function<void()> action)
+{
+    auto* shortcut = new QShortcut(keys, this);
+    shortcut->setAutoRepeat(false);
+    connect(shortcut, &QShortcut::activated, this, std::move(action));
 }
 
 void SweepView::onKeys(const QKeySequence& keys, std::function<void()> action)
 {
-    auto* shortcut = new QShortcut(keys, this);
-    shortcut->setAutoRepeat(false);
-    connect(shortcut, &QShortcut::activated, this, [this, action = std::move(action)] {
+    onAnyKeys(keys, [this, action = std::move(action)] {
         if (!isAsking()) {
             action();
         }
@@ -167,10 +217,10 @@ void SweepView::addShortcuts()
     onKeys(Qt::CTRL | Qt::Key_1, [this] { setDetailPage(DetailPage::patrol); });
     onKeys(Qt::CTRL | Qt::Key_2, [this] { setDetailPage(DetailPage::browse); });
     onKeys(Qt::CTRL | Qt::Key_Comma, [this] { Q_EMIT settingsRequested(); });
-    onKeys(Qt::CTRL | Qt::Key_Q, [this] { Q_EMIT quitRequested(); });
+    onAnyKeys(Qt::CTRL | Qt::Key_Q, [this] { Q_EMIT quitRequested(); });
     onKeys(Qt::CTRL | Qt::Key_Z, [this] {
         // A field that is being typed in has the key first.
-        if (const auto offer = undoOffer(model_)) {
+        if (const auto offer = undoOffer(model_); offer && tellsWhatCanBeUndone(model_)) {
             offer->run();
         }
     });
@@ -200,6 +250,8 @@ void SweepView::confirmStash()
 {
     const std::optional<Confirmation> question = hoardConfirmation(model_);
     if (!question) {
+        // The Desktop has gone since the sidebar was drawn, which the model has words for.
+        model_.tidyDesktop();
         return;
     }
     auto* dialog = new ConfirmationDialog(theme_, *question, this);
@@ -232,6 +284,10 @@ void SweepView::showEvent(QShowEvent* event)
     if (event->spontaneous()) {
         return;
     }
+    if (focusWidget() == nullptr) {
+        // Not the first control of the sidebar: the page is what the keys are to scroll.
+        focusPage();
+    }
     if (!model_.preferences().boolean(SettingKeys::hasSeenWalkthrough).value_or(false)
         && !isAsking()) {
         showWalkthrough();
@@ -244,7 +300,7 @@ void SweepView::showEvent(QShowEvent* event)
 void SweepView::dragEnterEvent(QDragEnterEvent* event)
 {
     const auto action = harmlessAction(*event);
-    if (action && !foldersIn(event->mimeData()).empty()) {
+    if (action && !isAsking() && !foldersIn(event->mimeData()).empty()) {
         event->setDropAction(*action);
         event->accept();
     }
@@ -253,7 +309,8 @@ void SweepView::dragEnterEvent(QDragEnterEvent* event)
 void SweepView::dropEvent(QDropEvent* event)
 {
     const auto action = harmlessAction(*event);
-    if (!action) {
+    // A question may have come while the folder was dragged.
+    if (!action || isAsking()) {
         return;
     }
     for (const FileURL& url : foldersIn(event->mimeData())) {
@@ -261,6 +318,19 @@ void SweepView::dropEvent(QDropEvent* event)
     }
     event->setDropAction(*action);
     event->accept();
+}
+
+void SweepView::keyPressEvent(QKeyEvent* event)
+{
+    // Nothing that has the focus wants it: the page is what there is to be read.
+    auto* page = qobject_cast<QScrollArea*>(shown_);
+    if (page != nullptr && (event->key() == Qt::Key_PageDown || event->key() == Qt::Key_PageUp)) {
+        page->verticalScrollBar()->triggerAction(event->key() == Qt::Key_PageDown
+                                                     ? QAbstractSlider::SliderPageStepAdd
+                                                     : QAbstractSlider::SliderPageStepSub);
+        return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void SweepView::changeEvent(QEvent* event)

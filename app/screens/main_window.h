@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include "app/model/app_model.h"
+#include "app/screens/browse_selection.h"
 #include "app/screens/detail_page.h"
 #include "app/theme/theme.h"
 
@@ -14,6 +15,7 @@ class QVBoxLayout;
 namespace gruk {
 
 class DetailHeader;
+class MessageStrip;
 class SidebarView;
 
 /// The main window: the realms at the left, and at the right the page that the model's state asks
@@ -43,15 +45,20 @@ protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
     [[nodiscard]] QWidget* makePage();
     [[nodiscard]] QWidget* makeDetail();
     void addShortcuts();
-    /// Runs `action` on these keys, unless a question is open.
+    /// Runs `action` on these keys, also while a question is open.
+    void onAnyKeys(const QKeySequence& keys, std::function<void()> action);
+    /// Unless a question is open.
     void onKeys(const QKeySequence& keys, std::function<void()> action);
     void showPage();
+    /// Puts the focus on what is used first of the page.
+    void focusPage();
     void focusFilter();
     void confirmStash();
     void organise(const OrganisePlan& plan, const FileURL& realm);
@@ -62,8 +69,11 @@ private:
     DetailPage page_ = DetailPage::patrol;
     SidebarView* sidebar_;
     DetailHeader* header_;
+    MessageStrip* messages_;
     QVBoxLayout* detail_ = nullptr;
     QWidget* shown_ = nullptr;
+    /// In the folder that was browsed last, while the page is another one.
+    BrowseSelection selection_;
 };
 
 }  // namespace gruk

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
@@ -11,6 +11,7 @@
 
 #include "app/screens/repaint_once.h"
 #include "app/screens/wrapped_label.h"
+#include "app/theme/accessible.h"
 #include "app/theme/art.h"
 #include "app/theme/button.h"
 #include "app/theme/focus_ring.h"
@@ -41,7 +42,11 @@ Qt::WindowFlags panelFlags()
 
 class Divider : public Row {
 public:
-    explicit Divider(Theme& theme) : Row(theme) { setFixedHeight(1); }
+    explicit Divider(Theme& theme) : Row(theme)
+    {
+        setAccessibleRole(*this, QAccessible::Separator);
+        setFixedHeight(1);
+    }
 };
 
 Button::Kind kindOf(MenuBarItem item)
@@ -79,6 +84,7 @@ GrukMenuBarView::GrukMenuBarView(AppModel& model, Theme& theme)
 {
     setWindowFlags(panelFlags());
     setAttribute(Qt::WA_QuitOnClose, false);
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Gruk"));
     setAccessibleName(QStringLiteral("Gruk"));
     setPalette(theme_.windowPalette());
@@ -185,24 +191,46 @@ void GrukMenuBarView::fitHeight()
 {
     layout()->activate();
     setFixedHeight(layout()->totalHeightForWidth(panelWidth));
+    standAtAnchor();
+}
+
+void GrukMenuBarView::standAtAnchor()
+{
+    if (anchor_.isEmpty() || !windowsHavePlaces()) {
+        return;
+    }
+    const QScreen* at = QGuiApplication::screenAt(anchor_.center());
+    const QScreen* screen = at != nullptr ? at : QGuiApplication::primaryScreen();
+    move(panelPlace(anchor_, size(), screen->availableGeometry()));
 }
 
 void GrukMenuBarView::showAt(const QRect& anchor, const ActivationTokens& tokens)
 {
+    anchor_ = anchor;
     showModel();
-    if (!anchor.isEmpty() && windowsHavePlaces()) {
-        const QScreen* at = QGuiApplication::screenAt(anchor.center());
-        const QScreen* screen = at != nullptr ? at : QGuiApplication::primaryScreen();
-        move(panelPlace(anchor, size(), screen->availableGeometry()));
-    }
     // On none of the buttons, of which one tidies the Desktop at a press.
     setFocus(Qt::OtherFocusReason);
     bringForward(*this, tokens);
 }
 
+void GrukMenuBarView::toggleAt(const QRect& anchor, const ActivationTokens& tokens)
+{
+    if (sinceClick_.isValid() && sinceClick_.elapsed() < QApplication::doubleClickInterval()) {
+        return;
+    }
+    sinceClick_.start();
+    if (isVisible()) {
+        hide();
+    } else {
+        showAt(anchor, tokens);
+    }
+}
+
 void GrukMenuBarView::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) {
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow() && isVisible()) {
+        // It may be the press of a click on the tray item.
+        sinceClick_.start();
         hide();
     }
     PaperBackdrop::changeEvent(event);

@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include <QElapsedTimer>
+
 #include "app/desktop/activation.h"
 #include "app/model/app_model.h"
 #include "app/screens/menu_bar_entries.h"
@@ -25,6 +27,9 @@ public:
 
     /// Shows it at the tray item, which is at `anchor`; where that is not known when it is empty.
     void showAt(const QRect& anchor, const ActivationTokens& tokens);
+    /// A click on the tray item: shows the panel, or hides it. Does nothing more within the time of
+    /// a double click, in which the panel may have gone already because the click took the focus.
+    void toggleAt(const QRect& anchor, const ActivationTokens& tokens);
 
 Q_SIGNALS:
     void chosen(gruk::MenuBarItem item);
@@ -40,12 +45,17 @@ private:
     void addButton(QVBoxLayout& column, MenuBarItem item, Button* button);
     void showModel();
     void fitHeight();
+    void standAtAnchor();
 
     AppModel& model_;
     Theme& theme_;
     WrappedLabel* status_;
     WrappedLabel* progress_;
     std::map<MenuBarItem, Button*> buttons_;
+    /// Empty where it is not known, or of no use.
+    QRect anchor_;
+    /// Since a click on the tray item showed or hid it, or may have.
+    QElapsedTimer sinceClick_;
 };
 
 /// Where a panel of this size stands so that it hangs on `anchor`, all of it within `available`

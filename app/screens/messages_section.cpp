@@ -1,5 +1,7 @@
 #include "app/screens/messages_section.h"
 
+#include <algorithm>
+
 #include <QVBoxLayout>
 
 #include "app/screens/repaint_once.h"
@@ -18,8 +20,8 @@ QString textOf(const std::optional<std::string>& message)
 
 }  // namespace
 
-MessagesSection::MessagesSection(AppModel& model, Theme& theme, QWidget* parent)
-    : QWidget(parent), model_(model),
+MessagesSection::MessagesSection(AppModel& model, Theme& theme, Place place, QWidget* parent)
+    : QWidget(parent), model_(model), place_(place),
       coverage_(new StatusBanner(theme, Role::yellow, Icon::eyeWarning)),
       error_(new StatusBanner(theme, Role::red, Icon::warning)),
       filing_(new StatusBanner(theme, Role::fernDark, Icon::scroll)),
@@ -47,26 +49,34 @@ MessagesSection::MessagesSection(AppModel& model, Theme& theme, QWidget* parent)
     showModel();
 }
 
+QString MessagesSection::coverage() const
+{
+    const AppModel::Snapshot& latest = model_.latestSnapshot();
+    if (place_ != Place::realmPage || !latest) {
+        return {};
+    }
+    return textOf(PatrolCopy::coverageNote(static_cast<std::int64_t>(latest->issues.size()),
+                                           latest->isComplete));
+}
+
 void MessagesSection::showModel()
 {
-    std::optional<std::string> coverage;
-    if (const AppModel::Snapshot& latest = model_.latestSnapshot()) {
-        coverage = PatrolCopy::coverageNote(static_cast<std::int64_t>(latest->issues.size()),
-                                            latest->isComplete);
-    }
-    coverage_->setMessage(textOf(coverage));
+    coverage_->setMessage(coverage());
     error_->setMessage(textOf(model_.errorMessage()));
     showFiling();
     action_->setMessage(textOf(model_.lastActionMessage()),
                         undoOffer(model_).value_or(BannerAction()));
-    setVisible(coverage || model_.errorMessage() || model_.pendingRuleFilingPlan()
-               || model_.lastActionMessage());
+    const StatusBanner* const banners[] = {coverage_, error_, filing_, action_};
+    isEmpty_ =
+        std::ranges::all_of(banners, [](const StatusBanner* banner) { return banner->isHidden(); });
+    setVisible(!isEmpty_);
+    Q_EMIT shown();
 }
 
 void MessagesSection::showFiling()
 {
     const std::optional<OrganisePlan>& plan = model_.pendingRuleFilingPlan();
-    if (!plan) {
+    if (place_ != Place::realmPage || !plan) {
         return filing_->setMessage({});
     }
     qint64 files = 0;

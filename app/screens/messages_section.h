@@ -12,13 +12,30 @@ class MessagesSection : public QWidget {
     Q_OBJECT
 
 public:
-    MessagesSection(AppModel& model, Theme& theme, QWidget* parent = nullptr);
+    enum class Place {
+        /// Among the figures of the open realm: also what they leave out, and what can be filed
+        /// there.
+        realmPage,
+        /// Over a page of whatever kind: only what the last operation said.
+        anyPage,
+    };
+
+    MessagesSection(AppModel& model, Theme& theme, Place place, QWidget* parent = nullptr);
+
+    [[nodiscard]] bool isEmpty() const { return isEmpty_; }
+
+Q_SIGNALS:
+    /// It shows what the model says now.
+    void shown();
 
 private:
+    [[nodiscard]] QString coverage() const;
     void showModel();
     void showFiling();
 
     AppModel& model_;
+    Place place_;
+    bool isEmpty_ = true;
     StatusBanner* coverage_;
     StatusBanner* error_;
     StatusBanner* filing_;

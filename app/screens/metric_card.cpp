@@ -5,6 +5,7 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
+#include "app/theme/accessible.h"
 #include "app/theme/card_painter.h"
 
 namespace gruk {
@@ -21,6 +22,7 @@ MetricCard::MetricCard(Theme& theme, const QString& eyebrow, Role colour, QWidge
       value_(new Label(theme, TextStyle::value)), detail_(new Label(theme, TextStyle::detail)),
       places_(new QStackedLayout)
 {
+    setAccessibleRole(*this, QAccessible::Grouping);
     auto* head = new Label(theme, TextStyle::eyebrow);
     head->setText(eyebrow);
     head->setColour(Role::ink, Strength::quiet);

@@ -5,7 +5,7 @@
 #include "app/screens/organise_sheet.h"
 #include "app/screens/repaint_once.h"
 #include "app/screens/review_only_panel.h"
-#include "app/theme/text.h"
+#include "app/theme/accessible.h"
 
 namespace gruk {
 
@@ -13,13 +13,13 @@ namespace {
 
 QString toolTipIn(bool reviewOnly)
 {
-    return toolTipText(
-        reviewOnly
-            ? QStringLiteral("Gathers loose files in this realm into folders by kind. Needs Trash "
-                             "actions enabled first — it's a bulk move, so it gets the same trust "
-                             "bar.")
-            : QStringLiteral("Gathers loose files in this realm into folders by kind. Nothing is "
-                             "deleted, and one click puts it all back."));
+    return reviewOnly ? QStringLiteral(
+               "Gathers loose files in this realm into folders by kind. Needs Trash "
+               "actions enabled first — it's a bulk move, so it gets the same trust "
+               "bar.")
+                      : QStringLiteral(
+                          "Gathers loose files in this realm into folders by kind. Nothing is "
+                          "deleted, and one click puts it all back.");
 }
 
 }  // namespace
@@ -30,6 +30,7 @@ OrganiseEntry::OrganiseEntry(AppModel& model, Theme& theme, QWidget* parent)
       unlock_(new Button(theme, Button::Kind::link, QStringLiteral("Enable Trash actions…")))
 {
     organise_->setSymbol(Icon::trays);
+    unlock_->setBesideButtons();
     organise_->setObjectName(QStringLiteral("organiseRealm"));
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -50,8 +51,7 @@ void OrganiseEntry::showModel()
 {
     const bool reviewOnly = model_.reviewOnlyMode();
     organise_->setEnabled(!reviewOnly);
-    organise_->setToolTip(toolTipIn(reviewOnly));
-    organise_->setAccessibleDescription(toolTipIn(reviewOnly));
+    giveToolTip(*organise_, toolTipIn(reviewOnly));
     unlock_->setVisible(reviewOnly);
 }
 
@@ -59,7 +59,7 @@ void OrganiseEntry::open()
 {
     const std::optional<OrganisePlan> plan = model_.organisePlanForActiveRealm();
     if (plan && model_.activeRootURL()) {
-        (new OrganiseSheet(model_, theme_, *plan, *model_.activeRootURL(), window()))->open();
+        (new OrganiseSheet(model_, theme_, *plan, *model_.activeRootURL(), this))->open();
     }
 }
 

@@ -6,7 +6,9 @@
 
 #include "app/screens/file_kind_copy.h"
 #include "app/screens/folder_name.h"
+#include "app/screens/refusal_note.h"
 #include "app/screens/section_title.h"
+#include "app/theme/accessible.h"
 #include "app/theme/button.h"
 #include "app/theme/text.h"
 #include "core/patrol/byte_format.h"
@@ -31,6 +33,7 @@ OrganiseRow::OrganiseRow(Theme& theme, const OrganisePlan::CategoryMove& move, Q
     : Row(theme, parent), kind_(move.kind), folder_(displayName(move.destinationFolderName)),
       note_(sectionNote(theme, QString())), editor_(nullptr)
 {
+    setAccessibleRole(*note_, QAccessible::Notification);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, Measure::small, 0, Measure::small);
     column->setSpacing(Measure::hair);
@@ -45,6 +48,7 @@ OrganiseRow::OrganiseRow(Theme& theme, const OrganisePlan::CategoryMove& move, Q
 
 QWidget* OrganiseRow::makeHead(const OrganisePlan::CategoryMove& move)
 {
+    setAccessibleName(QStringLiteral("%1, %2 files").arg(folder_).arg(move.files.size()));
     auto* head = new QWidget(this);
     auto* name = new ElidedLabel(theme(), TextStyle::bodyStrong, Qt::ElideMiddle);
     name->setFullText(folder_);
@@ -71,10 +75,7 @@ QWidget* OrganiseRow::makeEditor()
     title->setText(pencil_->accessibleName());
     field_ = new TextField(theme(), QStringLiteral("Folder name"), QStringLiteral("Folder name"));
     field_->installEventFilter(this);
-    refusal_ = new Label(theme(), TextStyle::detail);
-    refusal_->setColour(Role::red);
-    refusal_->setWordWrap(true);
-    refusal_->hide();
+    refusal_ = new RefusalNote(theme(), *field_);
     auto* cancel = new Button(theme(), Button::Kind::secondary, QStringLiteral("Cancel"));
     auto* keep = new Button(theme(), Button::Kind::secondary, QStringLiteral("Save"));
 
@@ -92,14 +93,20 @@ QWidget* OrganiseRow::makeEditor()
     column->addWidget(refusal_);
     connect(cancel, &QPushButton::clicked, this, &OrganiseRow::cancelRequested);
     connect(keep, &QPushButton::clicked, this, &OrganiseRow::save);
-    connect(field_, &QLineEdit::textChanged, refusal_, &QWidget::hide);
+    cancel_ = cancel;
+    keep_ = keep;
     return editor;
+}
+
+std::vector<QWidget*> OrganiseRow::tabStops() const
+{
+    return {pencil_, field_, cancel_, keep_};
 }
 
 void OrganiseRow::setEditing(bool isEditing)
 {
     editor_->setVisible(isEditing);
-    refusal_->hide();
+    refusal_->clear();
     if (isEditing) {
         note_->hide();
         field_->setText(folder_);
@@ -122,9 +129,7 @@ void OrganiseRow::save()
         Q_EMIT saveRequested(name);
         return;
     }
-    refusal_->setText(refusal);
-    refusal_->show();
-    field_->setFocus(Qt::OtherFocusReason);
+    refusal_->refuse(refusal);
 }
 
 bool OrganiseRow::eventFilter(QObject* watched, QEvent* event)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "app/screens/icon_button.h"
 #include "app/theme/label.h"
 #include "app/theme/row.h"
@@ -7,6 +9,8 @@
 #include "core/actions/organise_plan.h"
 
 namespace gruk {
+
+class RefusalNote;
 
 /// All loose files of one kind, with the folder that they would go into, and a small editor for the
 /// name of that folder.
@@ -18,6 +22,8 @@ public:
 
     [[nodiscard]] FileKind kind() const { return kind_; }
     [[nodiscard]] QAbstractButton* pencil() const { return pencil_; }
+    /// What Tab goes through, as it stands on the screen.
+    [[nodiscard]] std::vector<QWidget*> tabStops() const;
 
     /// Opens the editor with the present name, and puts the focus into it; or closes it.
     void setEditing(bool isEditing);
@@ -41,7 +47,9 @@ private:
     QString folder_;
     IconButton* pencil_ = nullptr;
     TextField* field_ = nullptr;
-    Label* refusal_ = nullptr;
+    QWidget* cancel_ = nullptr;
+    QWidget* keep_ = nullptr;
+    RefusalNote* refusal_ = nullptr;
     Label* note_;
     QWidget* editor_;
 };

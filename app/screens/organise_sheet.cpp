@@ -1,6 +1,7 @@
 #include "app/screens/organise_sheet.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <QHBoxLayout>
@@ -9,7 +10,9 @@
 
 #include "app/screens/organise_row.h"
 #include "app/screens/section_title.h"
+#include "app/theme/accessible.h"
 #include "app/theme/button.h"
+#include "app/theme/tab_order.h"
 
 namespace gruk {
 
@@ -44,10 +47,38 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
+        const bool isHandled = QScrollArea::eventFilter(watched, event);
         if (watched == widget() && event->type() == QEvent::LayoutRequest) {
             updateGeometry();
         }
-        return QScrollArea::eventFilter(watched, event);
+        if (watched == widget()
+            && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize)) {
+            keepFocusInView();
+        }
+        return isHandled;
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override
+    {
+        QScrollArea::resizeEvent(event);
+        keepFocusInView();
+    }
+
+private:
+    /// A row that grows, for its editor or for a word in it, may grow out of view.
+    void keepFocusInView()
+    {
+        QWidget* const focus = window()->focusWidget();
+        if (focus == nullptr || !widget()->isAncestorOf(focus)) {
+            return;
+        }
+        QWidget* row = focus;
+        while (row->parentWidget() != widget()) {
+            row = row->parentWidget();
+        }
+        ensureWidgetVisible(row, 0, 0);
+        ensureWidgetVisible(focus, 0, Measure::small);
     }
 };
 
@@ -85,6 +116,8 @@ void OrganiseSheet::addContent()
 {
     summary_->setWordWrap(true);
     auto* list = new QWidget;
+    setAccessibleRole(*list, QAccessible::List);
+    list->setAccessibleName(QStringLiteral("Folders"));
     rows_ = new QVBoxLayout(list);
     rows_->setContentsMargins(0, 0, 0, 0);
     rows_->setSpacing(0);
@@ -99,15 +132,15 @@ void OrganiseSheet::addContent()
 
 QLayout* OrganiseSheet::makeFooter()
 {
-    auto* notNow = new Button(theme(), Button::Kind::secondary, QStringLiteral("Not now"));
+    notNow_ = new Button(theme(), Button::Kind::secondary, QStringLiteral("Not now"));
     organise_ = new Button(theme(), Button::Kind::primary, QStringLiteral("Organise"));
     auto* footer = new QHBoxLayout;
     footer->setSpacing(Measure::small);
     footer->addStretch();
-    footer->addWidget(notNow);
+    footer->addWidget(notNow_);
     footer->addWidget(organise_);
-    setInitialFocus(notNow);
-    connect(notNow, &QPushButton::clicked, this, &Overlay::reject);
+    setInitialFocus(notNow_);
+    connect(notNow_, &QPushButton::clicked, this, &Overlay::reject);
     connect(organise_, &QPushButton::clicked, this, [this] {
         model_.organise(plan_);
         accept();
@@ -133,6 +166,18 @@ void OrganiseSheet::showPlan()
         connect(row, &OrganiseRow::saveRequested, this,
                 [this, kind](const QString& name) { save(kind, name); });
     }
+    chainTabStops(tabStops());
+}
+
+std::vector<QWidget*> OrganiseSheet::tabStops() const
+{
+    std::vector<QWidget*> stops;
+    for (const OrganiseRow* row : shown_) {
+        std::ranges::copy(row->tabStops(), std::back_inserter(stops));
+    }
+    stops.push_back(notNow_);
+    stops.push_back(organise_);
+    return stops;
 }
 
 QString OrganiseSheet::noteOf(const OrganisePlan::CategoryMove& move) const

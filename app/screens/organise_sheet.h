@@ -38,6 +38,7 @@ private:
     [[nodiscard]] OrganiseRow* row(FileKind kind) const;
     [[nodiscard]] QString noteOf(const OrganisePlan::CategoryMove& move) const;
     void showMode();
+    [[nodiscard]] std::vector<QWidget*> tabStops() const;
 
     AppModel& model_;
     OrganisePlan plan_;
@@ -48,6 +49,7 @@ private:
     Label* summary_;
     QVBoxLayout* rows_ = nullptr;
     std::vector<OrganiseRow*> shown_;
+    Button* notNow_ = nullptr;
     Button* organise_ = nullptr;
 };
 

@@ -50,14 +50,13 @@ void PaletteRow::paintEvent(QPaintEvent*)
         const QPainterPath shape = cutPath(body, buttonCorners);
         painter.fillPath(shape, theme_.colour(Role::paperInset));
         if (isChecked()) {
-            painter.strokePath(shape,
-                               QPen(theme_.colour(accentRole(theme_.scheme())), outlineWidth));
+            painter.strokePath(shape, QPen(theme_.colour(Role::accent), outlineWidth));
         }
     }
     const double middle = body.center().y();
     if (isChecked()) {
         drawIcon(painter, QPointF(Measure::medium, middle - Measure::smallIconSize / 2.0),
-                 Icon::check, theme_.colour(accentRole(theme_.scheme())), Measure::smallIconSize);
+                 Icon::check, theme_.colour(Role::accent), Measure::smallIconSize);
     }
     const int left = 2 * Measure::medium + Measure::smallIconSize;
     painter.setPen(theme_.colour(Role::ink));

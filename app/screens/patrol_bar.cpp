@@ -5,6 +5,7 @@
 
 #include "app/screens/patrol_text.h"
 #include "app/screens/repaint_once.h"
+#include "app/theme/accessible.h"
 #include "app/theme/card.h"
 #include "app/theme/work_mark.h"
 
@@ -18,6 +19,9 @@ PatrolBar::PatrolBar(AppModel& model, Theme& theme, QWidget* parent)
 {
     start_->setSymbol(Icon::hiking);
     start_->setObjectName(QStringLiteral("startPatrol"));
+    for (QWidget* card : {running_, elsewhere_}) {
+        setAccessibleRole(*card, QAccessible::Notification);
+    }
     buildRunning(theme);
 
     elsewhereLine_->setWordWrap(true);
@@ -49,11 +53,12 @@ void PatrolBar::buildRunning(Theme& theme)
 {
     auto* title = new Label(theme, TextStyle::bodyStrong);
     title->setText(QStringLiteral("Patrolling…"));
+    running_->setAccessibleName(title->text());
     progress_ = new ElidedLabel(theme, TextStyle::detail, Qt::ElideMiddle);
     progress_->setColour(Role::ink, Strength::quiet);
-    auto* stop = new Button(theme, Button::Kind::secondary, QStringLiteral("Stop patrol"));
-    stop->setSymbol(Icon::stop);
-    stop->setObjectName(QStringLiteral("stopPatrol"));
+    stop_ = new Button(theme, Button::Kind::secondary, QStringLiteral("Stop patrol"));
+    stop_->setSymbol(Icon::stop);
+    stop_->setObjectName(QStringLiteral("stopPatrol"));
 
     auto* words = new QVBoxLayout;
     words->setSpacing(Measure::hair);
@@ -64,9 +69,9 @@ void PatrolBar::buildRunning(Theme& theme)
     row->setSpacing(Measure::medium);
     row->addWidget(new WorkMark(theme));
     row->addLayout(words, 1);
-    row->addWidget(stop);
+    row->addWidget(stop_);
 
-    connect(stop, &QPushButton::clicked, this, [this] { model_.cancelPatrol(); });
+    connect(stop_, &QPushButton::clicked, this, [this] { model_.cancelPatrol(); });
 }
 
 bool PatrolBar::isPatrollingHere() const
@@ -78,10 +83,25 @@ void PatrolBar::showModel()
 {
     start_->setText(model_.latestSnapshot() ? QStringLiteral("Patrol again")
                                             : QStringLiteral("Map this realm"));
+    handFocusOver();
     start_->setVisible(!model_.isPatrolling());
     running_->setVisible(isPatrollingHere());
     elsewhere_->setVisible(model_.isPatrolling() && !isPatrollingHere());
     showProgress();
+}
+
+void PatrolBar::handFocusOver()
+{
+    // Before what had it goes: the toolkit would pass it on to a neighbour, where a second press
+    // does something else.
+    const QWidget* focused = window()->focusWidget();
+    if (isPatrollingHere() && focused == start_) {
+        running_->show();
+        stop_->setFocus(Qt::OtherFocusReason);
+    } else if (!model_.isPatrolling() && focused == stop_) {
+        start_->show();
+        start_->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void PatrolBar::showProgress()
@@ -92,6 +112,7 @@ void PatrolBar::showProgress()
         const std::string_view name = model_.patrollingRootURL()->lastPathComponent();
         elsewhereLine_->setText(PatrolText::otherRealm(name, model_.patrolProgress()));
         elsewhereNote_->setText(PatrolText::otherRealmNote(name));
+        elsewhere_->setAccessibleName(elsewhereLine_->text());
     }
 }
 

@@ -18,12 +18,14 @@ public:
 private:
     void buildRunning(Theme& theme);
     void showModel();
+    void handFocusOver();
     void showProgress();
     [[nodiscard]] bool isPatrollingHere() const;
 
     AppModel& model_;
     Button* start_;
     QWidget* running_;
+    Button* stop_ = nullptr;
     ElidedLabel* progress_ = nullptr;
     QWidget* elsewhere_;
     Label* elsewhereLine_;

@@ -1,7 +1,10 @@
 #include "app/screens/patrol_page.h"
 
+#include <algorithm>
+
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QMoveEvent>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -32,6 +35,8 @@ GrukPatrolView::GrukPatrolView(AppModel& model, Theme& theme, QWidget* parent)
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Its place is kept, so that nothing jumps when there comes to be something to scroll.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     // The focus goes to what is on the page; the page itself scrolls by keys all the same.
     setFocusPolicy(Qt::NoFocus);
 
@@ -62,7 +67,7 @@ void GrukPatrolView::fill(QVBoxLayout& column)
     column.addWidget(new PatrolBar(model_, theme_));
     column.addWidget(new OrganiseEntry(model_, theme_));
     column.addWidget(new AutomationsSection(model_, theme_));
-    column.addWidget(new MessagesSection(model_, theme_));
+    column.addWidget(new MessagesSection(model_, theme_, MessagesSection::Place::realmPage));
     column.addWidget(new FirstRunPanel(model_, theme_));
     column.addWidget(new MetricsRow(model_, theme_));
     column.addWidget(new BaselineNote(model_, theme_));
@@ -118,12 +123,54 @@ void GrukPatrolView::resizeEvent(QResizeEvent* event)
 
 bool GrukPatrolView::eventFilter(QObject* watched, QEvent* event)
 {
+    if (watched == findings_ && event->type() == QEvent::Move) {
+        const auto* move = static_cast<QMoveEvent*>(event);
+        followFindings(move->pos().y() - move->oldPos().y());
+    }
     if (watched == findings_
         && (event->type() == QEvent::Move || event->type() == QEvent::Resize
             || event->type() == QEvent::LayoutRequest)) {
         tellWhatIsInView();
     }
     return QScrollArea::eventFilter(watched, event);
+}
+
+bool GrukPatrolView::focusNextPrevChild(bool next)
+{
+    const QWidget* leaving = window()->focusWidget();
+    if (leaving != nullptr && (!leaving->isVisible() || !leaving->isEnabled())) {
+        // What had the focus is gone. Nobody asked to go anywhere, so the page stays where it is.
+        return QWidget::focusNextPrevChild(next);
+    }
+    if (!QScrollArea::focusNextPrevChild(next)) {
+        return false;
+    }
+    if (const QWidget* reached = window()->focusWidget()) {
+        uncover(*reached);
+    }
+    return true;
+}
+
+void GrukPatrolView::followFindings(int by)
+{
+    // Who reads the findings is not moved by a message that comes or goes above them, out of view.
+    const int topBefore = findings_->mapTo(viewport(), QPoint(0, 0)).y() - by;
+    if (by == 0 || topBefore >= 0) {
+        return;
+    }
+    // The page has its new height, and hears of it only when everything on it has its place.
+    QScrollBar* bar = verticalScrollBar();
+    bar->setMaximum(std::max(widget()->height() - viewport()->height(), 0));
+    bar->setValue(bar->value() + by);
+}
+
+void GrukPatrolView::uncover(const QWidget& control)
+{
+    if (const int covered = findings_->coveredBelow(&control)) {
+        const int bottom = control.mapTo(viewport(), QPoint(0, control.height())).y();
+        const int hidden = bottom + Measure::small - (viewport()->height() - covered);
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + std::max(hidden, 0));
+    }
 }
 
 void GrukPatrolView::tellWhatIsInView()

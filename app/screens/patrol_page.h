@@ -20,6 +20,7 @@ public:
     GrukPatrolView(AppModel& model, Theme& theme, QWidget* parent = nullptr);
 
 protected:
+    bool focusNextPrevChild(bool next) override;
     void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -27,6 +28,10 @@ private:
     [[nodiscard]] QWidget* makeHeader();
     void fill(QVBoxLayout& column);
     void tellWhatIsInView();
+    /// Scrolls along with the findings, which moved by that much.
+    void followFindings(int by);
+    /// Scrolls until the selection's card does not cover a control.
+    void uncover(const QWidget& control);
 
     AppModel& model_;
     Theme& theme_;

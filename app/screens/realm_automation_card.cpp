@@ -1,6 +1,7 @@
 #include "app/screens/realm_automation_card.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <QHBoxLayout>
@@ -9,6 +10,8 @@
 #include "app/screens/filing_rule_row.h"
 #include "app/screens/repaint_once.h"
 #include "app/screens/section_title.h"
+#include "app/theme/accessible.h"
+#include "app/theme/tab_order.h"
 
 namespace gruk {
 
@@ -54,6 +57,8 @@ RealmAutomationCard::RealmAutomationCard(AppModel& model, Theme& theme, Grant gr
 
     connect(cadence_, &QComboBox::activated, this, [this](int index) {
         model_.setCadence(allPatrolCadences.at(static_cast<std::size_t>(index)), grant_);
+        // What was refused is not shown.
+        showCadence();
     });
     connect(disclosure_, &QAbstractButton::toggled, rules_, &QWidget::setVisible);
     auto* repaint = new RepaintOnce([this] { showCadence(); }, this);
@@ -77,6 +82,11 @@ QLayout* RealmAutomationCard::makeCadence()
 QWidget* RealmAutomationCard::makeRules()
 {
     auto* rules = new QWidget(this);
+    auto* list = new QWidget;
+    setAccessibleRole(*list, QAccessible::List);
+    list->setAccessibleName(QStringLiteral("Filing rules"));
+    list->setLayout(rows_);
+    rows_->setContentsMargins(0, 0, 0, 0);
     rows_->setSpacing(0);
     auto* column = new QVBoxLayout(rules);
     column->setContentsMargins(0, 0, 0, 0);
@@ -85,14 +95,9 @@ QWidget* RealmAutomationCard::makeRules()
         theme(), QStringLiteral("Tell the Gruk where things go, once. Screenshots into "
                                 "Screenshots, installers into Installers — set it and forget it. "
                                 "Forgetting is the feature.")));
-    column->addLayout(rows_);
+    column->addWidget(list);
     column->addWidget(form_);
-    connect(form_, &FilingRulesForm::addRequested, this,
-            [this](FileKind kind, const QString& name, bool applyAfterPatrol) {
-                model_.addRealmRule(kind, name.toStdString(), applyAfterPatrol, realm_);
-                showRules();
-                form_->clear();
-            });
+    connect(form_, &FilingRulesForm::addRequested, this, &RealmAutomationCard::addRule);
     return rules;
 }
 
@@ -107,33 +112,66 @@ void RealmAutomationCard::showRules()
 {
     const std::vector<RealmRule> rules = model_.realmRules(realm_);
     removeRows(*rows_);
+    shown_.clear();
     for (const RealmRule& rule : rules) {
         auto* row = new FilingRuleRow(theme(), rule);
         connect(row, &FilingRuleRow::removeRequested, this,
                 [this, id = rule.id] { removeRule(id); });
         rows_->addWidget(row);
+        shown_.push_back(row);
         // At once, so that one of them can have the focus.
         row->show();
     }
     form_->setFull(rules.size() >= RealmRules::maximumRulesPerRealm);
+    chainTabStops(tabStops());
+}
+
+void RealmAutomationCard::addRule(FileKind kind, const QString& name, bool applyAfterPatrol)
+{
+    model_.addRealmRule(kind, name.toStdString(), applyAfterPatrol, realm_);
+    showRules();
+    form_->clear();
+    if (shown_.size() >= RealmRules::maximumRulesPerRealm) {
+        // The form that had the focus is gone.
+        focusRule(shown_.size());
+    }
 }
 
 void RealmAutomationCard::removeRule(const UUID& id)
 {
     std::vector<RealmRule> rules = model_.realmRules(realm_);
     const auto removed = std::ranges::find(rules, id, &RealmRule::id);
-    const auto place = removed - rules.begin();
+    const auto place = static_cast<std::size_t>(removed - rules.begin());
     std::erase_if(rules, [&](const RealmRule& rule) { return rule.id == id; });
     model_.saveRealmRules(rules, realm_);
     showRules();
     // The focus stays among the rules: on the one that has moved up.
-    const auto next = std::min<std::ptrdiff_t>(place, rows_->count() - 1);
-    QLayoutItem* const item = next < 0 ? nullptr : rows_->itemAt(static_cast<int>(next));
-    if (item != nullptr) {
-        static_cast<FilingRuleRow*>(item->widget())->removal()->setFocus(Qt::OtherFocusReason);
-    } else {
-        disclosure_->setFocus(Qt::OtherFocusReason);
+    focusRule(place);
+}
+
+void RealmAutomationCard::focusRule(std::size_t place)
+{
+    QWidget* control = disclosure_;
+    if (!shown_.empty()) {
+        control = shown_[std::min(place, shown_.size() - 1)]->removal();
     }
+    control->setFocus(Qt::OtherFocusReason);
+}
+
+void RealmAutomationCard::setGrant(const Grant& grant)
+{
+    grant_ = grant;
+    showCadence();
+}
+
+std::vector<QWidget*> RealmAutomationCard::tabStops() const
+{
+    std::vector<QWidget*> stops = {cadence_, disclosure_};
+    for (const FilingRuleRow* row : shown_) {
+        stops.push_back(row->removal());
+    }
+    std::ranges::copy(form_->tabStops(), std::back_inserter(stops));
+    return stops;
 }
 
 }  // namespace gruk

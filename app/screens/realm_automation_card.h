@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "app/model/app_model.h"
 #include "app/screens/filing_rules_form.h"
 #include "app/theme/button.h"
@@ -10,6 +12,8 @@ class QVBoxLayout;
 
 namespace gruk {
 
+class FilingRuleRow;
+
 /// When one realm is patrolled without being asked, and where its loose files belong.
 class RealmAutomationCard : public Card {
     Q_OBJECT
@@ -17,12 +21,21 @@ class RealmAutomationCard : public Card {
 public:
     RealmAutomationCard(AppModel& model, Theme& theme, Grant grant, QWidget* parent = nullptr);
 
+    /// Goes on with another grant of the same realm.
+    void setGrant(const Grant& grant);
+
+    /// What Tab goes through, as it stands on the screen.
+    [[nodiscard]] std::vector<QWidget*> tabStops() const;
+
 private:
     [[nodiscard]] QLayout* makeCadence();
     [[nodiscard]] QWidget* makeRules();
     void showCadence();
     void showRules();
+    void addRule(FileKind kind, const QString& name, bool applyAfterPatrol);
     void removeRule(const UUID& id);
+    /// Puts the focus on the button that takes the rule at that place away, or that is last.
+    void focusRule(std::size_t place);
 
     AppModel& model_;
     Grant grant_;
@@ -31,6 +44,7 @@ private:
     QWidget* guardNote_;
     DisclosureButton* disclosure_;
     QVBoxLayout* rows_;
+    std::vector<FilingRuleRow*> shown_;
     FilingRulesForm* form_;
     QWidget* rules_;
 };

@@ -22,7 +22,7 @@ void RealmMapBackdrop::setIdentity(const RealmIdentity& identity)
 void RealmMapBackdrop::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    paintLand(painter, rect(), identity_, theme_);
+    paintLand(painter, landCanvas(rect()), identity_, theme_);
 }
 
 }  // namespace gruk

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "app/screens/shield_view.h"
+#include "app/theme/accessible.h"
 #include "app/theme/button.h"
 #include "app/theme/card_painter.h"
 #include "app/theme/shield_painter.h"
@@ -28,8 +29,9 @@ RealmRow::RealmRow(Theme& theme, const Grant& grant, const RealmIdentity& identi
     : QPushButton(parent), theme_(theme), press_(new GrukTactileButtonStyle(theme, *this)),
       identity_(identity), name_(nameOf(grant)), path_(displayName(grant.path))
 {
-    setAccessibleName(QStringLiteral("%1, %2").arg(name_, path_));
-    setToolTip(toolTipText(path_));
+    setAccessibleName(name_);
+    giveToolTip(*this, path_);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setFixedHeight(Measure::realmRowHeight);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
@@ -47,7 +49,7 @@ void RealmRow::setIdentity(const RealmIdentity& identity)
 void RealmRow::setActive(bool isActive)
 {
     isActive_ = isActive;
-    setAccessibleDescription(isActive ? QStringLiteral("Selected") : QString());
+    setAccessibleDescription(isActive ? QStringLiteral("Selected, %1").arg(path_) : path_);
     update();
 }
 
@@ -71,7 +73,7 @@ void RealmRow::paintEvent(QPaintEvent*)
         paintCard(painter, rect(), theme_);
         const QRectF bar(body.left(), body.top() + Measure::medium, Measure::activeBar,
                          body.height() - 2 * Measure::medium);
-        painter.fillRect(bar, theme_.colour(Role::fernDark));
+        painter.fillRect(bar, theme_.colour(Role::accent));
     } else if (underMouse()) {
         painter.fillPath(cutPath(body, cardCorners), theme_.colour(Role::ink, Strength::shadow));
     }
@@ -117,12 +119,13 @@ DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
                                            const RealmIdentity& identity, QWidget* parent)
     : QWidget(parent), shield_(new RealmShieldView(theme, identity))
 {
+    setAccessibleRole(*this, QAccessible::Grouping);
     shield_->setFixedSize(shield_->sizeHint());
     shield_->setOpacity(Strength::disconnected);
     const QString path = displayName(grant.path);
     auto* name = new ElidedLabel(theme, TextStyle::bodyStrong, Qt::ElideMiddle);
     name->setFullText(nameOf(grant));
-    name->setToolTip(toolTipText(path));
+    giveToolTip(*name, path);
     name->setColour(Role::ink, Strength::disconnected);
     auto* state = new ElidedLabel(theme, TextStyle::small, Qt::ElideRight);
     state->setFullText(QStringLiteral("⚠︎ Disconnected"));
@@ -130,17 +133,20 @@ DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
     auto* again = new Button(theme, Button::Kind::link, QStringLiteral("Grant again…"));
     again->setAccessibleDescription(path);
 
+    // Beside the name, which gives way: what happened has to be read in full.
     auto* line = new QHBoxLayout;
-    line->setSpacing(Measure::hair);
-    line->addWidget(state, 1);
+    line->setSpacing(Measure::small);
+    line->addWidget(name, 1);
     line->addWidget(again);
     auto* column = new QVBoxLayout;
     column->setSpacing(0);
-    column->addWidget(name);
+    column->addStretch();
     column->addLayout(line);
+    column->addWidget(state);
+    column->addStretch();
     auto* row = new QHBoxLayout(this);
     // As far from the left as in the row of a realm that is there.
-    row->setContentsMargins(Measure::medium + 1, Measure::hair, Measure::hair, Measure::hair);
+    row->setContentsMargins(Measure::medium + 1, Measure::hair, Measure::medium, Measure::hair);
     row->setSpacing(Measure::small);
     row->addWidget(shield_);
     row->addLayout(column, 1);

@@ -33,7 +33,7 @@ void ReviewOnlyPanel::showModel()
 {
     const bool isOn = model_.reviewOnlyMode();
     symbol_->setIcon(isOn ? Icon::lockShield : Icon::warningShield);
-    symbol_->setColour(isOn ? Role::fernDark : Role::red);
+    symbol_->setColour(isOn ? Role::accent : Role::red);
     state_->setText(isOn ? QStringLiteral("Review Only is on")
                          : QStringLiteral("Trash actions enabled"));
     button_->setText(isOn ? QStringLiteral("Enable Trash actions…")

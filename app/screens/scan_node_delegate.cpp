@@ -6,6 +6,7 @@
 
 #include "app/screens/file_kind_copy.h"
 #include "app/screens/scan_node_text.h"
+#include "app/theme/drawing.h"
 #include "app/theme/icons.h"
 #include "app/theme/text.h"
 
@@ -90,18 +91,16 @@ void ScanNodeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 void ScanNodeDelegate::paintName(QPainter& painter, const QRect& cell, const ScanNode& node) const
 {
     const int size = Measure::iconSize;
-    const QColor colour =
-        node.entry().isDirectory
-            ? theme_.colour(theme_.scheme() == ColourScheme::dark ? Role::fern : Role::fernDark)
-            : theme_.colour(Role::ink, Strength::quiet);
+    const QColor colour = node.entry().isDirectory ? theme_.colour(Role::accent)
+                                                   : theme_.colour(Role::ink, Strength::quiet);
     drawIcon(painter, QPointF(cell.left(), cell.center().y() - size / 2.0 + 1),
              iconFor(node.entry().kind), colour, size);
     painter.setFont(nameFont_);
     painter.setPen(theme_.colour(Role::ink));
     const QRect words = cell.adjusted(size + Measure::small, 0, 0, 0);
-    painter.drawText(words, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                     QFontMetrics(nameFont_).elidedText(displayName(node.entry().name()),
-                                                        Qt::ElideMiddle, words.width()));
+    drawLine(painter, words,
+             QFontMetrics(nameFont_).elidedText(displayName(node.entry().name()), Qt::ElideMiddle,
+                                                words.width()));
 }
 
 void ScanNodeDelegate::paintSize(QPainter& painter, const QRect& cell, const ScanNode& node) const
@@ -139,7 +138,7 @@ void ScanNodeDelegate::paintMark(QPainter& painter, const QRectF& bounds) const
     const QRectF ring = bounds.adjusted(1, 1, -1, -1);
     painter.setPen(QPen(theme_.colour(Role::ink, Strength::edge), markWidth));
     painter.drawEllipse(ring);
-    painter.setPen(QPen(theme_.colour(Role::fernDark), markWidth, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(theme_.colour(Role::accent), markWidth, Qt::SolidLine, Qt::RoundCap));
     painter.drawArc(ring, -step_ * 360 / steps * sixteenthsOfADegree,
                     arcDegrees * sixteenthsOfADegree);
     painter.restore();

@@ -44,7 +44,7 @@ void SelectionBox::paintEvent(QPaintEvent*)
         painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::quiet), outlineWidth));
         return;
     }
-    painter.fillPath(shape, theme_.colour(Role::fernDark));
+    painter.fillPath(shape, theme_.colour(Role::accent));
     QPainterPath tick(box.topLeft() + QPointF(0.24, 0.53) * side);
     tick.lineTo(box.topLeft() + QPointF(0.43, 0.72) * side);
     tick.lineTo(box.topLeft() + QPointF(0.77, 0.31) * side);

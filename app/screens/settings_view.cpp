@@ -12,6 +12,8 @@
 #include "app/screens/palette_row.h"
 #include "app/screens/review_only_panel.h"
 #include "app/screens/section_title.h"
+#include "app/theme/accessible.h"
+#include "app/theme/art.h"
 #include "app/theme/focus_ring.h"
 #include "app/theme/segmented_control.h"
 #include "app/theme/tab_bar.h"
@@ -23,6 +25,7 @@ namespace {
 
 constexpr QSize usualSize(560, 744);
 constexpr QSize smallestSize(480, 360);
+constexpr int grukHeight = 96;
 
 QVBoxLayout* columnIn(QWidget* widget, int spacing)
 {
@@ -70,6 +73,7 @@ SettingsView::SettingsView(AppModel& model, Theme& theme, QWidget* parent)
     : PaperBackdrop(theme, parent), model_(model), theme_(theme)
 {
     setWindowFlag(Qt::Window);
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Settings"));
     setMinimumSize(smallestSize);
     resize(usualSize);
@@ -111,14 +115,17 @@ QWidget* SettingsView::makeStartCard()
 {
     auto* card = new Card(theme_);
     auto* starts = new Toggle(theme_, QStringLiteral("Start Gruk when you log in"));
-    auto* again =
+    again_ =
         new Button(theme_, Button::Kind::secondary, QStringLiteral("Show the walkthrough again"));
+    walkthroughNote_ =
+        sectionNote(theme_, QStringLiteral("It opens the next time the main window appears."));
     auto* column = columnIn(card, Measure::small);
     column->addWidget(starts);
     column->addWidget(sectionNote(
         theme_, QStringLiteral("The menu-bar Gruk keeps watch without the window open.")));
     column->addSpacing(Measure::small);
-    column->addWidget(again);
+    column->addWidget(again_);
+    column->addWidget(walkthroughNote_);
 
     const auto showModel = [this, starts] { starts->setChecked(model_.launchAtLogin()); };
     connect(starts, &QAbstractButton::clicked, this, [this, showModel](bool isWanted) {
@@ -127,9 +134,33 @@ QWidget* SettingsView::makeStartCard()
         showModel();
     });
     connect(&model_, &AppModel::launchAtLoginChanged, this, showModel);
-    connect(again, &QPushButton::clicked, this, &SettingsView::showWalkthroughAgain);
+    connect(again_, &QPushButton::clicked, this, &SettingsView::showWalkthroughAgain);
     showModel();
+    showWhenWalkthroughComes();
     return card;
+}
+
+void SettingsView::showEvent(QShowEvent* event)
+{
+    PaperBackdrop::showEvent(event);
+    showWhenWalkthroughComes();
+}
+
+void SettingsView::changeEvent(QEvent* event)
+{
+    // It may have been seen meanwhile, in the other window.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        showWhenWalkthroughComes();
+    }
+    PaperBackdrop::changeEvent(event);
+}
+
+void SettingsView::showWhenWalkthroughComes()
+{
+    const bool comes =
+        !model_.preferences().boolean(SettingKeys::hasSeenWalkthrough).value_or(true);
+    walkthroughNote_->setVisible(comes);
+    again_->setAccessibleDescription(comes ? walkthroughNote_->text() : QString());
 }
 
 void SettingsView::showWalkthroughAgain()
@@ -139,6 +170,7 @@ void SettingsView::showWalkthroughAgain()
     } catch (const std::exception& error) {
         qWarning("Gruk: failed to forget the walkthrough: %s", error.what());
     }
+    showWhenWalkthroughComes();
 }
 
 QWidget* SettingsView::makeAppearanceCard()
@@ -154,6 +186,7 @@ QWidget* SettingsView::makeAppearanceCard()
     column->addWidget(schemes);
     column->addSpacing(Measure::small);
     auto* colours = new Label(theme_, TextStyle::lead);
+    setAccessibleRole(*colours, QAccessible::Heading);
     colours->setText(QStringLiteral("Colours"));
     column->addWidget(colours);
     for (std::size_t index = 0; index < paletteThemeCount; ++index) {
@@ -187,7 +220,10 @@ QWidget* SettingsView::makeAutomations()
     QVBoxLayout* column = nullptr;
     QWidget* page = makePage(column);
     auto* card = new Card(theme_);
+    auto* gruk = new ArtView(theme_, Art::grukStatePatrol, QString());
+    gruk->setFixedHeight(grukHeight);
     auto* lines = columnIn(card, Measure::medium);
+    lines->addWidget(gruk);
     lines->addWidget(paragraph(
         theme_, QStringLiteral("The Gruk patrols on its own. You were never going to remember — "
                                "that's fine, that's the point.")));

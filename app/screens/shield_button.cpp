@@ -6,6 +6,7 @@
 #include "app/screens/repaint_once.h"
 #include "app/screens/shield_copy.h"
 #include "app/screens/shield_editor.h"
+#include "app/theme/accessible.h"
 #include "app/theme/button.h"
 #include "app/theme/land_painter.h"
 #include "app/theme/shield_painter.h"
@@ -20,7 +21,7 @@ ShieldButton::ShieldButton(AppModel& model, Theme& theme, QWidget* parent)
     setObjectName(QStringLiteral("shieldButton"));
     const QString invitation = QStringLiteral("Customise this realm's shield");
     setAccessibleName(invitation);
-    setToolTip(toolTipText(invitation));
+    giveToolTip(*this, invitation);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
@@ -54,7 +55,7 @@ void ShieldButton::paintEvent(QPaintEvent*)
     const RealmIdentity identity = model_.activeRealmIdentity();
     // Under the pointer the land of the realm shows that there is something to be had here.
     if (underMouse()) {
-        paintLand(painter, rect(), identity, theme_);
+        paintLand(painter, landCanvas(rect()), identity, theme_);
     }
     const double inset = Measure::hair;
     paintShield(painter, QRectF(rect()).adjusted(inset, inset, -inset, -inset), identity, theme_);

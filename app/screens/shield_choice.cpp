@@ -5,9 +5,9 @@
 #include <QPainter>
 #include <QSignalBlocker>
 
+#include "app/theme/accessible.h"
 #include "app/theme/card_painter.h"
 #include "app/theme/charge_geometry.h"
-#include "app/theme/icons.h"
 #include "app/theme/label.h"
 #include "app/theme/shield_geometry.h"
 #include "app/theme/text.h"
@@ -22,7 +22,6 @@ constexpr double tileInset = 4;
 constexpr double chargeInset = 4;
 constexpr double outlineWidth = 1.2;
 constexpr double frameWidth = 2;
-constexpr int tickSize = 10;
 constexpr double tickGround = 14;
 constexpr Corners tileCorners = {7, 5, 8, 5};
 constexpr int titleWidth = 88;
@@ -106,13 +105,17 @@ void ShieldChoice::paintMark(QPainter& painter) const
                         tickGround, tickGround);
     painter.fillPath(cutPath(ground, {tickGround / 2, 0, tileCorners.bottomRight, 0}),
                      theme_.colour(Role::ink));
-    const QPointF corner = ground.center() - QPointF(tickSize / 2.0, tickSize / 2.0);
-    drawIcon(painter, corner, Icon::check, theme_.colour(Role::paperCard), tickSize);
+    QPainterPath tick(ground.topLeft() + QPointF(0.24, 0.53) * tickGround);
+    tick.lineTo(ground.topLeft() + QPointF(0.43, 0.71) * tickGround);
+    tick.lineTo(ground.topLeft() + QPointF(0.76, 0.32) * tickGround);
+    painter.strokePath(tick, QPen(theme_.colour(Role::paperCard), frameWidth, Qt::SolidLine,
+                                  Qt::RoundCap, Qt::RoundJoin));
 }
 
 ShieldChoiceRow::ShieldChoiceRow(Theme& theme, ShieldField field, QWidget* parent)
     : QWidget(parent), field_(field), group_(new QButtonGroup(this))
 {
+    setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(titleOf(field));
     auto* title = new Label(theme, TextStyle::eyebrow);
     title->setText(titleOf(field));

@@ -1,7 +1,9 @@
 #include "app/screens/shield_editor.h"
 
+#include <chrono>
 #include <utility>
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 
 #include "app/screens/realm_map_backdrop.h"
@@ -16,6 +18,8 @@ namespace {
 
 constexpr QSize landSize{112, 88};
 constexpr int shieldSize = 64;
+/// Longer than the pause between two repeats of a key that is held.
+constexpr std::chrono::milliseconds timeToRest{250};
 
 }  // namespace
 
@@ -23,7 +27,8 @@ ShieldEditorPopover::ShieldEditorPopover(Theme& theme, QWidget& anchor,
                                          const RealmIdentity& identity, OnChange onChange,
                                          OnReset onReset)
     : Popover(theme, QStringLiteral("Customise this realm's shield"), anchor), draft_(identity),
-      onChange_(std::move(onChange)), onReset_(std::move(onReset))
+      kept_(identity), rest_(new QTimer(this)), onChange_(std::move(onChange)),
+      onReset_(std::move(onReset))
 {
     setObjectName(QStringLiteral("shieldEditor"));
     column()->setSpacing(Measure::small);
@@ -38,10 +43,14 @@ ShieldEditorPopover::ShieldEditorPopover(Theme& theme, QWidget& anchor,
     auto* reset =
         new Button(theme, Button::Kind::link, QStringLiteral("Back to the Gruk's design"));
     column()->addWidget(reset, 0, Qt::AlignLeft);
-    connect(reset, &QPushButton::clicked, this, [this] {
-        draft_ = onReset_();
-        showDraft();
-    });
+    connect(reset, &QPushButton::clicked, this, &ShieldEditorPopover::reset);
+    rest_->setObjectName(QStringLiteral("rest"));
+    rest_->setSingleShot(true);
+    rest_->setInterval(timeToRest);
+    connect(rest_, &QTimer::timeout, this, &ShieldEditorPopover::keep);
+    connect(this, &Overlay::finished, this, &ShieldEditorPopover::keep);
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+            &ShieldEditorPopover::keep);
     showDraft();
 }
 
@@ -83,7 +92,26 @@ void ShieldEditorPopover::choose(const RealmIdentity& identity)
     }
     draft_ = identity;
     showDraft();
-    onChange_(identity);
+    // A key that is held down chooses faster than a disk writes.
+    rest_->start();
+}
+
+void ShieldEditorPopover::keep()
+{
+    rest_->stop();
+    if (draft_ != kept_) {
+        kept_ = draft_;
+        onChange_(draft_);
+    }
+}
+
+void ShieldEditorPopover::reset()
+{
+    // Should that fail, the realm keeps what was chosen.
+    keep();
+    draft_ = onReset_();
+    kept_ = draft_;
+    showDraft();
 }
 
 void openShieldEditor(AppModel& model, Theme& theme, QWidget& shieldButton)

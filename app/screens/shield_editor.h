@@ -3,6 +3,7 @@
 #include <functional>
 #include <vector>
 
+#include <QTimer>
 #include <QWidget>
 
 #include "app/model/app_model.h"
@@ -15,11 +16,12 @@ class RealmMapBackdrop;
 class RealmShieldView;
 class ShieldChoiceRow;
 
-/// Lets the user repaint a realm's shield. Each choice is kept at once: there is nothing to confirm
-/// and nothing to lose.
+/// Lets the user repaint a realm's shield. Each choice is shown at once, and kept as soon as no
+/// other follows it: there is nothing to confirm and nothing to lose.
 ///
-/// `onChange` is called on the main thread with each new identity, and never for what is shown
-/// already; `onReset` takes the user's choices back and returns the identity to go on with.
+/// `onChange` is called on the main thread with the identity that the choices have come to: when
+/// they rest, and at the latest when the popover closes or the program quits; never for what it was
+/// given last. `onReset` takes the user's choices back and returns the identity to go on with.
 class ShieldEditorPopover : public Popover {
     Q_OBJECT
 
@@ -37,8 +39,13 @@ private:
     [[nodiscard]] QWidget* makeHead();
     void showDraft();
     void choose(const RealmIdentity& identity);
+    void reset();
+    void keep();
 
     RealmIdentity draft_;
+    /// What the realm has, but for choices that have not come to rest.
+    RealmIdentity kept_;
+    QTimer* rest_;
     OnChange onChange_;
     OnReset onReset_;
     RealmMapBackdrop* land_ = nullptr;

@@ -13,9 +13,11 @@
 #include "app/screens/section_title.h"
 #include "app/screens/shortcuts.h"
 #include "app/screens/sidebar_link.h"
+#include "app/theme/accessible.h"
 #include "app/theme/art.h"
 #include "app/theme/button.h"
 #include "app/theme/label.h"
+#include "app/theme/tab_order.h"
 #include "app/theme/text.h"
 
 namespace gruk {
@@ -82,10 +84,19 @@ QWidget* SidebarView::makePlaces()
 {
     auto* back =
         new SidebarLink(theme_, Icon::chevronLeft, QStringLiteral("Back to your Territories"));
-    const auto showBack = [this, back] { back->setVisible(model_.activeRootURL().has_value()); };
+    back_ = back;
+    const auto showBack = [this, back] {
+        const bool isWanted = model_.activeRootURL().has_value();
+        if (!isWanted) {
+            // Left to the page that comes, and to no neighbour.
+            back->clearFocus();
+        }
+        back->setVisible(isWanted);
+    };
     connect(&model_, &AppModel::activeRootURLChanged, back, showBack);
     connect(back, &QPushButton::clicked, this, [this] { model_.showTerritories(); });
     auto* heading = new Label(theme_, TextStyle::eyebrow);
+    setAccessibleRole(*heading, QAccessible::Heading);
     heading->setText(QStringLiteral("Realms"));
     heading->setColour(Role::ink, Strength::quiet);
     heading->setContentsMargins(Measure::medium, Measure::small, 0, 0);
@@ -152,7 +163,22 @@ void SidebarView::refresh()
 {
     showRealms();
     showShortcuts();
+    chainRows();
     tidy_->refresh();
+}
+
+void SidebarView::chainRows()
+{
+    std::vector<QWidget*> stops = {back_};
+    for (const QVBoxLayout* rows : {rows_, shortcuts_}) {
+        for (int i = 0; i < rows->count(); ++i) {
+            QWidget* row = rows->itemAt(i)->widget();
+            // A realm that is not there is a row with a button in it.
+            auto* control = qobject_cast<QAbstractButton*>(row);
+            stops.push_back(control != nullptr ? control : row->findChild<QAbstractButton*>());
+        }
+    }
+    chainTabStops(stops);
 }
 
 void SidebarView::showShortcuts()
@@ -170,7 +196,7 @@ void SidebarView::showShortcuts()
     removeRows(*shortcuts_);
     for (const Shortcut& place : places) {
         auto* link = new SidebarLink(theme_, place.systemImage, place.name);
-        link->setToolTip(toolTipText(displayName(place.url.path())));
+        giveToolTip(*link, displayName(place.url.path()));
         connect(link, &QPushButton::clicked, this,
                 [this, url = place.url] { model_.selectRealm(url); });
         shortcuts_->addWidget(link);

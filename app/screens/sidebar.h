@@ -42,6 +42,8 @@ private:
     void showRealms();
     void showShortcuts();
     void showShields();
+    /// Puts what was made anew in its place for Tab.
+    void chainRows();
     [[nodiscard]] RealmIdentity identityOf(const Grant& grant) const;
     void addRow(const Grant& grant, bool isConnected);
     void showContextMenu(QWidget& row, const Grant& grant, const QPoint& at);
@@ -49,6 +51,7 @@ private:
 
     AppModel& model_;
     Theme& theme_;
+    QWidget* back_ = nullptr;
     QVBoxLayout* rows_ = nullptr;
     QVBoxLayout* shortcuts_ = nullptr;
     DesktopTidySection* tidy_ = nullptr;

@@ -1,28 +1,49 @@
 #include "app/screens/status_banner.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include "app/theme/accessible.h"
 #include "app/theme/card_painter.h"
 #include "app/theme/label.h"
 
 namespace gruk {
+
+namespace {
+
+/// The icon on the first line of the words.
+QWidget* beside(QWidget* icon, QLabel* words)
+{
+    const int above = std::max(0, (Measure::iconSize - words->fontMetrics().height()) / 2);
+    words->setContentsMargins(0, above, 0, above);
+    auto* both = new QWidget;
+    auto* row = new QHBoxLayout(both);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Measure::medium);
+    row->addWidget(icon, 0, Qt::AlignTop);
+    row->addWidget(words, 1);
+    return both;
+}
+
+}  // namespace
 
 StatusBanner::StatusBanner(Theme& theme, Role colour, Icon icon, QWidget* parent)
     : Card(theme, Measure::medium, parent), colour_(colour),
       message_(new Label(theme, TextStyle::body)),
       button_(new Button(theme, Button::Kind::secondary, {}))
 {
+    setAccessibleRole(*this, QAccessible::Notification);
     auto* symbol = new IconLabel(theme, icon, Measure::iconSize);
     message_->setWordWrap(true);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(Measure::small, 0, 0, 0);
     row->setSpacing(Measure::medium);
-    row->addWidget(symbol, 0, Qt::AlignTop);
-    row->addWidget(message_, 1, Qt::AlignVCenter);
+    // In the middle of whatever is higher, but never itself as high as the window has room.
+    row->addWidget(beside(symbol, message_), 1, Qt::AlignVCenter);
     row->addWidget(button_, 0, Qt::AlignVCenter);
     connect(button_, &QPushButton::clicked, this, [this] {
         // The action changes what the banner shows, and with it the action.
@@ -34,13 +55,19 @@ StatusBanner::StatusBanner(Theme& theme, Role colour, Icon icon, QWidget* parent
 
 void StatusBanner::setMessage(const QString& message, BannerAction action)
 {
+    const bool isAnother = message_->text() != message;
     message_->setText(message);
+    setAccessibleName(message);
     action_ = std::move(action);
     button_->setText(action_.label);
     button_->setAccessibleDescription(message);
     button_->updateGeometry();
     button_->setVisible(static_cast<bool>(action_.run));
+    const bool wasVisible = isVisible();
     setVisible(!message.isEmpty());
+    if (wasVisible && isAnother) {
+        announce(*this);
+    }
 }
 
 void StatusBanner::paintEvent(QPaintEvent* event)

@@ -36,6 +36,8 @@ TerritoriesView::TerritoriesView(AppModel& model, Theme& theme, QWidget* parent)
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Its place is kept, so that nothing jumps when there comes to be something to scroll.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     // The focus goes to what is on the page; the page itself scrolls by keys all the same.
     setFocusPolicy(Qt::NoFocus);
     layOut();

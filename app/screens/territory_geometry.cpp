@@ -47,12 +47,8 @@ Territory territoryOf(std::size_t summary, const std::vector<GridLoop>& loops)
 {
     Territory territory;
     territory.summary = summary;
-    double largest = -1;
+    territory.anchor = anchorOf(loops);
     for (const GridLoop& loop : loops) {
-        if (const double area = areaOf(loop); area > largest) {
-            largest = area;
-            territory.anchor = middleOf(loop);
-        }
         territory.borders.push_back(
             ChaikinSmoothing::smooth(BorderWobble::wobbled(loop), smoothings));
     }
@@ -93,6 +89,13 @@ Course course(const GridPoint& from, const GridPoint& to, MapDirection direction
 }
 
 }  // namespace
+
+GridPoint anchorOf(const std::vector<GridLoop>& loops)
+{
+    GRUK_REQUIRE(!loops.empty(), "land without a border");
+    // The first of the largest.
+    return middleOf(*std::ranges::max_element(loops, {}, areaOf));
+}
 
 TerritoryMap territoryMap(const std::vector<RealmSummary>& summaries)
 {

@@ -42,6 +42,10 @@ struct TerritoryMap {
     friend bool operator==(const TerritoryMap&, const TerritoryMap&) = default;
 };
 
+/// The middle of the corners of the loop with the largest area, the first of those that are equally
+/// large. There must be one.
+[[nodiscard]] GridPoint anchorOf(const std::vector<GridLoop>& loops);
+
 /// The land that each realm holds by its size. No realms give no land at all.
 [[nodiscard]] TerritoryMap territoryMap(const std::vector<RealmSummary>& summaries);
 

@@ -18,23 +18,26 @@ class TerritoryGrid : public QWidget {
 
 public:
     explicit TerritoryGrid(Theme& theme, QWidget* parent = nullptr);
+    ~TerritoryGrid() override;
 
     using IdentityOf = std::function<RealmIdentity(const RealmSummary&)>;
-    /// Shows these. A card keeps its place and the focus while the realms behind it change.
+    /// Shows these. A card stays that of its realm, and keeps the focus, wherever it moves to. Tab
+    /// goes through them as they stand.
     void showRealms(const std::vector<RealmSummary>& realms, const IdentityOf& identityOf);
 
     [[nodiscard]] const std::vector<RealmCard*>& cards() const { return cards_; }
 
 Q_SIGNALS:
     void selected(const gruk::RealmSummary& realm);
-    /// The card at that place was come to, or left.
+    /// The card at that place is pointed at, by the pointer or the keyboard; or none is any more.
     void pointedAt(std::size_t place, bool isPointedAt);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void addCard();
+    [[nodiscard]] RealmCard* makeCard();
+    void tellPointedAt(const RealmCard& card, bool isPointedAt);
     void placeCards();
 
     Theme& theme_;

@@ -1,8 +1,10 @@
 #include "app/screens/territory_labels.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include <QRectF>
 
@@ -16,6 +18,18 @@ constexpr double sizeBelow = 7;
 /// How far a drawn border may run inside the cells that it goes around, in cells: what the wobble
 /// and the smoothing take off a corner.
 constexpr double borderReach = 0.25;
+/// Land of fewer cells is a dot, which carries no name.
+constexpr int smallestNamedLand = 12;
+
+int below(double edge)
+{
+    return static_cast<int>(std::floor(edge));
+}
+
+int above(double edge)
+{
+    return static_cast<int>(std::ceil(edge));
+}
 
 /// The room that a label takes, about its anchor.
 QRectF boxOf(const TerritoryLabelSize& size, bool hasSize)
@@ -57,29 +71,80 @@ public:
         if (best) {
             return *best * scale_;
         }
-        for (int index = 0; index < mapResolution * mapResolution; ++index) {
-            if (map_.owners[static_cast<std::size_t>(index)] == territory_) {
-                const double x = index / mapResolution;
-                const double y = index % mapResolution;
-                consider({x + half, y + half});
-            }
-        }
+        forEachPlace(consider);
         return best ? std::optional(*best * scale_) : std::nullopt;
     }
 
+    /// The place in the land about which the least of `box` lies outside it, the nearest to the
+    /// anchor of these.
+    [[nodiscard]] QPointF roomiest(const QRectF& box) const
+    {
+        const QRectF cells(box.topLeft() / scale_, box.size() / scale_);
+        QPointF best;
+        auto least = std::pair(std::numeric_limits<int>::max(), 0.0);
+        forEachPlace([&](const QPointF& at) {
+            const double distance = std::hypot(at.x() - anchor_.x, at.y() - anchor_.y);
+            const std::pair rank(foreignCells(cells.translated(at)), distance);
+            if (rank < least) {
+                best = at;
+                least = rank;
+            }
+        });
+        return best * scale_;
+    }
+
+    [[nodiscard]] bool isDot() const
+    {
+        return std::ranges::count(map_.owners, territory_) < smallestNamedLand;
+    }
+
 private:
-    static constexpr double half = 0.5;
+    /// Every quarter of a cell, in its own land.
+    template <typename Consider>
+    void forEachPlace(const Consider& consider) const
+    {
+        constexpr std::array steps = {0.0, 0.25, 0.5, 0.75};
+        for (int index = 0; index < mapResolution * mapResolution; ++index) {
+            if (map_.owners[static_cast<std::size_t>(index)] != territory_) {
+                continue;
+            }
+            for (const double x : steps) {
+                for (const double y : steps) {
+                    consider(QPointF(index / mapResolution + x, index % mapResolution + y));
+                }
+            }
+        }
+    }
+
+    [[nodiscard]] static bool isOnMap(int x, int y)
+    {
+        return x >= 0 && y >= 0 && x < mapResolution && y < mapResolution;
+    }
+
+    [[nodiscard]] bool isOwnCell(int x, int y) const
+    {
+        return isOnMap(x, y)
+               && map_.owners[static_cast<std::size_t>(x * mapResolution + y)] == territory_;
+    }
+
+    /// How much of `cells` is not its own.
+    [[nodiscard]] int foreignCells(const QRectF& cells) const
+    {
+        int count = 0;
+        for (int x = below(cells.left()); x < above(cells.right()); ++x) {
+            for (int y = below(cells.top()); y < above(cells.bottom()); ++y) {
+                // On other land a name can be read better than half in the sea.
+                count += isOwnCell(x, y) ? 0 : isOnMap(x, y) ? 1 : 3;
+            }
+        }
+        return count;
+    }
 
     [[nodiscard]] bool isOwn(const QRectF& cells) const
     {
-        if (cells.left() < 0 || cells.top() < 0 || cells.right() > mapResolution
-            || cells.bottom() > mapResolution) {
-            return false;
-        }
-        const auto end = [](double edge) { return static_cast<int>(std::ceil(edge)); };
-        for (int x = static_cast<int>(cells.left()); x < end(cells.right()); ++x) {
-            for (int y = static_cast<int>(cells.top()); y < end(cells.bottom()); ++y) {
-                if (map_.owners[static_cast<std::size_t>(x * mapResolution + y)] != territory_) {
+        for (int x = below(cells.left()); x < above(cells.right()); ++x) {
+            for (int y = below(cells.top()); y < above(cells.bottom()); ++y) {
+                if (!isOwnCell(x, y)) {
                     return false;
                 }
             }
@@ -112,6 +177,17 @@ std::optional<TerritoryLabelPlace> territoryLabelPlace(const TerritoryMap& map,
         }
     }
     return std::nullopt;
+}
+
+std::optional<QPointF> crampedNamePlace(const TerritoryMap& map, std::size_t territory,
+                                        const QSizeF& name, double side)
+{
+    if (side <= 0) {
+        return std::nullopt;
+    }
+    const Room room(map, territory, side);
+    return room.isDot() ? std::nullopt
+                        : std::optional(room.roomiest(boxOf({name, QSizeF()}, false)));
 }
 
 }  // namespace gruk

@@ -32,4 +32,10 @@ struct TerritoryLabelPlace {
                                                                      const TerritoryLabelSize& size,
                                                                      double side);
 
+/// Where the name of a land stands that has no room for any: in the land, where the least of it
+/// lies outside, and as near to the anchor as that allows. None for a land that is a mere dot.
+/// Pure; any thread.
+[[nodiscard]] std::optional<QPointF>
+crampedNamePlace(const TerritoryMap& map, std::size_t territory, const QSizeF& name, double side);
+
 }  // namespace gruk

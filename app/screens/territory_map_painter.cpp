@@ -50,6 +50,14 @@ std::optional<TerritoryLabel> territoryLabel(const TerritoryMap& map, std::size_
         }
         alone = alone ? alone : label;
     }
+    if (!alone) {
+        const QSizeF room = landTextSize(theme, LandLine::name, label.name);
+        if (const auto at = crampedNamePlace(map, territory, room, side)) {
+            label.place = {*at, std::nullopt};
+            label.isWhole = false;
+            return label;
+        }
+    }
     return alone;
 }
 

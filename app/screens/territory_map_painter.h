@@ -20,8 +20,8 @@ struct TerritoryLabel {
     bool isWhole = false;
 };
 
-/// The label of a territory on a map that is `side` long; none where there is no room for any. A
-/// name that is too long for its land is shortened in its middle before it is left out.
+/// The label of a territory on a map that is `side` long. A name that is too long for its land is
+/// shortened in its middle; none is written on a land that is a mere dot.
 [[nodiscard]] std::optional<TerritoryLabel> territoryLabel(const TerritoryMap& map,
                                                            std::size_t territory,
                                                            const RealmSummary& realm, double side,

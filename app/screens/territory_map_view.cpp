@@ -47,18 +47,44 @@ void TerritoryMapView::setSummaries(std::vector<RealmSummary> summaries)
     if (summaries == summaries_) {
         return;
     }
+    const std::size_t place = current_;
+    const auto current = pathOf(current_);
+    const auto asked = pathOf(asked_);
+    const auto pressed = pathOf(pressed_);
     summaries_ = std::move(summaries);
     map_ = territoryMap(summaries_);
-    hovered_.reset();
-    pressed_.reset();
-    asked_.reset();
-    current_ = 0;
+    const std::size_t last = std::max<std::size_t>(map_.territories.size(), 1) - 1;
+    current_ = territoryOf(current).value_or(std::min(place, last));
+    asked_ = territoryOf(asked);
+    pressed_ = territoryOf(pressed);
+    hover(pointer_ ? territoryAtPoint(*pointer_) : std::nullopt);
     placePlaceholder();
     placeLabels();
     forgetPicture();
     QAccessibleEvent other(this, QAccessible::ObjectReorder);
     QAccessible::updateAccessibility(&other);
+    if (focused() && (current_ != place || pathOf(current_) != current)) {
+        tellFocus();
+    }
     Q_EMIT highlightedChanged();
+}
+
+std::optional<std::string> TerritoryMapView::pathOf(std::optional<std::size_t> territory) const
+{
+    return territory && *territory < map_.territories.size()
+               ? std::optional(realmOf(*territory).path)
+               : std::nullopt;
+}
+
+std::optional<std::size_t>
+TerritoryMapView::territoryOf(const std::optional<std::string>& path) const
+{
+    for (std::size_t index = 0; path && index < map_.territories.size(); ++index) {
+        if (realmOf(index).path == *path) {
+            return index;
+        }
+    }
+    return std::nullopt;
 }
 
 QRectF TerritoryMapView::land() const
@@ -194,7 +220,8 @@ void TerritoryMapView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     const QRectF square = land();
-    paintSea(painter, cardBody(rect()), map_.territories.empty() ? QRectF() : square, theme_);
+    const QRectF words = placeholder_ != nullptr ? QRectF(placeholder_->childrenRect()) : QRectF();
+    paintSea(painter, cardBody(rect()), map_.territories.empty() ? words : square, theme_);
     if (map_.territories.empty()) {
         return;
     }
@@ -237,17 +264,24 @@ void TerritoryMapView::moveTo(std::optional<std::size_t> territory)
     current_ = *territory;
     showsFocus_ = true;
     // Where the pointer happens to rest counts no more until it moves.
+    pointer_.reset();
     hovered_.reset();
     update();
+    tellFocus();
+    Q_EMIT highlightedChanged();
+}
+
+void TerritoryMapView::tellFocus()
+{
     QAccessibleEvent event(this, QAccessible::Focus);
     event.setChild(static_cast<int>(current_));
     QAccessible::updateAccessibility(&event);
-    Q_EMIT highlightedChanged();
 }
 
 void TerritoryMapView::mouseMoveEvent(QMouseEvent* event)
 {
-    hover(territoryAtPoint(event->position()));
+    pointer_ = event->position();
+    hover(territoryAtPoint(*pointer_));
 }
 
 void TerritoryMapView::mousePressEvent(QMouseEvent* event)
@@ -272,6 +306,7 @@ void TerritoryMapView::mouseReleaseEvent(QMouseEvent* event)
 void TerritoryMapView::leaveEvent(QEvent* event)
 {
     QWidget::leaveEvent(event);
+    pointer_.reset();
     hover(std::nullopt);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include <QPixmap>
@@ -24,7 +25,8 @@ class TerritoryMapView : public QWidget {
 public:
     explicit TerritoryMapView(Theme& theme, QWidget* parent = nullptr);
 
-    /// Divides the map anew, unless these are what it shows already.
+    /// Divides the map anew, unless these are what it shows already. The keyboard, and what was
+    /// asked for, stay with their realms.
     void setSummaries(std::vector<RealmSummary> summaries);
     [[nodiscard]] const std::vector<RealmSummary>& summaries() const { return summaries_; }
     [[nodiscard]] const TerritoryMap& map() const { return map_; }
@@ -70,12 +72,16 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    [[nodiscard]] std::optional<std::string> pathOf(std::optional<std::size_t> territory) const;
+    [[nodiscard]] std::optional<std::size_t>
+    territoryOf(const std::optional<std::string>& path) const;
     void placeLabels();
     void placePlaceholder();
     void forgetPicture();
     [[nodiscard]] QPixmap makePicture(double ratio) const;
     void hover(std::optional<std::size_t> territory);
     void moveTo(std::optional<std::size_t> territory);
+    void tellFocus();
 
     Theme& theme_;
     std::vector<RealmSummary> summaries_;
@@ -85,6 +91,8 @@ private:
     QWidget* placeholder_ = nullptr;
     /// All land with its borders and labels, which take long to draw.
     QPixmap picture_;
+    /// Where the pointer rests over the map, while it counts.
+    std::optional<QPointF> pointer_;
     std::optional<std::size_t> hovered_;
     std::optional<std::size_t> pressed_;
     std::optional<std::size_t> asked_;

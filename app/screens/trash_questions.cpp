@@ -33,7 +33,7 @@ QString bytesText(Bytes bytes)
 void ask(Theme& theme, const Confirmation& confirmation, const QString& name, QWidget& place,
          AppModel& model, std::function<void()> yes)
 {
-    auto* question = new ConfirmationDialog(theme, confirmation, place.window());
+    auto* question = new ConfirmationDialog(theme, confirmation, &place);
     question->setObjectName(name);
     QObject::connect(question, &ConfirmationDialog::accepted, &model,
                      [yes = std::move(yes)] { yes(); });

@@ -1,12 +1,16 @@
 #include "app/screens/walkthrough_view.h"
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "app/theme/accessible.h"
 #include "app/theme/button.h"
 #include "app/theme/label.h"
 
@@ -29,11 +33,22 @@ Label* centredText(Theme& theme, TextStyle style, const QString& text)
     return label;
 }
 
+int tallestBody(Theme& theme)
+{
+    int tallest = 0;
+    for (const WalkthroughPage& page : WalkthroughView::pages()) {
+        const std::unique_ptr<Label> body(centredText(theme, TextStyle::body, page.body));
+        tallest = std::max(tallest, body->height());
+    }
+    return tallest;
+}
+
 /// One dot a page, the one that shows solid.
 class PageDots : public QWidget {
 public:
     PageDots(Theme& theme, const WalkthroughView& view) : theme_(theme), view_(view)
     {
+        setAccessibleRole(*this, QAccessible::StaticText);
         const int count = static_cast<int>(WalkthroughView::pages().size());
         setFixedSize(count * dotDiameter + (count - 1) * Measure::small, dotDiameter + 2);
         connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
@@ -48,7 +63,7 @@ protected:
         const int count = static_cast<int>(WalkthroughView::pages().size());
         for (int index = 0; index < count; ++index) {
             const bool isShown = index == view_.page();
-            painter.setBrush(isShown ? theme_.colour(accentRole(theme_.scheme()))
+            painter.setBrush(isShown ? theme_.colour(Role::accent)
                                      : theme_.colour(Role::ink, Strength::outline));
             painter.drawEllipse(
                 QRectF(index * (dotDiameter + Measure::small), 1, dotDiameter, dotDiameter));
@@ -94,6 +109,7 @@ WalkthroughView::WalkthroughView(Theme& theme, QWidget* anyWidget)
       next_(new Button(theme, Button::Kind::primary, QString())), turn_(this)
 {
     setCardSize(sheetSize);
+    skip_->setBesideButtons();
     for (const WalkthroughPage& page : pages()) {
         pageViews_.push_back(makePage(page));
     }
@@ -119,6 +135,9 @@ WalkthroughView::WalkthroughView(Theme& theme, QWidget* anyWidget)
 QWidget* WalkthroughView::makePage(const WalkthroughPage& page)
 {
     auto* view = new QWidget(stage_);
+    // Read as it comes into view, while the focus stays on the button.
+    setAccessibleRole(*view, QAccessible::Notification);
+    view->setAccessibleName(page.heading);
     auto* art = new ArtView(theme(), page.image, QString());
     art->setFixedHeight(artHeight);
     auto* column = new QVBoxLayout(view);
@@ -127,10 +146,14 @@ QWidget* WalkthroughView::makePage(const WalkthroughPage& page)
     column->addStretch(1);
     column->addWidget(art);
     Label* heading = centredText(theme(), TextStyle::value, page.heading);
+    setAccessibleRole(*heading, QAccessible::Heading);
     // Always one line.
     heading->setWordWrap(false);
     column->addWidget(heading, 0, Qt::AlignHCenter);
-    column->addWidget(centredText(theme(), TextStyle::body, page.body), 0, Qt::AlignHCenter);
+    Label* body = centredText(theme(), TextStyle::body, page.body);
+    // As high on each page, so that what stands over it stays where it is.
+    body->setFixedHeight(tallestBody(theme()));
+    column->addWidget(body, 0, Qt::AlignHCenter);
     column->addStretch(1);
     return view;
 }
@@ -144,8 +167,12 @@ void WalkthroughView::setPage(int page)
         turn_.state() == QAbstractAnimation::Stopped ? page_ : turn_.currentValue().toDouble();
     page_ = page;
     turn_.stop();
-    turn_.setStartValue(from);
-    turn_.setEndValue(static_cast<double>(page));
+    {
+        // While it rests these would show and hide pages.
+        const QSignalBlocker quiet(turn_);
+        turn_.setStartValue(from);
+        turn_.setEndValue(static_cast<double>(page));
+    }
     turn_.setDuration(isVisible() ? theme().duration(Measure::pageMilliseconds) : 0);
     turn_.start();
     showPage();

@@ -13,7 +13,9 @@ namespace {
 constexpr int largeHero = 320;
 constexpr int smallHero = 120;
 constexpr int wordsWidth = 460;
-constexpr int smallestHeight = 440;
+/// What the words need, and what they need with the Gruk over them.
+constexpr int smallestHeight = 308;
+constexpr int heightForBoth = smallestHeight + smallHero + Measure::medium;
 /// What both need side by side.
 constexpr int widthForBoth = wordsWidth + largeHero + 2 * Measure::pageMargin + Measure::huge;
 
@@ -30,7 +32,7 @@ QLayout* promise(Theme& theme, Icon icon, const QString& text)
     auto* row = new QHBoxLayout;
     row->setSpacing(Measure::medium);
     auto* symbol = new IconLabel(theme, icon, Measure::largeIconSize);
-    symbol->setColour(Role::fernDark);
+    symbol->setColour(Role::accent);
     row->addWidget(symbol);
     row->addWidget(line(theme, TextStyle::bodyStrong, text), 1);
     return row;
@@ -100,6 +102,8 @@ void GrukWelcomeView::resizeEvent(QResizeEvent* event)
     const bool isWide = width() >= widthForBoth;
     const int size = isWide ? largeHero : smallHero;
     hero_->setFixedSize(size, size);
+    // Where messages stand over a small page, the words need the room.
+    hero_->setVisible(isWide || height() >= heightForBoth);
     // Laid out from the bottom up, the words stand under the Gruk and are still read first.
     halves_->setDirection(isWide ? QBoxLayout::LeftToRight : QBoxLayout::BottomToTop);
     halves_->setSpacing(isWide ? Measure::huge : Measure::medium);

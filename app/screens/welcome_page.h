@@ -9,14 +9,14 @@ class QBoxLayout;
 namespace gruk {
 
 /// What a first start shows: what Gruk does, what it promises, and the one thing to do. The Gruk
-/// stands beside it, or over it where there is little room.
+/// stands beside it, or over it where there is little room, and nowhere where there is none.
 class GrukWelcomeView : public PaperBackdrop {
     Q_OBJECT
 
 public:
     GrukWelcomeView(AppModel& model, Theme& theme, QWidget* parent = nullptr);
 
-    /// What it needs with the Gruk over the words.
+    /// What the words need.
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QTextLayout>
 
+#include "app/theme/accessible.h"
 #include "app/theme/text.h"
 
 namespace gruk {
@@ -20,7 +21,7 @@ WrappedLabel::WrappedLabel(Theme& theme, TextStyle style, int mostLines, QWidget
 void WrappedLabel::setFullText(const QString& text)
 {
     setText(text);
-    setToolTip(toolTipText(text));
+    giveToolTip(*this, text);
     updateGeometry();
 }
 

@@ -1,5 +1,6 @@
 #include "app/theme/button.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -15,6 +16,49 @@ constexpr double chevronTurn = 90;
 constexpr double outlineWidth = 1.2;
 /// Of a primary button under the pointer, in percent.
 constexpr int hoverLightness = 108;
+
+/// The toolkit would tell of a box that is ticked.
+class AccessibleDisclosure : public QAccessibleWidget {
+public:
+    explicit AccessibleDisclosure(DisclosureButton& button)
+        : QAccessibleWidget(&button, QAccessible::Button), button_(button)
+    {
+    }
+
+    [[nodiscard]] QString text(QAccessible::Text part) const override
+    {
+        return part == QAccessible::Name ? button_.text() : QAccessibleWidget::text(part);
+    }
+    [[nodiscard]] QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.expandable = true;
+        state.expanded = button_.isOpen();
+        state.collapsed = !button_.isOpen();
+        return state;
+    }
+    [[nodiscard]] QStringList actionNames() const override
+    {
+        return QStringList(pressAction()) + QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString& name) override
+    {
+        if (name == pressAction()) {
+            button_.click();
+        } else {
+            QAccessibleWidget::doAction(name);
+        }
+    }
+
+private:
+    DisclosureButton& button_;
+};
+
+QAccessibleInterface* makeAccessible(const QString&, QObject* object)
+{
+    auto* button = qobject_cast<DisclosureButton*>(object);
+    return button == nullptr ? nullptr : new AccessibleDisclosure(*button);
+}
 
 }  // namespace
 
@@ -35,6 +79,12 @@ void Button::setSymbol(Icon icon)
 {
     symbol_ = icon;
     updateGeometry();
+    update();
+}
+
+void Button::setBesideButtons()
+{
+    lift_ = Measure::shadowOffset;
     update();
 }
 
@@ -67,26 +117,32 @@ QColor Button::textColour() const
 {
     switch (kind_) {
     case Kind::primary:
-        return theme_.colour(Role::paperCard);
+        // Of a pale ground its usual colour would be gone.
+        return theme_.colour(isEnabled() ? Role::paperCard : Role::ink);
     case Kind::secondary:
     case Kind::destructive:
         return theme_.colour(Role::ink);
     case Kind::link:
         break;
     }
-    return theme_.colour(accentRole(theme_.scheme()));
+    return theme_.colour(Role::accent);
 }
 
 void Button::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF body = kind_ == Kind::link ? QRectF(rect()) : cardBody(rect());
+    const QRectF body =
+        kind_ == Kind::link ? QRectF(rect()).adjusted(0, 0, 0, -lift_) : cardBody(rect());
     if (!isEnabled()) {
         painter.setOpacity(Strength::disabled);
     }
     press_->apply(painter, body);
     paintGround(painter, body);
+    if (kind_ == Kind::primary) {
+        // It tells what goes on meanwhile.
+        painter.setOpacity(Strength::full);
+    }
     paintContent(painter, body);
 }
 
@@ -100,7 +156,7 @@ void Button::paintGround(QPainter& painter, const QRectF& body) const
     const double strength = kind_ == Kind::primary ? Strength::outline : Strength::shadow;
     painter.fillPath(shadow.subtracted(shape), theme_.colour(Role::ink, strength));
     if (kind_ == Kind::primary) {
-        const QColor ground = theme_.colour(accentRole(theme_.scheme()));
+        const QColor ground = theme_.colour(Role::accent);
         painter.fillPath(shape, underMouse() ? ground.lighter(hoverLightness) : ground);
     } else {
         painter.fillPath(shape, theme_.colour(underMouse() ? Role::paperInset : Role::paperCard));
@@ -161,6 +217,8 @@ DisclosureButton::DisclosureButton(Theme& theme, const QString& closedText, cons
                                    QWidget* parent)
     : Button(theme, Kind::link, closedText, parent), closedText_(closedText), openText_(openText)
 {
+    // The toolkit keeps one of each.
+    QAccessible::installFactory(makeAccessible);
     setCheckable(true);
     setSymbol(Icon::chevronRight);
     turn_.setStartValue(0.0);

@@ -32,6 +32,9 @@ public:
 
     /// The icon before the text.
     void setSymbol(Icon icon);
+    /// Puts the words of a link on the line of the buttons that it stands beside, which their
+    /// shadow lifts.
+    void setBesideButtons();
     /// Turned by so many degrees, clockwise.
     void setSymbolTurn(double degrees);
 
@@ -58,6 +61,7 @@ private:
     GrukTactileButtonStyle* press_;
     std::optional<Icon> symbol_;
     double symbolTurn_ = 0;
+    int lift_ = 0;
 };
 
 /// A link with a chevron that opens and closes what stands under it.

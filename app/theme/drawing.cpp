@@ -41,4 +41,11 @@ void paintDrawing(QPainter& painter, const Drawing& drawing, const Theme& theme)
     }
 }
 
+void drawLine(QPainter& painter, const QRect& room, const QString& text)
+{
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int baseline = room.top() + (room.height() - metrics.height()) / 2 + metrics.ascent();
+    painter.drawText(QPoint(room.left(), baseline), text);
+}
+
 }  // namespace gruk

@@ -38,4 +38,8 @@ using Drawing = std::vector<DrawingStep>;
 /// Paints every step where it stands, smooth. Leaves `painter` as it was.
 void paintDrawing(QPainter& painter, const Drawing& drawing, const Theme& theme);
 
+/// Writes one line from the left of `room` in its middle, by the painter's font alone: letters that
+/// come out of another font neither lift nor lower it.
+void drawLine(QPainter& painter, const QRect& room, const QString& text);
+
 }  // namespace gruk

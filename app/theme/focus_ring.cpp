@@ -27,9 +27,15 @@ public:
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returnData) const override
     {
-        return hint == SH_FocusFrame_Mask
-                   ? 0
-                   : QProxyStyle::styleHint(hint, option, widget, returnData);
+        switch (hint) {
+        case SH_FocusFrame_Mask:
+            return 0;
+        case SH_FocusFrame_AboveWidget:
+            // Else it lies in the widget's parent, which cuts it off where the two are as wide.
+            return 1;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, returnData);
+        }
     }
 };
 
@@ -73,7 +79,8 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event)
                 event->type() == QEvent::FocusIn
                 && comesFromTheKeyboard(static_cast<QFocusEvent*>(event)->reason(),
                                         keyboardWasLast_);
-            setWidget(byKeyboard ? focused : nullptr);
+            const bool showsItself = focused->property(showsFocusItself).toBool();
+            setWidget(byKeyboard && !showsItself ? focused : nullptr);
         }
     }
     return QFocusFrame::eventFilter(watched, event);

@@ -3,9 +3,15 @@
 #include <algorithm>
 
 #include <QApplication>
+#include <QFrame>
+#include <QMenu>
 #include <QPainter>
+#include <QScrollBar>
+#include <QStyleOptionMenuItem>
 #include <QStyleOptionSlider>
 #include <QToolTip>
+
+#include "app/theme/menu_painter.h"
 
 namespace gruk {
 
@@ -34,6 +40,11 @@ QRect handleRect(const QStyleOptionSlider& bar)
                      : QRect(bar.rect.x() + at, bar.rect.y(), size, bar.rect.height());
 }
 
+int wordsWidth(const QStyleOptionMenuItem& item)
+{
+    return QFontMetrics(item.font).horizontalAdvance(item.text);
+}
+
 /// The groove before or behind the handle.
 QRect pageRect(const QStyleOptionSlider& bar, bool isBefore)
 {
@@ -51,14 +62,69 @@ QRect pageRect(const QStyleOptionSlider& bar, bool isBefore)
 
 void installHouseStyle(const Theme& theme)
 {
-    QApplication::setStyle(new HouseStyle);
+    QApplication::setStyle(new HouseStyle(theme));
     QApplication::setFont(theme.font(TextStyle::body));
     const auto dressToolTips = [&theme] { QToolTip::setPalette(theme.windowPalette()); };
     QObject::connect(&theme, &Theme::changed, qApp, dressToolTips);
     dressToolTips();
 }
 
-HouseStyle::HouseStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+HouseStyle::HouseStyle(const Theme& theme) : QProxyStyle(QStringLiteral("Fusion")), theme_(theme) {}
+
+void HouseStyle::polish(QWidget* widget)
+{
+    QProxyStyle::polish(widget);
+    if (qobject_cast<QScrollBar*>(widget) != nullptr) {
+        // Whatever it lies on, paper or card, shows through it.
+        widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
+    }
+    if (qobject_cast<QMenu*>(widget) != nullptr) {
+        // Only so are its corners cut.
+        widget->setAttribute(Qt::WA_TranslucentBackground);
+    }
+}
+
+void HouseStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                               QPainter* painter, const QWidget* widget) const
+{
+    if (element == PE_PanelMenu) {
+        paintMenuPanel(*painter, option->rect, theme_,
+                       widget != nullptr && widget->testAttribute(Qt::WA_TranslucentBackground));
+    } else if (element != PE_FrameMenu) {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+}
+
+void HouseStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const
+{
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (element == CE_MenuItem && item != nullptr) {
+        paintMenuItem(*painter, *item, theme_);
+    } else if (element != CE_MenuEmptyArea) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
+}
+
+QSize HouseStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                   const QSize& contents, const QWidget* widget) const
+{
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (type != CT_MenuItem || item == nullptr) {
+        return QProxyStyle::sizeFromContents(type, option, contents, widget);
+    }
+    // What a picker offers is asked for with the size of the whole list.
+    const bool isInMenu = qobject_cast<const QMenu*>(widget) != nullptr;
+    return menuItemSize(*item, isInMenu ? contents : QSize(wordsWidth(*item), 0));
+}
+
+int HouseStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* returnData) const
+{
+    return hint == SH_ComboBox_PopupFrameStyle
+               ? static_cast<int>(QFrame::NoFrame)
+               : QProxyStyle::styleHint(hint, option, widget, returnData);
+}
 
 void HouseStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                     QPainter* painter, const QWidget* widget) const
@@ -68,7 +134,6 @@ void HouseStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
         QProxyStyle::drawComplexControl(control, option, painter, widget);
         return;
     }
-    painter->fillRect(bar->rect, bar->palette.window());
     if (bar->maximum <= bar->minimum) {
         return;
     }
@@ -111,8 +176,17 @@ QRect HouseStyle::subControlRect(ComplexControl control, const QStyleOptionCompl
 int HouseStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                             const QWidget* widget) const
 {
-    return metric == PM_ScrollBarExtent ? barExtent
-                                        : QProxyStyle::pixelMetric(metric, option, widget);
+    switch (metric) {
+    case PM_ScrollBarExtent:
+        return barExtent;
+    case PM_MenuPanelWidth:
+        return 0;
+    case PM_MenuHMargin:
+    case PM_MenuVMargin:
+        return menuMargin;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
 }
 
 }  // namespace gruk

@@ -2,12 +2,25 @@
 
 #include <QPainter>
 
+#include "app/theme/accessible.h"
 #include "app/theme/text.h"
 
 namespace gruk {
 
+namespace {
+
+bool isHeading(TextStyle style)
+{
+    return style == TextStyle::pageTitle || style == TextStyle::sectionTitle;
+}
+
+}  // namespace
+
 Label::Label(Theme& theme, TextStyle style, QWidget* parent) : QLabel(parent), theme_(theme)
 {
+    if (isHeading(style)) {
+        setAccessibleRole(*this, QAccessible::Heading);
+    }
     setTextFormat(Qt::PlainText);
     setFont(theme_.font(style));
     recolour();
@@ -24,7 +37,7 @@ void Label::setColour(Role role, double opacity)
 void Label::recolour()
 {
     QPalette colours = palette();
-    const Role role = textRole(role_, theme_.scheme());
+    const Role role = textRole(role_);
     colours.setColor(QPalette::WindowText, theme_.colour(role, opacity_));
     setPalette(colours);
 }
@@ -32,6 +45,10 @@ void Label::recolour()
 ElidedLabel::ElidedLabel(Theme& theme, TextStyle style, Qt::TextElideMode mode, QWidget* parent)
     : Label(theme, style, parent), mode_(mode)
 {
+    // What its tooltip holds is its name, and need not be told twice.
+    if (!isHeading(style)) {
+        setAccessibleRole(*this, QAccessible::StaticText);
+    }
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -84,7 +101,7 @@ void IconLabel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     const bool isAccent = role_ == Role::fern || role_ == Role::fernDark;
-    const Role role = isAccent ? accentRole(theme_.scheme()) : role_;
+    const Role role = isAccent ? Role::accent : role_;
     drawIcon(painter, {}, icon_, theme_.colour(role, opacity_), width());
 }
 

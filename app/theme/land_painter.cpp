@@ -1,5 +1,6 @@
 #include "app/theme/land_painter.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QPainter>
@@ -22,6 +23,9 @@ constexpr double waveStep = 78;
 constexpr double waveLength = 9;
 constexpr double waveHeight = 3.5;
 constexpr double waveWidth = 1.3;
+/// How far a coast may reach beyond its canvas, of the canvas, and how wide it is drawn.
+constexpr double coastReach = 0.045;
+constexpr double coastWidth = 1.2;
 /// How far a wave keeps off the land and off the edge of the sea.
 constexpr double waveDistance = 22;
 
@@ -87,16 +91,30 @@ void paintLand(QPainter& painter, const QRectF& canvas, const RealmIdentity& ide
 {
     const double ratio = pixelRatio(painter);
     const QString key = cacheKey(identity, canvas.size(), ratio, theme);
+    // On whole pixels, so that it comes out as sharp as it was drawn.
+    const QPointF bleed(std::ceil(canvas.width() * coastReach + coastWidth),
+                        std::ceil(canvas.height() * coastReach + coastWidth));
     QPixmap pixmap;
     if (!QPixmapCache::find(key, &pixmap)) {
-        pixmap = QPixmap((canvas.size() * ratio).toSize());
+        const QSizeF whole = canvas.size() + QSizeF(2 * bleed.x(), 2 * bleed.y());
+        pixmap = QPixmap((whole * ratio).toSize());
         pixmap.setDevicePixelRatio(ratio);
         pixmap.fill(Qt::transparent);
         QPainter drawing(&pixmap);
-        paintDrawing(drawing, landDrawing(identity, QRectF(QPointF(), canvas.size())), theme);
+        paintDrawing(drawing, landDrawing(identity, QRectF(bleed, canvas.size())), theme);
         QPixmapCache::insert(key, pixmap);
     }
-    painter.drawPixmap(canvas.topLeft(), pixmap);
+    painter.drawPixmap(canvas.topLeft() - bleed, pixmap);
+}
+
+QRectF landCanvas(const QRectF& room)
+{
+    const auto lengthIn = [](double length) {
+        return std::max(0.0, std::floor((length - 2 * coastWidth) / (1 + 2 * coastReach)));
+    };
+    const QSizeF size(lengthIn(room.width()), lengthIn(room.height()));
+    const QSizeF rest = (room.size() - size) / 2;
+    return {room.topLeft() + QPointF(std::round(rest.width()), std::round(rest.height())), size};
 }
 
 void paintSea(QPainter& painter, const QRectF& bounds, const QRectF& island, const Theme& theme)

@@ -54,7 +54,7 @@ inline constexpr int pageMilliseconds = 280;
 
 }  // namespace gruk::Measure
 
-/// The strengths in which ink is used.
+/// The strengths in which ink is used, and paper over what waits in the dark.
 namespace gruk::Strength {
 
 inline constexpr double full = 1.0;
@@ -62,6 +62,7 @@ inline constexpr double quiet = 0.64;
 inline constexpr double outline = 0.16;
 /// Over a window that has to wait.
 inline constexpr double dimming = 0.25;
+inline constexpr double dimmingAtNight = 0.6;
 inline constexpr double edge = 0.12;
 inline constexpr double divider = 0.08;
 inline constexpr double shadow = 0.07;

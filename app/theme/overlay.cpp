@@ -62,9 +62,9 @@ void announce(QWidget* overlay, QAccessible::Event type)
 
 }  // namespace
 
-Overlay::Overlay(Theme& theme, const QString& accessibleName, QWidget* anyWidget)
-    : QWidget(anyWidget->window()), theme_(theme), card_(new OverlayCard(theme, this)),
-      column_(new QVBoxLayout(card_)), previousFocus_(anyWidget->window()->focusWidget())
+Overlay::Overlay(Theme& theme, const QString& accessibleName, QWidget* owner)
+    : QWidget(owner->window()), theme_(theme), card_(new OverlayCard(theme, this)),
+      column_(new QVBoxLayout(card_)), previousFocus_(owner->window()->focusWidget())
 {
     static const bool hasFactory = [] {
         QAccessible::installFactory(makeAccessible);
@@ -77,6 +77,8 @@ Overlay::Overlay(Theme& theme, const QString& accessibleName, QWidget* anyWidget
     column_->setContentsMargins(0, 0, 0, 0);
     column_->setSpacing(Measure::medium);
     connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
+    // Queued: to close gives the focus back, and not to what is being destroyed.
+    connect(owner, &QObject::destroyed, this, &Overlay::reject, Qt::QueuedConnection);
 }
 
 void Overlay::open()
@@ -275,7 +277,10 @@ void Overlay::wheelEvent(QWheelEvent* event)
 void Overlay::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), theme_.colour(Role::ink, Strength::dimming));
+    // Ink is light on dark paper, and would make the window glow.
+    painter.fillRect(rect(), theme_.scheme() == ColourScheme::dark
+                                 ? theme_.colour(Role::paperInset, Strength::dimmingAtNight)
+                                 : theme_.colour(Role::ink, Strength::dimming));
 }
 
 }  // namespace gruk

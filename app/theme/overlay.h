@@ -21,7 +21,8 @@ class Card;
 /// Input that began before it opened is none of its own: it hears neither the repeats nor the
 /// release of a key that was down already, nor the second click of a double click that opened it.
 ///
-/// Closed, it gives the focus back to what had it, and deletes itself.
+/// Closed, it gives the focus back to what had it, and deletes itself. The end of the widget that
+/// it was opened for rejects it.
 class Overlay : public QWidget {
     Q_OBJECT
 
@@ -50,8 +51,8 @@ Q_SIGNALS:
     void finished();
 
 protected:
-    /// Over the window of `anyWidget`, hidden until `open`.
-    Overlay(Theme& theme, const QString& accessibleName, QWidget* anyWidget);
+    /// Over the window of `owner`, hidden until `open`.
+    Overlay(Theme& theme, const QString& accessibleName, QWidget* owner);
 
     [[nodiscard]] Theme& theme() const { return theme_; }
     [[nodiscard]] Card& card() const { return *card_; }

@@ -1,6 +1,9 @@
 #include "app/theme/palette.h"
 
+#include <algorithm>
 #include <array>
+
+#include <QColor>
 
 namespace gruk {
 
@@ -12,7 +15,10 @@ struct Shade {
     QRgb light;
 };
 
-constexpr std::array<std::array<Shade, paletteThemeCount>, roleCount> colours = {{
+/// The roles of the table: all but the accent.
+constexpr std::size_t tableSize = roleCount - 1;
+
+constexpr std::array<std::array<Shade, paletteThemeCount>, tableSize> colours = {{
     // woodland, ember, tide, dusk
     {{{0x7AB382, 0x5B9164}, {0xE2B44C, 0xD09821}, {0x76BDB4, 0x529D96}, {0x969D98, 0x69736D}}},
     {{{0x4F7D58, 0x2D5738}, {0xBA6D36, 0x8B431A}, {0x457AAA, 0x1D4C7A}, {0x7A659C, 0x4C3865}}},
@@ -30,6 +36,20 @@ constexpr std::array<std::array<Shade, paletteThemeCount>, roleCount> colours = 
     {{{0x1C1B18, 0xF2EFE7}, {0x201813, 0xF5EDE0}, {0x13191C, 0xE7EDED}, {0x1B181D, 0xEDE9ED}}},
     {{{0x292724, 0xFBF8EF}, {0x2F261D, 0xFCF5E7}, {0x21282A, 0xF1F6F7}, {0x28252A, 0xF6F4F7}}},
 }};
+
+/// How much lighter than `fernDark` the accent is on dark paper, as a part of the way from black to
+/// white: enough for every palette, and little more.
+constexpr float accentLift = 0.14F;
+
+/// Lightness alone changes, so that each palette keeps the hue it is known by.
+QRgb lifted(QRgb colour)
+{
+    float hue = 0;
+    float saturation = 0;
+    float lightness = 0;
+    QColor::fromRgb(colour).getHslF(&hue, &saturation, &lightness);
+    return QColor::fromHslF(hue, saturation, std::min(lightness + accentLift, 1.0F)).rgb();
+}
 
 struct Name {
     std::string_view raw;
@@ -63,6 +83,7 @@ Case named(std::string_view rawName, const std::array<Name, count>& names)
 
 static_assert(roleOf(Tincture::fern) == Role::fern);
 static_assert(roleOf(Tincture::sand) == Role::sand);
+static_assert(static_cast<std::size_t>(Role::accent) == tableSize);
 static_assert(static_cast<std::size_t>(Role::sand) + 1 == tinctureCount);
 
 }  // namespace
@@ -99,6 +120,10 @@ AppTheme appThemeNamed(std::string_view rawName)
 
 QRgb paletteColour(Role role, AppPaletteTheme palette, ColourScheme scheme)
 {
+    if (role == Role::accent) {
+        const QRgb fernDark = paletteColour(Role::fernDark, palette, scheme);
+        return scheme == ColourScheme::dark ? lifted(fernDark) : fernDark;
+    }
     const Shade& shade = colours[static_cast<std::size_t>(role)][static_cast<std::size_t>(palette)];
     return 0xFF00'0000U | (scheme == ColourScheme::dark ? shade.dark : shade.light);
 }

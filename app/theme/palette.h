@@ -11,8 +11,10 @@
 namespace gruk {
 
 /// What a colour is for. The first twelve are the tinctures of the shields, in their order; the
-/// last three are the shades of paper. `fernDark` is the accent, `ink` the text, `red` marks
-/// errors, `yellow` warnings, `blue` the status line and the focus.
+/// next three are the shades of paper. `ink` is the text, `red` marks errors, `yellow` warnings,
+/// `blue` the status line and the focus. `accent` is what calls for a press or was chosen: it is
+/// no colour of its own but `fernDark`, on dark paper as much lighter as it must be for text in it
+/// or on it to be read.
 enum class Role : std::uint8_t {
     fern,
     fernDark,
@@ -29,8 +31,9 @@ enum class Role : std::uint8_t {
     paperInset,
     paper,
     paperCard,
+    accent,
 };
-inline constexpr std::size_t roleCount = 15;
+inline constexpr std::size_t roleCount = 16;
 
 /// The colour that a tincture shows: the one of the same name, by position.
 [[nodiscard]] constexpr Role roleOf(Tincture tincture)
@@ -59,21 +62,15 @@ inline constexpr std::size_t appThemeCount = 3;
 /// The one of that raw name; `system` for any other.
 [[nodiscard]] AppTheme appThemeNamed(std::string_view rawName);
 
-/// The accent where text is involved: links are written in it, and what is written in `paperCard`
-/// on it can be read. `fernDark` is too dark for both on dark paper.
-[[nodiscard]] constexpr Role accentRole(ColourScheme scheme)
+/// The colour for text that is meant to be in `role`: the nearest that every palette makes readable
+/// on paper, at least 4.5 to 1.
+[[nodiscard]] constexpr Role textRole(Role role)
 {
-    return scheme == ColourScheme::dark ? Role::fern : Role::fernDark;
+    const bool isAccent = role == Role::fern || role == Role::fernDark || role == Role::accent;
+    return isAccent ? Role::accent : Role::ink;
 }
 
-/// The colour for text that is meant to be in `role`: that one where every palette makes it
-/// readable on paper, else the nearest that is. At least 4.5 to 1.
-[[nodiscard]] constexpr Role textRole(Role role, ColourScheme scheme)
-{
-    return role == Role::fern || role == Role::fernDark ? accentRole(scheme) : Role::ink;
-}
-
-/// The one table of colours. Opaque sRGB.
+/// The one table of colours, with the accent that is made of it. Opaque sRGB.
 [[nodiscard]] QRgb paletteColour(Role role, AppPaletteTheme palette, ColourScheme scheme);
 
 }  // namespace gruk

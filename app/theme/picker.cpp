@@ -26,6 +26,7 @@ Picker::Picker(Theme& theme, const QStringList& labels, const QString& accessibl
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     addItems(labels);
+    view()->setAccessibleName(accessibleName);
     view()->setFont(font());
     recolour();
     connect(&theme_, &Theme::changed, this, &Picker::recolour);
@@ -34,8 +35,10 @@ Picker::Picker(Theme& theme, const QStringList& labels, const QString& accessibl
 void Picker::recolour()
 {
     // The list is a window of its own, which no palette of this one reaches.
-    view()->window()->setPalette(theme_.windowPalette());
-    view()->setPalette(theme_.windowPalette());
+    QPalette colours = theme_.windowPalette();
+    colours.setColor(QPalette::Window, theme_.colour(Role::paperCard));
+    view()->window()->setPalette(colours);
+    view()->setPalette(colours);
     update();
 }
 

@@ -24,8 +24,6 @@ QRect placeBeside(const QRect& anchor, const QSize& size, const QRect& window)
 Popover::Popover(Theme& theme, const QString& accessibleName, QWidget& anchor)
     : Overlay(theme, accessibleName, &anchor), anchor_(&anchor)
 {
-    // Queued: to close gives the focus back, and not to what is being destroyed.
-    connect(&anchor, &QObject::destroyed, this, &Popover::reject, Qt::QueuedConnection);
 }
 
 void Popover::placeCard()

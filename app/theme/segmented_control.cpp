@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QRadioButton>
 
+#include "app/theme/accessible.h"
 #include "app/theme/card_painter.h"
 
 namespace gruk {
@@ -48,6 +49,7 @@ SegmentedControl::SegmentedControl(Theme& theme, const QStringList& labels,
                                    const QString& accessibleName, QWidget* parent)
     : QWidget(parent), theme_(theme), group_(new QButtonGroup(this))
 {
+    setAccessibleRole(*this, QAccessible::Grouping);
     setAccessibleName(accessibleName);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     auto* row = new QHBoxLayout(this);

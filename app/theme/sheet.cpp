@@ -4,8 +4,8 @@
 
 namespace gruk {
 
-Sheet::Sheet(Theme& theme, const QString& accessibleName, QWidget* anyWidget)
-    : Overlay(theme, accessibleName, anyWidget)
+Sheet::Sheet(Theme& theme, const QString& accessibleName, QWidget* owner)
+    : Overlay(theme, accessibleName, owner)
 {
 }
 
@@ -17,8 +17,9 @@ void Sheet::setCardSize(const QSize& size)
 
 void Sheet::placeCard()
 {
-    const QSize size = size_ ? size_->boundedTo(rect().size()) : cardSize();
-    QRect place(QPoint(), size);
+    const QMargins edge(Measure::large, Measure::large, Measure::large, Measure::large);
+    const QSize room = rect().marginsRemoved(edge).size();
+    QRect place(QPoint(), size_.value_or(cardSize()).boundedTo(room));
     place.moveCenter(rect().center());
     card().setGeometry(place);
 }

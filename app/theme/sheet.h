@@ -11,8 +11,8 @@ class Sheet : public Overlay {
     Q_OBJECT
 
 public:
-    /// `accessibleName` is what it is called; over the window of `anyWidget`.
-    Sheet(Theme& theme, const QString& accessibleName, QWidget* anyWidget);
+    /// `accessibleName` is what it is called; over the window of `owner`.
+    Sheet(Theme& theme, const QString& accessibleName, QWidget* owner);
 
     /// A size of its own for the card, where the window has room for it.
     void setCardSize(const QSize& size);

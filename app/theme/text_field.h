@@ -1,8 +1,13 @@
 #pragma once
 
+#include <optional>
+
 #include <QLineEdit>
 
+#include "app/theme/icons.h"
 #include "app/theme/theme.h"
+
+class QAction;
 
 namespace gruk {
 
@@ -14,6 +19,13 @@ public:
     TextField(Theme& theme, const QString& placeholder, const QString& accessibleName,
               QWidget* parent = nullptr);
 
+    /// The icon before the text, which says what it is for.
+    void setSymbol(Icon icon);
+    /// Offers a button that empties it while there is something in it.
+    void setClearable();
+    /// Outlines it as an error, or no longer.
+    void setRefused(bool isRefused);
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -24,6 +36,9 @@ private:
     void recolour();
 
     Theme& theme_;
+    std::optional<Icon> symbol_;
+    QAction* clear_ = nullptr;
+    bool isRefused_ = false;
 };
 
 }  // namespace gruk

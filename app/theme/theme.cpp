@@ -174,8 +174,8 @@ QPalette Theme::windowPalette() const
     palette.setColor(QPalette::Text, colour(Role::ink));
     palette.setColor(QPalette::Button, colour(Role::paperCard));
     palette.setColor(QPalette::ButtonText, colour(Role::ink));
-    palette.setColor(QPalette::Link, colour(accentRole(scheme_)));
-    palette.setColor(QPalette::Highlight, colour(accentRole(scheme_)));
+    palette.setColor(QPalette::Link, colour(Role::accent));
+    palette.setColor(QPalette::Highlight, colour(Role::accent));
     palette.setColor(QPalette::HighlightedText, colour(Role::paperCard));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Disabled, role, colour(Role::ink, Strength::disabled));

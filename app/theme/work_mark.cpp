@@ -27,7 +27,7 @@ void WorkMark::paintEvent(QPaintEvent*)
     const QRectF ring = QRectF(rect()).adjusted(lineWidth, lineWidth, -lineWidth, -lineWidth);
     painter.setPen(QPen(theme_.colour(Role::ink, Strength::edge), lineWidth));
     painter.drawEllipse(ring);
-    painter.setPen(QPen(theme_.colour(Role::fernDark), lineWidth, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(theme_.colour(Role::accent), lineWidth, Qt::SolidLine, Qt::RoundCap));
     const int start = -step_ * 360 / steps;
     painter.drawArc(ring, start * sixteenthsOfADegree, arcDegrees * sixteenthsOfADegree);
 }

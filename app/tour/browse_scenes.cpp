@@ -98,6 +98,7 @@ QCoro::Task<> showNothing(Tour& tour, Stage& stage, fs::path woods)
     stage.model().session().open(urlOf(woods / "Clearing"));
     co_await tour.take(stage, "86-browse-empty");
     stage.model().session().open(urlOf(woods));
+    page(stage).focusFilter();
     stage.model().session().setFilterText("dragon");
     co_await tour.take(stage, "87-browse-filtered-away");
     stage.model().session().setFilterText("");

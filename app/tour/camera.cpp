@@ -41,7 +41,8 @@ void Camera::take(QWidget& widget, const std::string& name, int scale)
 {
     QImage image(widget.size() * scale, QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);
-    image.fill(Qt::black);
+    // Black shows what a widget left out; what is meant to be left out lies on grey.
+    image.fill(widget.testAttribute(Qt::WA_TranslucentBackground) ? Qt::gray : Qt::black);
     widget.render(&image);
 
     const std::filesystem::path file = folder_ / (name + ".png");

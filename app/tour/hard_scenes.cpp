@@ -1,7 +1,16 @@
 #include "app/tour/hard_scenes.h"
 
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <fstream>
+#include <stdexcept>
 
+#include <QCoro/QCoroSignal>
+#include <QTimer>
+
+#include "app/tour/large_store.h"
+#include "app/tour/sample_realm.h"
 #include "app/tour/space.h"
 #include "app/tour/tour.h"
 
@@ -13,6 +22,59 @@ namespace fs = std::filesystem;
 
 constexpr unsigned manyRealms = 50;
 constexpr std::uint64_t kilobyte = 1'024;
+constexpr std::uintmax_t largeStore = 500'000'000;
+constexpr std::chrono::milliseconds longestHold{1'000};
+constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
+/// So tall that the patrol bar, the panel and the findings are in one picture.
+constexpr QSize tallSize{Measure::defaultWindowWidth, 1'300};
+
+/// Beats on the main thread and remembers the longest pause between two beats.
+class Heart {
+public:
+    Heart()
+    {
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { beat(); });
+        timer_.start(interval);
+    }
+
+    [[nodiscard]] std::chrono::milliseconds longestPause()
+    {
+        beat();
+        return std::chrono::duration_cast<std::chrono::milliseconds>(longest_);
+    }
+
+private:
+    static constexpr std::chrono::milliseconds interval{5};
+
+    void beat()
+    {
+        const auto now = std::chrono::steady_clock::now();
+        longest_ = std::max(longest_, now - last_ - interval);
+        last_ = now;
+    }
+
+    QTimer timer_;
+    std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+    std::chrono::steady_clock::duration longest_{};
+};
+
+/// Takes the window in both schemes, while work that it waits for goes on.
+QCoro::Task<> takeMeanwhile(Tour& tour, Stage& stage, std::string name)
+{
+    for (const ColourScheme scheme : {ColourScheme::dark, ColourScheme::light}) {
+        tour.setScheme(scheme);
+        co_await stage.repaint();
+        tour.camera().take(stage.window(),
+                           name + (scheme == ColourScheme::light ? "-light" : "-dark"));
+    }
+}
+
+QCoro::Task<> historyOf(AppModel& model)
+{
+    while (model.isLoadingRealmHistory()) {
+        co_await qCoro(&model, &AppModel::isLoadingRealmHistoryChanged);
+    }
+}
 
 FileURL urlOf(const fs::path& path)
 {
@@ -89,6 +151,58 @@ QCoro::Task<> showHardTimes(Tour& tour, Stage& stage)
     co_await stage.model().patrolActiveRealm();
     co_await tour.take(stage, "65-store-that-makes-no-sense");
     fs::rename(aside, store);
+}
+
+QCoro::Task<> showReviewDuringPatrol(Tour& tour)
+{
+    const auto gate = std::make_shared<WalkGate>();
+    Stage stage = tour.newStage(WalkGate::scannerBehind(gate));
+    AppModel& model = stage.model();
+    co_await model.selectRealm(urlOf(tour.realms() / "Forest"));
+    co_await stage.settle();
+    QCoro::Task<> patrol = model.patrolActiveRealm();
+    while (!model.patrolProgress() || model.patrolProgress()->currentFolderPath.empty()) {
+        co_await qCoro(&model, &AppModel::patrolProgressChanged);
+    }
+    co_await model.selectRealm(urlOf(tour.realms() / "Scans"));
+    co_await historyOf(model);
+    stage.window().resize(tallSize);
+    model.setReviewOnly(true);
+    co_await takeMeanwhile(tour, stage, "66-patrol-elsewhere-review-only");
+    model.setReviewOnly(false);
+    co_await takeMeanwhile(tour, stage, "67-patrol-elsewhere-trash-actions");
+    model.setReviewOnly(true);
+    gate->open();
+    co_await patrol;
+    co_await stage.settle();
+}
+
+QCoro::Task<> showLargeStore(Tour& tour, Stage& stage)
+{
+    const fs::path realm = tour.realms() / "Film archive";
+    makeTidyRealm(realm);
+    const FileURL store = applicationDirectory().appending("snapshots.json");
+    const std::uintmax_t size = makeLargeStore(store, urlOf(realm), largeStore);
+    std::fprintf(stderr, "a store of %ju bytes\n", size);
+
+    AppModel& model = stage.model();
+    stage.window().resize(usualSize);
+    Heart heart;
+    co_await model.grantRealm(urlOf(realm));
+    co_await stage.repaint();
+    if (!model.isLoadingRealmHistory()) {
+        throw std::runtime_error("the large store was read before its picture was taken");
+    }
+    co_await takeMeanwhile(tour, stage, "68-large-store-loading");
+    co_await historyOf(model);
+    co_await stage.settle();
+    const std::chrono::milliseconds hold = heart.longestPause();
+    std::fprintf(stderr, "the window stood still for %lld ms at most\n",
+                 static_cast<long long>(hold.count()));
+    if (hold > longestHold) {
+        throw std::runtime_error("the window stood still while a large store was read");
+    }
+    co_await tour.take(stage, "69-large-store");
 }
 
 }  // namespace gruk::tour

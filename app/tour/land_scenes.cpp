@@ -1,9 +1,11 @@
 #include "app/tour/land_scenes.h"
 
+#include <chrono>
 #include <filesystem>
 #include <utility>
 
 #include <QApplication>
+#include <QCoro/QCoroSignal>
 #include <QKeyEvent>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -157,6 +159,8 @@ QCoro::Task<> takeEditor(Tour& tour, Stage& stage)
     for (ShieldChoiceRow* row : editor->findChildren<ShieldChoiceRow*>()) {
         row->findChildren<ShieldChoice*>().last()->click();
     }
+    // The page behind shows it once the choices have come to rest.
+    co_await qCoro(&model, &AppModel::realmIdentityStoreChanged, std::chrono::seconds(2));
     stage.window().resize(smallSize);
     co_await tour.take(stage, "79-shield-repainted-small");
     editor->reject();

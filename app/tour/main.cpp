@@ -25,12 +25,13 @@ QCoro::Task<> runTour(gruk::tour::Tour& tour, int& code)
 }
 
 int takePictures(QApplication& application, const gruk::tour::PrivateHome& home, const QString& out,
-                 const std::optional<std::filesystem::path>& folder)
+                 const std::optional<std::filesystem::path>& folder,
+                 gruk::tour::Tour::Length length)
 {
     gruk::tour::Camera camera(QFile::encodeName(out).toStdString());
     int code = EXIT_SUCCESS;
     {
-        gruk::tour::Tour tour(camera, home.path() / "realms", folder);
+        gruk::tour::Tour tour(camera, home.home(), folder, length);
         QTimer::singleShot(0, &application, [&] { runTour(tour, code); });
         application.exec();
     }
@@ -59,6 +60,11 @@ int main(int argc, char* argv[])
                                      QStringLiteral("Where the pictures go."),
                                      QStringLiteral("DIR"), QStringLiteral("gruk-tour"));
         arguments.addOption(out);
+        const QCommandLineOption hardTimes(
+            QStringLiteral("hard-times"),
+            QStringLiteral("Also show a store of 500 MB while it is read, and tell how long the "
+                           "window stands still. Takes a minute and that much space."));
+        arguments.addOption(hardTimes);
         arguments.addPositionalArgument(
             QStringLiteral("FOLDER"),
             QStringLiteral("Patrol a copy of this folder (names, sizes and dates) instead."),
@@ -69,7 +75,9 @@ int main(int argc, char* argv[])
         if (!arguments.positionalArguments().isEmpty()) {
             folder = QFile::encodeName(arguments.positionalArguments().constFirst()).toStdString();
         }
-        return takePictures(application, home, arguments.value(out), folder);
+        const auto length = arguments.isSet(hardTimes) ? gruk::tour::Tour::Length::withHardTimes
+                                                       : gruk::tour::Tour::Length::usual;
+        return takePictures(application, home, arguments.value(out), folder, length);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "gruk_tour: %s\n", error.what());
         return EXIT_FAILURE;

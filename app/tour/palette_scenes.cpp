@@ -1,5 +1,8 @@
 #include "app/tour/palette_scenes.h"
 
+#include <QScrollArea>
+#include <QScrollBar>
+
 #include "app/screens/shield_button.h"
 #include "app/theme/popover.h"
 #include "app/theme/sheet.h"
@@ -16,6 +19,9 @@ constexpr QSize veryLargeSize{3840, 2160};
 QCoro::Task<> showPages(Tour& tour, Stage& stage, std::string palette)
 {
     const FileURL realm = *stage.model().activeRootURL();
+    if (auto* page = qobject_cast<QScrollArea*>(stage.window().page())) {
+        page->verticalScrollBar()->setValue(0);
+    }
     co_await tour.take(stage, "90-patrol-" + palette);
     stage.window().findChild<ShieldButton*>()->click();
     co_await stage.settle();

@@ -34,11 +34,11 @@ QCoro::Task<> showWelcome(Tour& tour, Stage& stage)
     page.setPalette(tour.theme().windowPalette());
     page.resize(usualPage);
     page.show();
-    co_await takeBoth(tour, stage, page, "60-welcome");
+    co_await takeBoth(tour, stage, page, "34-welcome");
     page.resize(smallPage);
-    co_await takeBoth(tour, stage, page, "61-welcome-small");
+    co_await takeBoth(tour, stage, page, "35-welcome-small");
     page.resize(largePage);
-    co_await takeBoth(tour, stage, page, "62-welcome-large");
+    co_await takeBoth(tour, stage, page, "36-welcome-large");
 }
 
 QCoro::Task<> showWalkthrough(Tour& tour, Stage& stage)
@@ -49,7 +49,7 @@ QCoro::Task<> showWalkthrough(Tour& tour, Stage& stage)
     for (int page = 0; page < count; ++page) {
         walkthrough->setPage(page);
         co_await stage.repaint();
-        co_await tour.take(stage, "63-walkthrough-" + std::to_string(page + 1));
+        co_await tour.take(stage, "37-walkthrough-" + std::to_string(page + 1));
     }
     walkthrough->accept();
     co_await stage.repaint();
@@ -57,19 +57,20 @@ QCoro::Task<> showWalkthrough(Tour& tour, Stage& stage)
 
 QCoro::Task<> showSettings(Tour& tour, Stage& stage)
 {
+    stage.model().setReviewOnly(true);
     SettingsView settings(stage.model(), tour.theme());
     settings.show();
     for (std::size_t index = 0; index < paletteThemeCount; ++index) {
         const auto palette = static_cast<AppPaletteTheme>(index);
         tour.theme().setPaletteTheme(palette);
-        co_await takeBoth(tour, stage, settings, "64-settings-" + std::string(rawName(palette)));
+        co_await takeBoth(tour, stage, settings, "38-settings-" + std::string(rawName(palette)));
     }
     tour.theme().setPaletteTheme(AppPaletteTheme::woodland);
     settings.findChild<QTabBar*>()->setCurrentIndex(1);
-    co_await takeBoth(tour, stage, settings, "65-settings-automations");
+    co_await takeBoth(tour, stage, settings, "39-settings-automations");
     settings.findChild<QTabBar*>()->setCurrentIndex(0);
     askToEnableTrashActions(stage.model(), tour.theme(), &settings);
-    co_await takeBoth(tour, stage, settings, "66-settings-unlock");
+    co_await takeBoth(tour, stage, settings, "59-settings-unlock");
 }
 
 }  // namespace

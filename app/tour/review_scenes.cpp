@@ -1,5 +1,7 @@
 #include "app/tour/review_scenes.h"
 
+#include <stdexcept>
+
 #include <QAbstractButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -22,11 +24,15 @@ QAbstractButton* buttonWith(Stage& stage, const QString& text)
     return nullptr;
 }
 
+/// Throws `std::runtime_error` when there is no such button, so that no picture shows less than
+/// its name says.
 void press(Stage& stage, const QString& text)
 {
-    if (QAbstractButton* button = buttonWith(stage, text)) {
-        button->click();
+    QAbstractButton* button = buttonWith(stage, text);
+    if (button == nullptr) {
+        throw std::runtime_error("no button \"" + text.toStdString() + "\"");
     }
+    button->click();
 }
 
 void scrollTo(Stage& stage, QWidget& widget)
@@ -34,6 +40,13 @@ void scrollTo(Stage& stage, QWidget& widget)
     if (auto* page = qobject_cast<QScrollArea*>(stage.window().page())) {
         const int top = widget.mapTo(page->widget(), QPoint(0, 0)).y();
         page->verticalScrollBar()->setValue(top - 4 * Measure::huge);
+    }
+}
+
+void scrollToTop(Stage& stage)
+{
+    if (auto* page = qobject_cast<QScrollArea*>(stage.window().page())) {
+        page->verticalScrollBar()->setValue(0);
     }
 }
 
@@ -46,16 +59,12 @@ void closeSheets(Stage& stage)
 
 QCoro::Task<> showSelection(Tour& tour, Stage& stage)
 {
-    if (QAbstractButton* all = buttonWith(stage, QStringLiteral("Select all"))) {
-        all->click();
-        // What is out of view has no rows yet.
-        scrollTo(stage, *all);
-    }
+    QAbstractButton* all = buttonWith(stage, QStringLiteral("Select all"));
+    press(stage, QStringLiteral("Select all"));
+    // What is out of view has no rows yet.
+    scrollTo(stage, *all);
     co_await stage.settle();
     const auto rows = stage.window().findChildren<FindingRow*>();
-    if (rows.isEmpty()) {
-        co_return;
-    }
     co_await tour.take(stage, "55-selected");
     for (QAbstractButton* button : rows.first()->findChildren<QAbstractButton*>()) {
         if (button->text() == QStringLiteral("Move to Trash")) {
@@ -74,6 +83,8 @@ QCoro::Task<> showReview(Tour& tour, Stage& stage)
     co_await stage.settle();
     co_await stage.model().patrolActiveRealm();
     co_await stage.settle();
+    stage.model().setReviewOnly(true);
+    co_await stage.settle();
     press(stage, QStringLiteral("Enable Trash actions…"));
     co_await tour.take(stage, "54-enable-trash-actions");
     closeSheets(stage);
@@ -82,13 +93,12 @@ QCoro::Task<> showReview(Tour& tour, Stage& stage)
     co_await showSelection(tour, stage);
     press(stage, QStringLiteral("Automations"));
     co_await stage.settle();
-    if (QAbstractButton* automations = buttonWith(stage, QStringLiteral("Automations"))) {
-        scrollTo(stage, *automations);
-    }
+    scrollToTop(stage);
     co_await tour.take(stage, "57-automations");
     press(stage, QStringLiteral("Organise this realm"));
     co_await tour.take(stage, "58-organise");
     closeSheets(stage);
+    press(stage, QStringLiteral("Automations"));
     stage.model().setReviewOnly(true);
     co_await stage.settle();
 }

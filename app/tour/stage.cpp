@@ -9,6 +9,7 @@
 #include <QEvent>
 
 #include "app/model/setting_keys.h"
+#include "app/screens/scan_node_model.h"
 #include "core/patrol/metadata_reader.h"
 
 namespace gruk::tour {
@@ -88,6 +89,12 @@ QCoro::Task<> Stage::settle()
 {
     for (int turn = 0; turn < turnsToRest; ++turn) {
         co_await pool_->idle();
+        // Sizes that came show a little later by themselves.
+        for (ScanNodeModel* rows : window_->findChildren<ScanNodeModel*>()) {
+            if (rows->isBehind()) {
+                rows->catchUp();
+            }
+        }
         co_await repaint();
     }
 }

@@ -18,6 +18,7 @@
 #include "app/screens/findings_section.h"
 #include "app/screens/realm_row.h"
 #include "app/theme/house_style.h"
+#include "app/theme/sheet.h"
 #include "app/tour/art_scenes.h"
 #include "app/tour/browse_scenes.h"
 #include "app/tour/hard_scenes.h"
@@ -27,6 +28,7 @@
 #include "app/tour/review_scenes.h"
 #include "app/tour/sample_realm.h"
 #include "app/tour/shield_sheet.h"
+#include "app/tour/small_scenes.h"
 #include "app/tour/tray_scenes.h"
 #include "app/tour/tree_copy.h"
 
@@ -60,8 +62,8 @@ QScrollArea* pageOf(Stage& stage)
 
 }  // namespace
 
-Tour::Tour(Camera& camera, fs::path realms, std::optional<fs::path> folder)
-    : camera_(camera), realms_(std::move(realms)), folder_(std::move(folder)),
+Tour::Tour(Camera& camera, fs::path realms, std::optional<fs::path> folder, Length length)
+    : camera_(camera), realms_(std::move(realms)), folder_(std::move(folder)), length_(length),
       loop_(std::make_shared<QtRunLoop>()), threads_(std::make_shared<QtTaskPool>())
 {
     installHouseStyle(theme_);
@@ -111,6 +113,7 @@ QCoro::Task<> Tour::run()
         co_await showRemoval(stage);
         co_await showMessages(stage);
         co_await showReview(*this, stage);
+        co_await showSmallThings(*this, stage);
         co_await showPalettes(*this, stage);
         co_await showLand(*this, stage);
         co_await showTray(*this, stage);
@@ -120,6 +123,11 @@ QCoro::Task<> Tour::run()
     }
     co_await showRunningPatrol();
     co_await showPatrolElsewhere();
+    co_await showReviewDuringPatrol(*this);
+    if (length_ == Length::withHardTimes) {
+        Stage stage = newStage(nullptr);
+        co_await showLargeStore(*this, stage);
+    }
     showShields();
     showArt(*this);
 }
@@ -127,6 +135,11 @@ QCoro::Task<> Tour::run()
 QCoro::Task<> Tour::showFirstStart(Stage& stage)
 {
     co_await take(stage, "01-welcome");
+    stage.window().showWalkthrough();
+    co_await take(stage, "98-first-start");
+    for (Sheet* sheet : stage.window().findChildren<Sheet*>()) {
+        sheet->accept();
+    }
     co_await stage.model().grantRealm(urlOf(realm_));
     co_await take(stage, "02-no-baseline");
 }
@@ -256,6 +269,14 @@ QCoro::Task<> Tour::showMessages(Stage& stage)
     co_await take(stage, "25-no-access-to-the-desktop");
     co_await model.patrolAllRealms();
     co_await take(stage, "26-all-realms-patrolled");
+    // The pages that have no place of their own for what is said show it too.
+    const FileURL last = model.activeRootURL().value();
+    stage.window().setDetailPage(DetailPage::browse);
+    co_await take(stage, "89-message-over-the-folders");
+    stage.window().setDetailPage(DetailPage::patrol);
+    co_await model.showTerritories();
+    co_await take(stage, "99-message-over-the-territories");
+    co_await model.selectRealm(last);
 }
 
 QCoro::Task<> Tour::showRunningPatrol()
@@ -331,11 +352,16 @@ QCoro::Task<> Tour::take(Stage& stage, std::string name)
 
 QCoro::Task<> Tour::takeWholePage(Stage& stage, std::string name)
 {
-    const int height = pageOf(stage)->widget()->sizeHint().height();
-    stage.window().resize(usualSize.width(), std::min(height, tallestPage));
+    const int beyond = pageOf(stage)->verticalScrollBar()->maximum();
+    stage.window().resize(usualSize.width(), std::min(usualSize.height() + beyond, tallestPage));
     co_await take(stage, std::move(name));
     stage.window().resize(usualSize);
     co_await stage.settle();
+}
+
+Stage Tour::newStage(std::shared_ptr<SnapshotScanner> scanner)
+{
+    return {theme_, loop_, threads_, std::move(scanner)};
 }
 
 void Tour::setScheme(ColourScheme scheme)

@@ -15,9 +15,13 @@ namespace gruk::tour {
 /// Drives the real model and screens through their states and takes a picture of each.
 class Tour {
 public:
+    /// What takes long, too.
+    enum class Length { usual, withHardTimes };
+
     /// `realms` is a folder for the realms that the tour makes; with a `folder`, a copy of it is
     /// the realm that is patrolled.
-    Tour(Camera& camera, std::filesystem::path realms, std::optional<std::filesystem::path> folder);
+    Tour(Camera& camera, std::filesystem::path realms, std::optional<std::filesystem::path> folder,
+         Length length = Length::usual);
 
     /// Goes through every scene. The event loop must run.
     [[nodiscard]] QCoro::Task<> run();
@@ -28,6 +32,8 @@ public:
     /// The same with the window as tall as its page.
     QCoro::Task<> takeWholePage(Stage& stage, std::string name);
     void setScheme(ColourScheme scheme);
+    /// Another run of the application, with that scanner.
+    [[nodiscard]] Stage newStage(std::shared_ptr<SnapshotScanner> scanner);
     [[nodiscard]] Camera& camera() { return camera_; }
     [[nodiscard]] Theme& theme() { return theme_; }
     /// The folder in which the tour makes realms.
@@ -62,6 +68,7 @@ private:
     Camera& camera_;
     std::filesystem::path realms_;
     std::optional<std::filesystem::path> folder_;
+    Length length_;
     std::filesystem::path realm_;
     std::shared_ptr<RunLoop> loop_;
     std::shared_ptr<TaskPool> threads_;

@@ -111,6 +111,7 @@ QCoro::Task<> showDesktopSection(Tour& tour, Stage& stage)
     const FileURL desktop = desktopDirectory();
     makeLooseFiles(desktop.path());
     co_await model.grantRealm(desktop);
+    model.setReviewOnly(false);
     co_await stage.settle();
     fit(*paper);
     co_await takeAlone(tour, stage, *paper, "44-tidy");

@@ -19,17 +19,20 @@ class LostAccess {
 public:
     LostAccess() : LostAccess([](ModelCollaborators&) {}) {}
 
-    /// `change` may put other collaborators in before the model is made.
-    explicit LostAccess(const std::function<void(ModelCollaborators&)>& change) : house(change)
+    /// `change` may put other collaborators in before the model is made; also another Desktop, then
+    /// `realm` says where.
+    explicit LostAccess(const std::function<void(ModelCollaborators&)>& change,
+                        const std::string& realm = "Desktop")
+        : house(change)
     {
         namespace fs = std::filesystem;
-        house.directory.file("Desktop/old.dmg", 12'288);
-        house.directory.file("Desktop/a.png", 4'096);
-        house.directory.file("Desktop/b.txt", 4'096);
-        fs::last_write_time(path("Desktop/old.dmg"),
+        house.directory.file(realm + "/old.dmg", 12'288);
+        house.directory.file(realm + "/a.png", 4'096);
+        house.directory.file(realm + "/b.txt", 4'096);
+        fs::last_write_time(path(realm + "/old.dmg"),
                             fs::file_time_type::clock::now() - std::chrono::days(900));
         house.loop->setNow(Date::now());
-        desktop = house.makePatrolledRealm("Desktop");
+        desktop = house.makePatrolledRealm(realm);
         house.model->addRealmRule(FileKind::image, "Pictures", true, desktop);
         house.patrol();
         house.allowTrash();

@@ -1,6 +1,5 @@
 #include "tests/support/screen_house.h"
 
-#include <QAccessible>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
@@ -82,21 +81,6 @@ QAbstractButton* ScreenHouse::button(const QString& text) const
         }
     }
     return nullptr;
-}
-
-QStringList namelessControls(const QWidget& window)
-{
-    QStringList nameless;
-    for (QWidget* widget : window.findChildren<QWidget*>()) {
-        if (!widget->isVisible() || widget->focusPolicy() == Qt::NoFocus) {
-            continue;
-        }
-        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
-        if (accessible == nullptr || accessible->text(QAccessible::Name).isEmpty()) {
-            nameless.append(QString::fromLatin1(widget->metaObject()->className()));
-        }
-    }
-    return nameless;
 }
 
 }  // namespace gruk::test

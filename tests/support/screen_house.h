@@ -6,6 +6,7 @@
 
 #include "app/screens/main_window.h"
 #include "app/theme/theme.h"
+#include "tests/support/accessible_tree.h"
 #include "tests/support/model_house.h"
 
 namespace gruk::test {
@@ -34,8 +35,5 @@ public:
     Theme theme;
     std::unique_ptr<SweepView> window;
 };
-
-/// Every control in the window that can be seen and has no name for assistive technology.
-[[nodiscard]] QStringList namelessControls(const QWidget& window);
 
 }  // namespace gruk::test

@@ -354,7 +354,7 @@ private:
     void opens(const char* realm)
     {
         for (RealmRow* row : user_->all<RealmRow>()) {
-            if (row->accessibleName().startsWith(QString::fromLatin1(realm) + QLatin1Char(','))) {
+            if (row->accessibleName() == QString::fromLatin1(realm)) {
                 user_->clickOn(*row);
                 user_->until("the realm's page", [&] {
                     return house_.model->activeRootURL()

@@ -222,6 +222,20 @@ TEST_F(AppModelAutomation, aWatcherThatSettlesDuringAPatrolIsDropped)
     EXPECT_EQ(patrolsOf(a), 1U) << "the one that was asked for";
 }
 
+TEST_F(AppModelAutomation, aCadenceForAGrantThatIsGoneIsRefused)
+{
+    const FileURL a = house.makeRealm("a");
+    house.settle();
+    const Grant gone = house.grantOf(a);
+    model().removeRealm(gone);
+    model().loadTerritories();
+    house.settle();
+    model().setCadence(PatrolCadence::standGuard, gone);
+    EXPECT_THAT(house.streams, IsEmpty()) << "nobody could end that guard";
+    EXPECT_EQ(model().cadence(gone), PatrolCadence::off);
+    EXPECT_FALSE(model().territoriesAreStale());
+}
+
 TEST_F(AppModelAutomation, anUnknownOrForeignCadenceReadsAsOff)
 {
     const FileURL a = house.makeRealm("a");

@@ -116,6 +116,23 @@ TEST(AppModelTerritories, aPatrolAndACadenceMakeThemStale)
     EXPECT_TRUE(house.model->territoriesAreStale());
 }
 
+TEST(AppModelTerritories, aMarkThatIsSetWhileALoadRunsSurvivesItsEnd)
+{
+    ModelHouse house;
+    const FileURL a = house.makePatrolledRealm("a");
+    house.model->loadTerritories();
+    // Read already, and not yet shown.
+    house.pool->runNext();
+    house.model->setCadence(PatrolCadence::daily, house.grantOf(a));
+    house.loop->run();
+    EXPECT_FALSE(house.model->isLoadingTerritories());
+    EXPECT_EQ(house.model->territorySummaries().size(), 1U);
+    EXPECT_TRUE(house.model->territoriesAreStale());
+    house.model->showTerritories();
+    house.settle();
+    EXPECT_FALSE(house.model->territoriesAreStale()) << "the next load has read all of it";
+}
+
 TEST(AppModelTerritories, anOverdueRealmIsMarkedByItsCadence)
 {
     ModelHouse house;
@@ -217,6 +234,28 @@ TEST(AppModelBrowse, theSessionOpensTheRealmAndForgetsItWithIt)
     house.model->showTerritories();
     EXPECT_FALSE(house.model->session().currentDirectory());
     house.settle();
+}
+
+TEST(AppModelBrowse, aRealmThatIsOpenedAgainIsMeasuredAnew)
+{
+    ModelHouse house;
+    const FileURL a = house.makeRealm("a");
+    const FileURL b = house.makeRealm("b");
+    house.directory.file("a/sub/one", 40'960);
+    const auto sizeOfSub = [&]() -> Bytes {
+        for (const auto& node : house.model->session().nodes()) {
+            if (node->entry().name() == "sub") {
+                return node->displaySize();
+            }
+        }
+        return -1;
+    };
+    house.select(a);
+    ASSERT_EQ(sizeOfSub(), 40'960);
+    house.directory.file("a/sub/two", 40'960);
+    house.select(b);
+    house.select(a);
+    EXPECT_EQ(sizeOfSub(), 81'920);
 }
 
 }  // namespace

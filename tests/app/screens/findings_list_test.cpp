@@ -1,8 +1,11 @@
 #include "app/screens/findings_list.h"
 
+#include <algorithm>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -14,13 +17,18 @@ namespace gruk {
 
 namespace {
 
+std::string nameOf(int number)
+{
+    return "item" + std::to_string(number);
+}
+
 FindingsList::Findings makeFindings(int count)
 {
     auto findings = std::make_shared<std::vector<ReviewFinding>>();
     for (int number = 0; number < count; ++number) {
         ReviewFinding finding;
         finding.id = "oldInstaller:" + std::to_string(number);
-        finding.url = FileURL("/realm/item" + std::to_string(number));
+        finding.url = FileURL("/realm/" + nameOf(number));
         finding.reason = ReviewFinding::Reason::oldInstaller;
         finding.explanation = "An explanation that goes on for a while. ";
         finding.confidence = number % 2 == 0 ? 0.8 : 0.79;
@@ -29,18 +37,32 @@ FindingsList::Findings makeFindings(int count)
     return findings;
 }
 
-/// A list in a scrolling page, as the patrol page has it.
+/// The same findings without one.
+FindingsList::Findings without(const FindingsList::Findings& findings, int number)
+{
+    auto rest = std::make_shared<std::vector<ReviewFinding>>(*findings);
+    std::erase_if(*rest, [&](const ReviewFinding& finding) {
+        return finding.url.lastPathComponent() == nameOf(number);
+    });
+    return rest;
+}
+
+/// A list in a scrolling page, as the patrol page has it, between two other controls.
 struct Page {
     Theme theme;
     QScrollArea scroll;
+    QPushButton* above = new QPushButton;
     FindingsList* list = new FindingsList(theme);
+    QPushButton* below = new QPushButton;
 
     Page()
     {
         theme.setReducedMotion(true);
         auto* content = new QWidget;
         auto* column = new QVBoxLayout(content);
+        column->addWidget(above);
         column->addWidget(list);
+        column->addWidget(below);
         scroll.setFocusPolicy(Qt::NoFocus);
         scroll.setWidgetResizable(true);
         scroll.setWidget(content);
@@ -54,6 +76,7 @@ struct Page {
 
     void show(FindingsList::Findings findings)
     {
+        list->setControlBefore(above);
         static_cast<void>(list->setFindings(std::move(findings)));
         QApplication::processEvents();
         tellWhatIsInView();
@@ -64,6 +87,11 @@ struct Page {
     {
         const int top = list->mapFrom(scroll.viewport(), QPoint(0, 0)).y();
         list->showWithin(top, top + scroll.viewport()->height());
+    }
+
+    [[nodiscard]] FindingRow* row(int number) const
+    {
+        return row(QString::fromStdString(nameOf(number)));
     }
 
     [[nodiscard]] FindingRow* row(const QString& name) const
@@ -188,9 +216,9 @@ TEST(FindingsList, theTabKeyGoesDownTheListRowByRow)
 {
     Page page;
     page.show(makeFindings(200));
-    page.row(QStringLiteral("item0"))->disclosure()->setFocus(Qt::TabFocusReason);
+    page.row(0)->disclosure()->setFocus(Qt::TabFocusReason);
     for (int number = 0; number < 60; ++number) {
-        const FindingRow* row = page.row(QStringLiteral("item%1").arg(number));
+        const FindingRow* row = page.row(number);
         ASSERT_NE(row, nullptr) << number;
         ASSERT_EQ(QApplication::focusWidget(), row->disclosure()) << number;
         press(Qt::Key_Tab);
@@ -199,7 +227,168 @@ TEST(FindingsList, theTabKeyGoesDownTheListRowByRow)
     }
     press(Qt::Key_Backtab);
     press(Qt::Key_Backtab);
-    EXPECT_EQ(QApplication::focusWidget(), page.row(QStringLiteral("item59"))->disclosure());
+    EXPECT_EQ(QApplication::focusWidget(), page.row(59)->disclosure());
+}
+
+TEST(FindingsList, theTabKeyComesFromWhatIsAboveTheListAndGoesOnToWhatIsBelow)
+{
+    Page page;
+    page.show(makeFindings(20));
+    page.above->setFocus(Qt::TabFocusReason);
+    for (int number = 0; number < 20; ++number) {
+        press(Qt::Key_Tab);
+        ASSERT_NE(page.row(number), nullptr) << number;
+        ASSERT_EQ(QApplication::focusWidget(), page.row(number)->disclosure()) << number;
+        press(Qt::Key_Tab);
+    }
+    press(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), page.below);
+    for (int number = 19; number >= 0; --number) {
+        press(Qt::Key_Backtab);
+        press(Qt::Key_Backtab);
+        ASSERT_NE(page.row(number), nullptr) << number;
+        ASSERT_EQ(QApplication::focusWidget(), page.row(number)->disclosure()) << number;
+    }
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(QApplication::focusWidget(), page.above);
+}
+
+TEST(FindingsList, whatIsBeyondTheLastRowIsNotShown)
+{
+    Page page;
+    page.show(makeFindings(7));
+    EXPECT_EQ(page.list->shown().size(), 7U);
+    page.show(makeFindings(static_cast<int>(FindingsList::mostRows) + 10));
+    EXPECT_EQ(page.list->shown().size(), FindingsList::mostRows);
+}
+
+TEST(FindingsList, aRowSaysThatItsItemIsGoneAndThatItIsThereAgain)
+{
+    Page page;
+    page.show(makeFindings(3));
+    const auto saysGone = [&](int number) {
+        const QList<QLabel*> labels = page.row(number)->findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [](const QLabel* label) {
+            return label->text() == QStringLiteral("Already gone — next patrol will forget it");
+        });
+    };
+    const std::vector<FileURL> all = page.list->shownURLs();
+    page.list->showGone(all, {all[1]});
+    EXPECT_FALSE(saysGone(0));
+    EXPECT_TRUE(saysGone(1));
+    page.list->showGone({all[0]}, {});
+    EXPECT_TRUE(saysGone(1));
+    page.list->showGone(all, {all[0]});
+    EXPECT_TRUE(saysGone(0));
+    EXPECT_FALSE(saysGone(1));
+}
+
+TEST(FindingsList, theFocusStaysWithItsFindingWhenTheListChanges)
+{
+    Page page;
+    const FindingsList::Findings findings = makeFindings(200);
+    page.show(findings);
+    page.scroll.verticalScrollBar()->setValue(page.row(0)->height() * 20);
+    QApplication::processEvents();
+    QWidget* focused = page.row(22)->disclosure();
+    focused->setFocus(Qt::TabFocusReason);
+    const int value = page.scroll.verticalScrollBar()->value();
+    page.show(without(findings, 3));
+    EXPECT_EQ(QApplication::focusWidget(), focused);
+    ASSERT_NE(page.row(22), nullptr);
+    EXPECT_EQ(focused, page.row(22)->disclosure());
+    EXPECT_EQ(page.scroll.verticalScrollBar()->value(), value);
+}
+
+TEST(FindingsList, theRowThatTakesThePlaceOfOneThatLeftTakesItsFocus)
+{
+    Page page;
+    page.list->setReviewOnly(false);
+    const FindingsList::Findings findings = makeFindings(200);
+    page.show(findings);
+    page.scroll.verticalScrollBar()->setValue(page.row(0)->height() * 20);
+    QApplication::processEvents();
+    for (const std::size_t control : {0U, 1U, 2U, 3U}) {
+        page.show(findings);
+        page.row(22)->controls()[control]->setFocus(Qt::TabFocusReason);
+        const int value = page.scroll.verticalScrollBar()->value();
+        page.show(without(findings, 22));
+        ASSERT_NE(page.row(23), nullptr) << control;
+        EXPECT_EQ(QApplication::focusWidget(), page.row(23)->controls()[control]) << control;
+        EXPECT_EQ(page.scroll.verticalScrollBar()->value(), value) << control;
+    }
+}
+
+TEST(FindingsList, theLastRowTakesTheFocusOfOneThatLeftFromTheEnd)
+{
+    Page page;
+    const FindingsList::Findings findings = makeFindings(5);
+    page.show(findings);
+    page.row(4)->disclosure()->setFocus(Qt::TabFocusReason);
+    page.show(without(findings, 4));
+    EXPECT_EQ(QApplication::focusWidget(), page.row(3)->disclosure());
+}
+
+TEST(FindingsList, theFocusIsNotTakenFromElsewhereWhenTheListChanges)
+{
+    Page page;
+    const FindingsList::Findings findings = makeFindings(5);
+    page.show(findings);
+    page.above->setFocus(Qt::TabFocusReason);
+    page.show(without(findings, 0));
+    EXPECT_EQ(QApplication::focusWidget(), page.above);
+}
+
+TEST(FindingsList, aRowWhoseFindingIsTheSameIsKeptAndAnotherIsMadeAfresh)
+{
+    Page page;
+    const FindingsList::Findings findings = makeFindings(5);
+    page.show(findings);
+    const FindingRow* kept = page.row(3);
+    page.row(2)->disclosure()->setFocus(Qt::TabFocusReason);
+    auto grown = std::make_shared<std::vector<ReviewFinding>>(*without(findings, 1));
+    (*grown)[1].allocatedSize = 9'000;
+    page.show(grown);
+    EXPECT_EQ(page.row(3), kept);
+    EXPECT_EQ(kept->y(), 2 * FindingRow::closedHeight(page.theme));
+    EXPECT_EQ(page.row(2)->accessibleName(), QStringLiteral("item2, 9 KB, Old installer"));
+    EXPECT_EQ(QApplication::focusWidget(), page.row(2)->disclosure());
+}
+
+TEST(FindingsList, aRowThatMovedActsOnItsOwnFinding)
+{
+    Page page;
+    const FindingsList::Findings findings = makeFindings(5);
+    page.show(findings);
+    page.show(without(findings, 0));
+    std::vector<std::size_t> revealed;
+    QObject::connect(page.list, &FindingsList::revealRequested, page.list,
+                     [&](std::size_t index) { revealed.push_back(index); });
+    Q_EMIT page.row(3)->revealRequested();
+    EXPECT_EQ(revealed, std::vector<std::size_t>{2});
+    page.row(3)->disclosure()->click();
+    EXPECT_GT(page.row(3)->height(), FindingRow::closedHeight(page.theme));
+    EXPECT_EQ(page.row(4)->height(), FindingRow::closedHeight(page.theme));
+}
+
+TEST(FindingsList, aRowThatIsClosingWhenTheWidthChangesEndsClosed)
+{
+    Page page;
+    page.show(makeFindings(5));
+    const int closed = FindingRow::closedHeight(page.theme);
+    page.row(1)->disclosure()->click();
+    page.row(3)->disclosure()->click();
+    page.theme.setReducedMotion(false);
+    page.row(1)->disclosure()->click();
+    auto* move = page.list->findChild<QVariantAnimation*>(QString(), Qt::FindDirectChildrenOnly);
+    ASSERT_NE(move, nullptr);
+    move->setCurrentTime(80);
+    ASSERT_GT(page.row(1)->height(), closed);
+    page.scroll.resize(500, 400);
+    QApplication::processEvents();
+    EXPECT_EQ(page.row(1)->height(), closed);
+    EXPECT_EQ(page.row(2)->y(), page.row(1)->y() + closed);
+    EXPECT_EQ(page.list->height(), 5 * closed + page.row(3)->height() - closed);
 }
 
 TEST(FindingsList, returnOpensTheRowInFocus)

@@ -90,9 +90,10 @@ TEST_F(GrukAppTest, onlyQuitEndsIt)
     QSignalSpy quit(&app, &GrukApp::quitRequested);
     for (const MenuBarItem item :
          {MenuBarItem::status, MenuBarItem::patrolAllRealms, MenuBarItem::patrolNow,
-          MenuBarItem::progress, MenuBarItem::stopPatrol, MenuBarItem::divider,
-          MenuBarItem::openGruk}) {
+          MenuBarItem::progress, MenuBarItem::stopPatrol, MenuBarItem::tidyDesktop,
+          MenuBarItem::settings, MenuBarItem::divider, MenuBarItem::openGruk}) {
         app.perform(item);
+        settle();
     }
     EXPECT_EQ(quit.count(), 0);
     app.perform(MenuBarItem::quit);

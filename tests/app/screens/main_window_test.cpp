@@ -1,6 +1,8 @@
 #include "app/screens/main_window.h"
 
 #include <filesystem>
+#include <set>
+#include <utility>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -16,6 +18,9 @@
 #include "app/screens/confirmation_dialog.h"
 #include "app/screens/file_table_view.h"
 #include "app/screens/realm_row.h"
+#include "app/screens/review_only_panel.h"
+#include "app/theme/card.h"
+#include "app/theme/overlay.h"
 #include "app/theme/text_field.h"
 #include "tests/support/screen_house.h"
 
@@ -93,7 +98,8 @@ TEST(MainWindow, choosingARealmOpensItsPage)
     EXPECT_EQ(house.window->page()->objectName(), QStringLiteral("patrolPage"));
     EXPECT_TRUE(house.shows(QStringLiteral("Home")));
     EXPECT_NE(rowOf(house, "Home"), nullptr);
-    EXPECT_EQ(rowOf(house, "Home")->accessibleDescription(), QStringLiteral("Selected"));
+    EXPECT_TRUE(
+        rowOf(house, "Home")->accessibleDescription().startsWith(QStringLiteral("Selected, ")));
 }
 
 TEST(MainWindow, aRealmIsOpenedByItsRow)
@@ -105,7 +111,8 @@ TEST(MainWindow, aRealmIsOpenedByItsRow)
     qobject_cast<QAbstractButton*>(rowOf(house, "first"))->click();
     house.settle();
     EXPECT_EQ(house.model->activeRootURL(), first);
-    EXPECT_EQ(rowOf(house, "second")->accessibleDescription(), QString());
+    EXPECT_FALSE(
+        rowOf(house, "second")->accessibleDescription().contains(QStringLiteral("Selected")));
 }
 
 TEST(MainWindow, aRealmThatIsNotThereIsDisconnectedAndCanBeGrantedAgain)
@@ -381,6 +388,115 @@ TEST(MainWindow, noKeyActsBehindAQuestion)
     QTest::keyClick(house.window->focusWidget(), Qt::Key_F5);
     house.settle();
     EXPECT_FALSE(house.model->latestSnapshot());
+}
+
+TEST(MainWindow, itsQuitKeysEndTheProgramAlsoWhileAQuestionIsOpen)
+{
+    ScreenHouse house;
+    QApplication::setActiveWindow(house.window.get());
+    house.window->showWalkthrough();
+    house.settle();
+    QSignalSpy quits(house.window.get(), &SweepView::quitRequested);
+    QTest::keyClick(house.window->focusWidget(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(quits.count(), 1);
+}
+
+TEST(MainWindow, nothingIsDroppedThroughAQuestion)
+{
+    ScreenHouse house;
+    const FileURL folder = FileURL::directory(house.directory.folder("dropped"));
+    QMimeData data;
+    data.setData(QStringLiteral("text/uri-list"),
+                 QByteArray::fromStdString(folder.fileURLText() + "\r\n"));
+    QDragEnterEvent early(QPoint(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    early.ignore();
+    QCoreApplication::sendEvent(house.window.get(), &early);
+    ASSERT_TRUE(early.isAccepted());
+    house.window->showWalkthrough();
+    house.settle();
+    QDropEvent drop(QPointF(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(house.window.get(), &drop);
+    house.settle();
+    EXPECT_TRUE(house.model->grants().empty());
+
+    QDragEnterEvent late(QPoint(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    late.ignore();
+    QCoreApplication::sendEvent(house.window.get(), &late);
+    EXPECT_FALSE(late.isAccepted());
+}
+
+TEST(MainWindow, theQuestionsOfAPageEndWithItAndThoseOfTheWindowStay)
+{
+    ScreenHouse house;
+    const FileURL other = house.makeRealm("Other");
+    const auto isAsked = [&](const char* name) {
+        const auto* question = house.window->findChild<Overlay*>(QString::fromLatin1(name));
+        return question != nullptr && question->isOpen();
+    };
+    house.directory.file("Home/report.pdf", 40'960);
+    house.directory.file("Home/report (1).pdf", 40'960);
+    const FileURL home = house.makePatrolledRealm("Home");
+    house.allowTrash();
+    house.settle();
+    house.button(QStringLiteral("Move to Trash"))->click();
+    house.repaint();
+    ASSERT_TRUE(isAsked("trashQuestion"));
+    house.select(other);
+    house.settle();
+    EXPECT_FALSE(isAsked("trashQuestion"));
+    house.button(QStringLiteral("Organise this realm"))->click();
+    house.repaint();
+    EXPECT_TRUE(house.shows(QStringLiteral("Not now")));
+    house.select(home);
+    house.settle();
+    EXPECT_FALSE(house.shows(QStringLiteral("Not now")));
+
+    askForRemoval(house, rowOf(house, "Other"));
+    ASSERT_TRUE(isAsked("removalDialog"));
+    house.model->showTerritories();
+    house.settle();
+    EXPECT_TRUE(isAsked("removalDialog"));
+}
+
+TEST(MainWindow, loadsTheTerritoriesWhenItAppearsWithNoRealmOpen)
+{
+    // With no grants there is no page of territories, which would load them itself.
+    ScreenHouse house;
+    house.window->hide();
+    house.settle();
+    const std::int64_t before = house.model->territoryLoadGeneration();
+    house.window->show();
+    EXPECT_EQ(house.model->territoryLoadGeneration(), before + 1);
+    house.settle();
+    house.makeRealm("Home");
+    house.settle();
+    house.window->hide();
+    house.settle();
+    const std::int64_t withRealm = house.model->territoryLoadGeneration();
+    house.window->show();
+    EXPECT_EQ(house.model->territoryLoadGeneration(), withRealm);
+    house.settle();
+}
+
+TEST(MainWindow, itsPagesStandAtOnePlaceWhetherTheyScrollOrNot)
+{
+    ScreenHouse house;
+    house.makePatrolledRealm("Home");
+    house.settle();
+    std::set<std::pair<int, int>> places;
+    const auto lookAt = [&](const QWidget& part) {
+        places.emplace(part.mapTo(house.window.get(), QPoint()).x(), part.width());
+    };
+    for (const int height : {Measure::smallestWindowHeight, 2'400}) {
+        house.window->resize(Measure::defaultWindowWidth, height);
+        house.settle();
+        lookAt(*house.window->findChild<ReviewOnlyPanel*>());
+    }
+    house.window->setDetailPage(DetailPage::browse);
+    house.settle();
+    const auto* page = house.window->findChild<FileTableView*>();
+    lookAt(*page->findChild<Card*>());
+    EXPECT_EQ(places.size(), 1U);
 }
 
 }  // namespace gruk

@@ -1,10 +1,14 @@
 #include "app/screens/menu_bar_view.h"
 
+#include <map>
+
 #include <QAbstractButton>
+#include <QApplication>
 #include <QLayout>
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include "app/theme/art.h"
 #include "app/theme/label.h"
 #include "tests/support/screen_house.h"
 #include "tests/support/widget_words.h"
@@ -30,6 +34,36 @@ protected:
         return panel.findChild<QLabel*>(QStringLiteral("menuBarStatus"))->text();
     }
 
+    /// The texts that can be seen, by their places.
+    [[nodiscard]] QStringList wordsFromTheTop() const
+    {
+        std::map<int, QString> byPlace;
+        const auto add = [&](const QWidget* widget, const QString& text) {
+            if (widget->isVisible()) {
+                byPlace[widget->mapTo(&panel, QPoint()).y()] = text;
+            }
+        };
+        for (const QLabel* label : panel.findChildren<QLabel*>()) {
+            add(label, label->text());
+        }
+        for (const QAbstractButton* button : panel.findChildren<QAbstractButton*>()) {
+            add(button, button->text());
+        }
+        QStringList texts;
+        for (const auto& [place, text] : byPlace) {
+            texts.append(text);
+        }
+        return texts;
+    }
+    [[nodiscard]] static QStringList words(std::initializer_list<const char*> texts)
+    {
+        QStringList words;
+        for (const char* text : texts) {
+            words.append(QString::fromUtf8(text));
+        }
+        return words;
+    }
+
     ScreenHouse house;
     GrukMenuBarView panel{*house.model, house.theme};
 };
@@ -39,14 +73,45 @@ protected:
 TEST_F(MenuBarView, showsWhatThereIsWithoutARealm)
 {
     show();
-    QStringList words = wordsIn(panel);
-    words.sort();
-    EXPECT_EQ(words,
-              (QStringList{QStringLiteral("Choose a realm in the app"), QStringLiteral("GRUK"),
-                           QStringLiteral("Open Gruk"), QStringLiteral("Quit Gruk"),
-                           QStringLiteral("Settings…"), QStringLiteral("Tidy my Desktop")}));
+    EXPECT_EQ(wordsFromTheTop(), words({"GRUK", "Choose a realm in the app", "Tidy my Desktop",
+                                        "Settings…", "Open Gruk", "Quit Gruk"}));
     EXPECT_EQ(panel.width(), 280);
     EXPECT_EQ(test::namelessControls(panel), QStringList());
+}
+
+TEST_F(MenuBarView, whatThereIsStandsInItsOrderWhileAPatrolRuns)
+{
+    house.makePatrolledRealm("Letters");
+    house.makePatrolledRealm("Home");
+    show();
+    house.model->patrolActiveRealm();
+    house.repaint();
+    EXPECT_EQ(wordsFromTheTop(), words({"GRUK", "Baseline mapped", "Patrol all realms",
+                                        "Patrolling…", "0 paths checked so far", "Stop patrol",
+                                        "Tidy my Desktop", "Settings…", "Open Gruk", "Quit Gruk"}));
+    house.settle();
+}
+
+TEST_F(MenuBarView, standsInFromItsEdgeAndItsRowsApart)
+{
+    house.makePatrolledRealm("Home");
+    show();
+    EXPECT_EQ(panel.findChild<ArtView*>()->size(), QSize(52, 52));
+    std::map<int, QRect> rows;
+    const QLayout* column = panel.layout();
+    for (int i = 0; i < column->count(); ++i) {
+        const QWidget* row = column->itemAt(i)->widget();
+        if (row->isVisible()) {
+            rows[row->y()] = row->geometry();
+        }
+    }
+    ASSERT_GT(rows.size(), 4U);
+    EXPECT_EQ(rows.begin()->second.topLeft(), QPoint(14, 14));
+    EXPECT_EQ(rows.begin()->second.right(), 279 - 14);
+    EXPECT_EQ(rows.rbegin()->second.bottom(), panel.height() - 1 - 14);
+    for (auto row = rows.begin(), next = std::next(row); next != rows.end(); ++row, ++next) {
+        EXPECT_EQ(next->second.top() - row->second.bottom() - 1, 12);
+    }
 }
 
 TEST_F(MenuBarView, followsTheModel)
@@ -149,6 +214,68 @@ TEST_F(MenuBarView, standsWhereTheTrayItemIs)
     house.repaint();
     EXPECT_EQ(panel.geometry().right(), screen.right());
     EXPECT_EQ(panel.geometry().top(), screen.top() + 24);
+}
+
+TEST_F(MenuBarView, staysOnTheScreenWhileItGrowsAndAtItsItemWhenItShrinks)
+{
+    house.makePatrolledRealm("Home");
+    const QRect screen = panel.screen()->availableGeometry();
+    const QRect anchor(screen.right() - 30, screen.bottom() - 23, 24, 24);
+    panel.showAt(anchor, {});
+    house.repaint();
+    const int before = panel.height();
+    EXPECT_EQ(panel.geometry().bottom() + 1, anchor.top());
+    house.model->patrolActiveRealm();
+    house.repaint();
+    EXPECT_GT(panel.height(), before);
+    EXPECT_EQ(panel.geometry().bottom() + 1, anchor.top());
+    house.settle();
+    EXPECT_EQ(panel.height(), before);
+    EXPECT_EQ(panel.geometry().bottom() + 1, anchor.top());
+}
+
+/// What the user's double clicks take.
+class DoubleClicks {
+public:
+    explicit DoubleClicks(int milliseconds) { QApplication::setDoubleClickInterval(milliseconds); }
+    ~DoubleClicks() { QApplication::setDoubleClickInterval(before_); }
+    DoubleClicks(const DoubleClicks&) = delete;
+    DoubleClicks& operator=(const DoubleClicks&) = delete;
+
+private:
+    int before_ = QApplication::doubleClickInterval();
+};
+
+TEST_F(MenuBarView, aClickOnItsItemShowsItAndTheNextOneHidesIt)
+{
+    // However quick the test is, none of its clicks are double.
+    const DoubleClicks none(0);
+    panel.toggleAt({}, {});
+    EXPECT_TRUE(panel.isVisible());
+    panel.toggleAt({}, {});
+    EXPECT_FALSE(panel.isVisible());
+    panel.toggleAt({}, {});
+    EXPECT_TRUE(panel.isVisible());
+}
+
+TEST_F(MenuBarView, aDoubleClickOnItsItemIsOneClick)
+{
+    const DoubleClicks slow(60'000);
+    panel.toggleAt({}, {});
+    panel.toggleAt({}, {});
+    EXPECT_TRUE(panel.isVisible());
+}
+
+TEST_F(MenuBarView, aClickOnItsItemThatTookTheFocusFromItDoesNotShowItAgain)
+{
+    const DoubleClicks slow(60'000);
+    show();
+    ASSERT_TRUE(panel.isActiveWindow());
+    house.window->activateWindow();
+    house.repaint();
+    ASSERT_FALSE(panel.isVisible());
+    panel.toggleAt({}, {});
+    EXPECT_FALSE(panel.isVisible());
 }
 
 TEST(PanelPlace, hangsUnderAnItemAtTheTopAndStandsOnOneAtTheBottom)

@@ -2,12 +2,14 @@
 
 #include <filesystem>
 
+#include <QLabel>
 #include <QPointer>
 #include <QTest>
 #include <gtest/gtest.h>
 
 #include "app/screens/organise_row.h"
 #include "tests/support/screen_house.h"
+#include "tests/support/tab_stops.h"
 #include "tests/support/widget_words.h"
 
 namespace gruk {
@@ -172,6 +174,18 @@ TEST_F(OrganiseSheetTest, aNewNameIsTrimmedRememberedAndPartOfANewPlan)
               (TextDictionary{{"image", "My pictures"}}));
 }
 
+TEST_F(OrganiseSheetTest, eachKindThatWasRenamedKeepsItsNote)
+{
+    openRealm("Home");
+    openActive();
+    rename(imagePencil, QStringLiteral("Photos"));
+    EXPECT_EQ(wordsIn(*sheet).count(remembered), 1);
+    rename(audioPencil, QStringLiteral("Songs"));
+    EXPECT_EQ(wordsIn(*sheet).count(remembered), 2);
+    EXPECT_TRUE(says(QStringLiteral("Photos")));
+    EXPECT_TRUE(says(QStringLiteral("Songs")));
+}
+
 TEST_F(OrganiseSheetTest, aNameThatNoFolderCanHaveIsRefusedWithAWordWhy)
 {
     openRealm("Home");
@@ -261,6 +275,63 @@ TEST_F(OrganiseSheetTest, closesWhenTheRealmMayNotBeOrganisedAnyMore)
     button("Save")->click();
     house.repaint();
     EXPECT_EQ(sheet, nullptr);
+}
+
+TEST_F(OrganiseSheetTest, tabGoesThroughTheSheetAsItStandsOnTheScreen)
+{
+    openRealm("Home");
+    openActive();
+    const auto expect = [this](const QStringList& stops) {
+        EXPECT_EQ(test::tabStopsIn(*sheet), stops) << stops.join(u',').toStdString();
+    };
+    const QString image = QString::fromLatin1(imagePencil);
+    const QString audio = QString::fromLatin1(audioPencil);
+    const QString notNow = QStringLiteral("Not now");
+    const QString organise = QStringLiteral("Organise");
+    expect({image, audio, notNow, organise});
+    button(imagePencil)->click();
+    expect({image, QStringLiteral("Folder name"), QStringLiteral("Cancel"), QStringLiteral("Save"),
+            audio, notNow, organise});
+    button("Cancel")->click();
+    rename(imagePencil, QStringLiteral("Photos"));
+    expect({image, audio, notNow, organise});
+}
+
+TEST_F(OrganiseSheetTest, inTheSmallestWindowTheEditorOfTheLastRowIsInView)
+{
+    for (const char* name : {"Screenshot 2026-01-01 at 10.00.00.png", "clip.mp4", "paper.pdf",
+                             "all.zip", "setup.dmg", "letter.docx", "thing.xyz"}) {
+        house.directory.file("Home/" + std::string(name), 1'000);
+    }
+    openRealm("Home");
+    house.window->resize(Measure::smallestWindowWidth, Measure::smallestWindowHeight);
+    house.repaint();
+    openActive();
+    const auto isInView = [](const QWidget& widget) {
+        return widget.visibleRegion().boundingRect() == widget.rect();
+    };
+    OrganiseRow* last = sheet->findChildren<OrganiseRow*>().constLast();
+    ASSERT_FALSE(isInView(*last)) << "there are more rows than fit";
+    const std::string pencil = last->pencil()->accessibleName().toStdString();
+    last->pencil()->click();
+    house.repaint();
+    ASSERT_TRUE(field()->hasFocus());
+    EXPECT_TRUE(isInView(*field()));
+    EXPECT_TRUE(isInView(*button("Save")));
+
+    field()->setText(QStringLiteral("a/b"));
+    button("Save")->click();
+    house.repaint();
+    EXPECT_TRUE(isInView(*field()));
+    for (const QLabel* label : last->findChildren<QLabel*>()) {
+        EXPECT_TRUE(!label->isVisible() || isInView(*label)) << label->text().toStdString();
+    }
+
+    field()->setText(QStringLiteral("Mine"));
+    button("Save")->click();
+    house.repaint();
+    ASSERT_TRUE(button(pencil.c_str())->hasFocus());
+    EXPECT_TRUE(isInView(*button(pencil.c_str())));
 }
 
 TEST_F(OrganiseSheetTest, inReviewOnlyOrganiseIsHeldBack)

@@ -8,7 +8,7 @@
 #include "app/screens/metric_card.h"
 #include "core/patrol/metadata_reader.h"
 #include "platform/foundation/errors.h"
-#include "tests/support/screen_house.h"
+#include "tests/support/patrol_page_house.h"
 
 namespace gruk {
 
@@ -258,7 +258,7 @@ TEST(PatrolPage, findingsAreSortedAndFilteredAsPicked)
     growth->trigger();
     house.settle();
     EXPECT_TRUE(findingNames(house).isEmpty());
-    EXPECT_TRUE(house.shows(QStringLiteral("Nothing meets the current review rules.")));
+    EXPECT_TRUE(house.shows(QStringLiteral("None of this kind.")));
 }
 
 TEST(PatrolPage, aFindingWhoseItemIsGoneSaysSo)
@@ -295,18 +295,33 @@ TEST(PatrolPage, withSevenHeavyItemsTheListShowsFiveAndShowAllSeven)
 
 TEST(PatrolPage, anotherRealmsPageStartsAfresh)
 {
-    ScreenHouse house;
-    makeDuplicate(house, "Home", 8'192);
-    const FileURL home = house.makePatrolledRealm("Home");
-    house.button(QStringLiteral("Name"))->click();
-    house.button(QStringLiteral("Why the Gruk flagged this"))->click();
+    test::PatrolPageHouse house;
+    const FileURL home = house.makeManyFindings(6);
+    house.allowTrash();
     house.settle();
+    for (const char* text : {"Name", "Show all 7", "Automations", "Select all"}) {
+        house.button(QString::fromUtf8(text))->click();
+        house.settle();
+    }
+    for (FindingRow* row : house.rows()) {
+        row->disclosure()->click();
+    }
+    house.filterBy("Likely duplicate");
+    ASSERT_TRUE(house.shows(QStringLiteral("Hide why")));
+    ASSERT_NE(house.button(QStringLiteral("Clear selection")), nullptr);
     house.makeRealm("Other");
     house.settle();
     house.select(home);
     house.settle();
     EXPECT_TRUE(house.button(QStringLiteral("Size"))->isChecked());
-    EXPECT_NE(house.button(QStringLiteral("Why the Gruk flagged this")), nullptr);
+    EXPECT_NE(house.button(QStringLiteral("All kinds")), nullptr);
+    EXPECT_NE(house.button(QStringLiteral("Show all 7")), nullptr);
+    EXPECT_EQ(house.button(QStringLiteral("Hide why")), nullptr);
+    EXPECT_FALSE(house.shows(QStringLiteral("Cadence")));
+    EXPECT_EQ(house.button(QStringLiteral("Clear selection")), nullptr);
+    for (const FindingRow* row : house.rows()) {
+        EXPECT_FALSE(test::isTicked(row));
+    }
 }
 
 TEST(PatrolPage, namesThatAreNotTextShowReplacements)

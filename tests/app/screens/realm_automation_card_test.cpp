@@ -5,6 +5,7 @@
 
 #include "app/screens/filing_rule_row.h"
 #include "tests/support/screen_house.h"
+#include "tests/support/tab_stops.h"
 #include "tests/support/widget_words.h"
 
 namespace gruk {
@@ -103,6 +104,14 @@ TEST_F(AutomationCard, aCadenceChangeIsReflectedAtOnceByTheTerritoriesAndTheWatc
     choose(1);
     EXPECT_EQ(house.model->cadence(grant), PatrolCadence::daily);
     EXPECT_EQ(house.streams.count(grant.path), 0U);
+}
+
+TEST_F(AutomationCard, aCadenceThatIsRefusedIsNotShown)
+{
+    house.model->removeRealm(grant);
+    choose(3);
+    EXPECT_EQ(picker("Cadence").currentText(), QStringLiteral("Off"));
+    EXPECT_FALSE(says(guardLine));
 }
 
 TEST_F(AutomationCard, standGuardSaysHowItListens)
@@ -221,6 +230,39 @@ TEST_F(AutomationCard, atTwentyRulesTheFormSaysThatTheLimitIsReached)
     house.repaint();
     EXPECT_FALSE(says(fullLine));
     EXPECT_NE(button("Add rule"), nullptr);
+}
+
+TEST_F(AutomationCard, afterTheTwentiethRuleTheFocusIsOnIt)
+{
+    openRules();
+    for (int i = 0; i < 19; ++i) {
+        house.model->addRealmRule(FileKind::pdf, "Papers", false, realm);
+    }
+    field().setFocus();
+    field().setText(QStringLiteral("The last"));
+    QTest::keyClick(&field(), Qt::Key_Return);
+    house.repaint();
+    ASSERT_TRUE(says(fullLine));
+    EXPECT_EQ(card.focusWidget(), card.findChildren<FilingRuleRow*>().constLast()->removal())
+        << "and not on the cadence, which a stray arrow key would change";
+}
+
+TEST_F(AutomationCard, tabGoesThroughTheCardAsItStandsOnTheScreen)
+{
+    openRules();
+    const QStringList before = {QStringLiteral("Cadence"), QStringLiteral("Filing rules")};
+    const QString image = QStringLiteral("Remove filing rule for image files");
+    const QString pdf = QStringLiteral("Remove filing rule for PDF files");
+    const QStringList after = {QStringLiteral("Kind"), QStringLiteral("Folder name"),
+                               QStringLiteral("Add rule"),
+                               QStringLiteral("Also file right after each patrol")};
+    EXPECT_EQ(test::tabStopsIn(card), before + after);
+    add(FileKind::image, QStringLiteral("Pictures"));
+    add(FileKind::pdf, QStringLiteral("Papers"));
+    EXPECT_EQ(test::tabStopsIn(card), before + QStringList({image, pdf}) + after);
+    card.findChildren<FilingRuleRow*>().constFirst()->removal()->click();
+    house.repaint();
+    EXPECT_EQ(test::tabStopsIn(card), before + QStringList({pdf}) + after);
 }
 
 TEST_F(AutomationCard, rulesOfARealmThatWasGrantedWithALongWayStandUnderItsPath)

@@ -1,5 +1,9 @@
 #include "app/screens/settings_view.h"
 
+#include <fstream>
+#include <iterator>
+#include <string>
+
 #include <QLabel>
 #include <QRadioButton>
 #include <QTabBar>
@@ -129,6 +133,25 @@ TEST_F(SettingsViewTest, showsTheWalkthroughAgainTheNextTime)
     EXPECT_EQ(house_.preferences->boolean(SettingKeys::hasSeenWalkthrough), false);
 }
 
+TEST_F(SettingsViewTest, saysWhenTheWalkthroughComesOnceItWasAskedFor)
+{
+    constexpr const char* note = "It opens the next time the main window appears.";
+    house_.preferences->setBoolean(SettingKeys::hasSeenWalkthrough, true);
+    view_->hide();
+    view_->show();
+    EXPECT_FALSE(shows(note));
+    QAbstractButton* again = button("Show the walkthrough again");
+    again->setFocus();
+    press("Show the walkthrough again");
+    EXPECT_TRUE(shows(note));
+    EXPECT_EQ(again->accessibleDescription(), QString::fromLatin1(note));
+    EXPECT_EQ(view_->focusWidget(), again);
+    view_->hide();
+    house_.preferences->setBoolean(SettingKeys::hasSeenWalkthrough, true);
+    view_->show();
+    EXPECT_FALSE(shows(note)) << "it has been seen again";
+}
+
 TEST_F(SettingsViewTest, choosesTheSchemeAtOnceAndKeepsIt)
 {
     EXPECT_TRUE(shows("Appearance"));
@@ -156,6 +179,27 @@ TEST_F(SettingsViewTest, choosesThePaletteAtOnceAndKeepsIt)
         press(label);
         EXPECT_EQ(house_.preferences->text(SettingKeys::paletteTheme), raw);
         EXPECT_EQ(rawName(theme_.paletteTheme()), raw);
+    }
+}
+
+TEST_F(SettingsViewTest, changingThePaletteLeavesEveryRealmIdentityEqualToWhatItWas)
+{
+    RealmIdentity painted = RealmIdentity::derive("/realms/painted");
+    painted.primary = painted.primary == Tincture::red ? Tincture::blue : Tincture::red;
+    house_.model->saveShield(painted, "/realms/painted");
+    const RealmIdentityStore& store = house_.model->realmIdentityStore();
+    const RealmIdentity derived = store.identity("/realms/derived");
+    const auto bytes = [&store] {
+        std::ifstream file(store.fileURL().path(), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    const std::string before = bytes();
+    ASSERT_FALSE(before.empty());
+    for (const char* palette : {"Ember", "Tide", "Dusk", "Woodland"}) {
+        press(palette);
+        EXPECT_EQ(store.identity("/realms/painted"), painted);
+        EXPECT_EQ(store.identity("/realms/derived"), derived);
+        EXPECT_EQ(bytes(), before);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QTest>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
 
@@ -72,6 +73,15 @@ protected:
         }
         throw std::runtime_error("no way back");
     }
+    /// Lets the time pass in which the user might choose again.
+    void letRest()
+    {
+        auto* rest = editor()->findChild<QTimer*>(QStringLiteral("rest"));
+        ASSERT_NE(rest, nullptr);
+        ASSERT_TRUE(rest->isActive());
+        rest->start(0);
+        house.rest();
+    }
     /// Another choice than the present one.
     [[nodiscard]] int otherThan(ShieldField field) const
     {
@@ -134,18 +144,68 @@ TEST_F(ShieldEditorTest, beginsWithTheShieldOfTheRealm)
     EXPECT_EQ(editor()->findChild<RealmShieldView*>()->identity(), painted);
 }
 
-TEST_F(ShieldEditorTest, everyChoiceIsKeptAtOnceAndShownAtTheHead)
+TEST_F(ShieldEditorTest, everyChoiceIsShownAtTheHeadAtOnceAndKeptWhenItRests)
 {
     open();
     for (const ShieldField field : shieldFields) {
         const int choice = otherThan(field);
         const RealmIdentity expected = withChoice(stored(), field, choice);
         choices(field)[choice]->click();
-        EXPECT_EQ(stored(), expected);
         EXPECT_EQ(editor()->draft(), expected);
         EXPECT_EQ(editor()->findChild<RealmShieldView*>()->identity(), expected);
+        letRest();
+        EXPECT_EQ(stored(), expected);
     }
     EXPECT_NE(stored(), RealmIdentity::derive(realm.path()));
+}
+
+TEST_F(ShieldEditorTest, manyChoicesInARowAreWrittenOnce)
+{
+    open();
+    int writes = 0;
+    QObject::connect(house.model.get(), &AppModel::realmIdentityStoreChanged, &window,
+                     [&writes] { ++writes; });
+    choices(ShieldField::primary)[choiceIn(editor()->draft(), ShieldField::primary)]->setFocus(
+        Qt::TabFocusReason);
+    for (int press = 0; press < 7; ++press) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+    }
+    const RealmIdentity last = editor()->draft();
+    EXPECT_NE(last, stored());
+    EXPECT_EQ(writes, 0);
+    letRest();
+    EXPECT_EQ(writes, 1);
+    EXPECT_EQ(stored(), last);
+}
+
+TEST_F(ShieldEditorTest, whatWasChosenLastIsKeptWhenItCloses)
+{
+    open();
+    choices(ShieldField::charge)[otherThan(ShieldField::charge)]->click();
+    const RealmIdentity last = editor()->draft();
+    editor()->reject();
+    EXPECT_EQ(stored(), last);
+}
+
+TEST_F(ShieldEditorTest, whatWasChosenLastIsKeptForItsRealmWhenAnotherOneIsOpened)
+{
+    open();
+    choices(ShieldField::charge)[otherThan(ShieldField::charge)]->click();
+    const RealmIdentity last = editor()->draft();
+    const FileURL other = house.makeRealm("Other");
+    house.rest();
+    EXPECT_EQ(stored(), last);
+    EXPECT_EQ(house.model->realmIdentityStore().identity(other.path()),
+              RealmIdentity::derive(other.path()));
+}
+
+TEST_F(ShieldEditorTest, whatWasChosenLastIsKeptWhenTheProgramIsQuit)
+{
+    open();
+    choices(ShieldField::charge)[otherThan(ShieldField::charge)]->click();
+    const RealmIdentity last = editor()->draft();
+    QMetaObject::invokeMethod(qApp, "aboutToQuit", Qt::DirectConnection);
+    EXPECT_EQ(stored(), last);
 }
 
 TEST_F(ShieldEditorTest, choosingWhatIsChosenAlreadyKeepsNothing)
@@ -164,6 +224,7 @@ TEST_F(ShieldEditorTest, backToTheGruksDesignShowsAndKeepsTheDerivedShield)
 {
     open();
     choices(ShieldField::charge)[otherThan(ShieldField::charge)]->click();
+    letRest();
     choices(ShieldField::shape)[otherThan(ShieldField::shape)]->click();
     reset().click();
     const RealmIdentity derived = RealmIdentity::derive(realm.path());
@@ -172,6 +233,41 @@ TEST_F(ShieldEditorTest, backToTheGruksDesignShowsAndKeepsTheDerivedShield)
     EXPECT_EQ(editor()->draft(), derived);
     EXPECT_EQ(editor()->findChild<RealmShieldView*>()->identity(), derived);
     EXPECT_TRUE(choices(ShieldField::charge)[static_cast<int>(derived.charge)]->isChecked());
+    editor()->reject();
+    EXPECT_EQ(stored(), derived) << "no choice from before comes back";
+}
+
+TEST_F(ShieldEditorTest, aResetThatCannotBeWrittenShowsTheShieldThatTheRealmHasFromThen)
+{
+    open();
+    choices(ShieldField::charge)[otherThan(ShieldField::charge)]->click();
+    letRest();
+    // Where the file has to go there is a folder now.
+    std::filesystem::remove(house.directory.path("app/identities.json"));
+    house.directory.folder("app/identities.json/in the way");
+    reset().click();
+    EXPECT_EQ(house.model->errorMessage(),
+              "Gruk could not reset that shield. Nothing was changed.");
+    EXPECT_EQ(editor()->draft(), stored());
+    EXPECT_EQ(editor()->findChild<RealmShieldView*>()->identity(), stored());
+    for (const ShieldField field : shieldFields) {
+        EXPECT_TRUE(choices(field)[choiceIn(stored(), field)]->isChecked());
+    }
+}
+
+TEST_F(ShieldEditorTest, aShieldIsKeptForTheVeryPathOfItsRealm)
+{
+    const FileURL other = house.makeRealm("Other");
+    house.rest();
+    house.select(realm);
+    open();
+    choices(ShieldField::charge)[otherThan(ShieldField::charge)]->click();
+    editor()->reject();
+    house.rest();
+    ASSERT_EQ(house.model->realmIdentityStore().overrides().size(), 1U);
+    EXPECT_NE(stored(), RealmIdentity::derive(realm.path()));
+    EXPECT_EQ(house.model->realmIdentityStore().identity(other.path()),
+              RealmIdentity::derive(other.path()));
 }
 
 TEST_F(ShieldEditorTest, aFailedSaveShowsOnThePageAndTheDraftKeepsTheChoice)
@@ -181,6 +277,7 @@ TEST_F(ShieldEditorTest, aFailedSaveShowsOnThePageAndTheDraftKeepsTheChoice)
     house.directory.folder("app/identities.json/in the way");
     const int choice = otherThan(ShieldField::shape);
     choices(ShieldField::shape)[choice]->click();
+    letRest();
     EXPECT_EQ(house.model->errorMessage(), "Gruk could not save that shield. Nothing was changed.");
     EXPECT_EQ(static_cast<int>(editor()->draft().shape), choice);
     EXPECT_TRUE(choices(ShieldField::shape)[choice]->isChecked());
@@ -197,6 +294,7 @@ TEST_F(ShieldEditorTest, aChangeOfSpeciesIsKeptAndShowsNowhere)
     const QImage before = picture();
     const int choice = otherThan(ShieldField::species);
     choices(ShieldField::species)[choice]->click();
+    letRest();
     EXPECT_EQ(static_cast<int>(stored().species), choice);
     EXPECT_EQ(picture(), before);
 }
@@ -225,10 +323,10 @@ TEST_F(ShieldEditorTest, theArrowKeysChooseWithinARow)
     first->click();
     first->setFocus(Qt::TabFocusReason);
     QTest::keyClick(first, Qt::Key_Right);
-    EXPECT_EQ(stored().charge, Charge::lantern);
+    EXPECT_EQ(editor()->draft().charge, Charge::lantern);
     EXPECT_TRUE(choices(ShieldField::charge)[1]->hasFocus());
     QTest::keyClick(choices(ShieldField::charge)[1], Qt::Key_Left);
-    EXPECT_EQ(stored().charge, Charge::disk);
+    EXPECT_EQ(editor()->draft().charge, Charge::disk);
 }
 
 TEST_F(ShieldEditorTest, tabGoesFromRowToRow)

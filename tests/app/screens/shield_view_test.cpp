@@ -114,6 +114,22 @@ TEST(RealmMapBackdrop, drawsLandInTheMiddleAndNoneInTheCorners)
     EXPECT_EQ(image.pixelColor(319, 179).alpha(), 0);
 }
 
+TEST(RealmMapBackdrop, keepsTheWholeCoastInItsBounds)
+{
+    Theme theme;
+    for (std::size_t shape = 0; shape < 40; ++shape) {
+        RealmMapBackdrop backdrop(theme, RealmIdentity::derive("/realm " + std::to_string(shape)));
+        backdrop.resize(96, 96);
+        const QImage image = picture(backdrop);
+        for (int at = 0; at < 96; ++at) {
+            for (const QPoint& edge :
+                 {QPoint(at, 0), QPoint(at, 95), QPoint(0, at), QPoint(95, at)}) {
+                EXPECT_LT(image.pixelColor(edge).alphaF(), 0.3) << shape;
+            }
+        }
+    }
+}
+
 TEST(RealmRow, showsTheShieldOfItsRealmAndAnotherOneOnceItIsRepainted)
 {
     test::ScreenHouse house;

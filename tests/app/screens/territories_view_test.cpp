@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
+#include <QLayout>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -150,6 +151,15 @@ TEST_F(TerritoriesViewTest, oneFindingAgainstTwoFindings)
     realm.findingsCount = 12'345;
     EXPECT_EQ(TerritoryCopy::mappedAndFindings(realm),
               QStringLiteral("2.1 GB mapped, 12,345 findings"));
+}
+
+TEST_F(TerritoriesViewTest, theStatusCountsTheRealmsThatAreOverdueAlsoIfItIsOne)
+{
+    EXPECT_EQ(TerritoryCopy::status(0).value, QStringLiteral("All caught up"));
+    EXPECT_EQ(TerritoryCopy::status(0).detail, QStringLiteral("every realm is within its cadence"));
+    EXPECT_EQ(TerritoryCopy::status(1).value, QStringLiteral("1 realms overdue"));
+    EXPECT_EQ(TerritoryCopy::status(1).detail, QStringLiteral("past their patrol cadence"));
+    EXPECT_EQ(TerritoryCopy::status(2).value, QStringLiteral("2 realms overdue"));
 }
 
 TEST_F(TerritoriesViewTest, withOneRealmTheMapIsAllOneRegion)
@@ -384,6 +394,49 @@ TEST_F(TerritoriesViewTest, theTotalsStackWhereTheyWouldBeCrowded)
     house.rest();
     EXPECT_LT(metrics[0]->y(), metrics[1]->y());
     EXPECT_EQ(metrics[0]->x(), metrics[1]->x());
+}
+
+/// Counts how often a widget changes its size.
+class ResizeCount : public QObject {
+public:
+    explicit ResizeCount(QWidget& widget) { widget.installEventFilter(this); }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::Resize ? 1 : 0;
+        return false;
+    }
+
+    int count = 0;
+};
+
+TEST_F(TerritoriesViewTest, theMapComesToRestInAWindowOfAnySize)
+{
+    for (const char* name : {"Forest", "Letters", "Music", "Films"}) {
+        house.addRealm(name, 5'000);
+    }
+    open();
+    ResizeCount resizes(map());
+    const auto rest = [] {
+        constexpr int turns = 8;
+        for (int turn = 0; turn < turns; ++turn) {
+            QCoreApplication::processEvents();
+        }
+    };
+    for (int width = 572; width <= 960; width += 47) {
+        view->resize(width, 3'000);
+        rest();
+        // About as high as what it holds, where a scroll bar is wanted or is not.
+        const int content =
+            view->widget()->layout()->totalMinimumHeightForWidth(view->viewport()->width());
+        for (int height = content - 16; height <= content + 16; height += 2) {
+            view->resize(width, height);
+            rest();
+            resizes.count = 0;
+            rest();
+            ASSERT_EQ(resizes.count, 0) << width << " x " << height;
+        }
+    }
 }
 
 TEST(TerritoryGrid, hasAsManyColumnsOf230AsFitWithGapsOf14)

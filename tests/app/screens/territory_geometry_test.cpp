@@ -119,6 +119,25 @@ TEST(TerritoryMap, theAnchorIsTheMiddleOfTheCornersOfTheLargestBorder)
     EXPECT_EQ(territoryAt(map, {disk.anchor.x * cell, disk.anchor.y * cell}, side), 2U);
 }
 
+TEST(TerritoryMap, theAnchorIsThatOfTheLargestLoopAlsoWhereItIsNotTheFirst)
+{
+    const GridLoop small = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    const GridLoop large = {{10, 10}, {16, 10}, {16, 14}, {10, 14}};
+    // Goes round the other way, so that its area counts as negative before its sign is dropped.
+    const GridLoop largest = {{20, 20}, {20, 30}, {30, 30}, {30, 20}};
+    EXPECT_EQ(anchorOf({small}), (GridPoint{0.5, 0.5}));
+    EXPECT_EQ(anchorOf({small, large}), (GridPoint{13, 12}));
+    EXPECT_EQ(anchorOf({small, largest, large}), (GridPoint{25, 25}));
+}
+
+TEST(TerritoryMap, ofTwoLoopsOfOneAreaTheFirstHoldsTheAnchor)
+{
+    const GridLoop first = {{0, 0}, {4, 0}, {4, 1}, {0, 1}};
+    const GridLoop second = {{10, 10}, {12, 10}, {12, 12}, {10, 12}};
+    EXPECT_EQ(anchorOf({first, second}), (GridPoint{2, 0.5}));
+    EXPECT_EQ(anchorOf({second, first}), (GridPoint{11, 11}));
+}
+
 TEST(TerritoryMap, theSameSummariesGiveTheSameMap)
 {
     EXPECT_EQ(territoryMap(three), territoryMap(three));

@@ -1,5 +1,6 @@
 #include "app/screens/territory_labels.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QRectF>
@@ -141,6 +142,50 @@ TEST(TerritoryLabels, aNameThatIsTooLongIsShortenedInItsMiddle)
     EXPECT_TRUE(label->name.endsWith(QStringLiteral("mmm")));
     EXPECT_FALSE(label->isWhole);
     EXPECT_TRUE(territoryLabel(map, 1, realms[1], 560, theme)->isWhole);
+}
+
+TEST(TerritoryLabels, namesEveryLandThatIsMoreThanADot)
+{
+    const Theme theme;
+    SeededGenerator draw(9);
+    for (const int count : {3, 8, 20, 50}) {
+        std::vector<RealmSummary> realms;
+        for (int index = 0; index < count; ++index) {
+            realms.push_back(realm("Photographs " + std::to_string(draw.next() % 1'000),
+                                   static_cast<Bytes>(std::pow(10.0, draw.unit(9, 12)))));
+        }
+        const TerritoryMap map = territoryMap(realms);
+        for (const double side : {440.0, 560.0}) {
+            for (std::size_t index = 0; index < map.territories.size(); ++index) {
+                const auto cells = std::ranges::count(map.owners, index);
+                const RealmSummary& summary = realms[map.territories[index].summary];
+                const auto label = territoryLabel(map, index, summary, side, theme);
+                EXPECT_EQ(label.has_value() || cells < 12, true) << cells << " cells at " << side;
+                if (label) {
+                    EXPECT_EQ(territoryAt(map, label->place.name, side), index)
+                        << "it stands in the land that it names";
+                }
+            }
+        }
+    }
+}
+
+TEST(TerritoryLabels, useRoomThatLiesBetweenTheMiddlesOfTheCells)
+{
+    // Six cells by two, so that their middle is a corner of cells.
+    TerritoryMap map;
+    map.owners.assign(static_cast<std::size_t>(mapResolution * mapResolution), 1);
+    for (int x = 10; x < 16; ++x) {
+        for (int y = 10; y < 12; ++y) {
+            map.owners[static_cast<std::size_t>(x * mapResolution + y)] = 0;
+        }
+    }
+    Territory land;
+    land.anchor = {11, 11};
+    map.territories = {land, Territory{1, {}, {30, 30}}};
+    const auto place = territoryLabelPlace(map, 0, {{54, 14}, {40, 13}}, 48.0 * 10);
+    ASSERT_TRUE(place);
+    EXPECT_EQ(place->name, QPointF(130, 110));
 }
 
 TEST(TerritoryLabels, haveNoRoomOnAMapOfNoSize)

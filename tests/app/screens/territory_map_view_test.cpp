@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -97,6 +98,29 @@ TEST_F(TerritoryMapViewTest, thePartitionIsMadeOncePerChangeOfSummaries)
     grown[2].totalBytes = 900'000'000'000;
     view.setSummaries(grown);
     EXPECT_EQ(view.map(), territoryMap(grown));
+}
+
+TEST_F(TerritoryMapViewTest, noPaintingDividesTheMap)
+{
+    std::vector<RealmSummary> many;
+    for (int index = 0; index < 500; ++index) {
+        many.push_back(realm("realm " + std::to_string(index), 1'000 * index));
+    }
+    QElapsedTimer clock;
+    clock.start();
+    const TerritoryMap divided = territoryMap(many);
+    const qint64 division = clock.nsecsElapsed();
+    view.setSummaries(many);
+    ASSERT_EQ(view.map(), divided);
+    QImage image(view.size(), QImage::Format_ARGB32_Premultiplied);
+    view.render(&image);
+    constexpr int paintings = 50;
+    clock.restart();
+    for (int painting = 0; painting < paintings; ++painting) {
+        view.render(&image);
+    }
+    // Were the map divided each time, this would take longer than so many divisions.
+    EXPECT_LT(clock.nsecsElapsed(), division * paintings / 2);
 }
 
 TEST_F(TerritoryMapViewTest, landIsPaintedWhereATapFindsIt)
@@ -328,6 +352,72 @@ TEST_F(TerritoryMapViewTest, aNameWithALineBreakTakesOneLine)
 {
     view.setSummaries({realm("two\nlines", 5'000)});
     EXPECT_EQ(view.nameOf(0), QStringLiteral("two␊lines, 5 KB"));
+}
+
+TEST_F(TerritoryMapViewTest, theFocusStaysOnItsRealmThroughALoad)
+{
+    view.setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&view, Qt::Key_End);
+    ASSERT_EQ(view.realmOf(*view.focused()).path, "/realms/Old disk");
+    view.setSummaries({realm("Old disk", 5'000), three[0], three[1]});
+    ASSERT_TRUE(view.focused());
+    EXPECT_EQ(view.realmOf(*view.focused()).path, "/realms/Old disk");
+    EXPECT_EQ(view.highlighted(), view.focused());
+    ASSERT_NE(accessible().focusChild(), nullptr);
+    EXPECT_EQ(accessible().focusChild()->text(QAccessible::Name), QStringLiteral("Old disk, 5 KB"));
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_EQ(selected, std::vector<std::string>{"/realms/Old disk"});
+}
+
+TEST_F(TerritoryMapViewTest, whereItsRealmIsGoneTheFocusGoesToTheOneInItsPlace)
+{
+    view.setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&view, Qt::Key_PageDown);
+    view.setSummaries({three[0], three[2]});
+    EXPECT_EQ(view.realmOf(*view.focused()).path, "/realms/Old disk");
+    view.setSummaries({three[0]});
+    EXPECT_EQ(view.realmOf(*view.focused()).path, "/realms/Forest");
+}
+
+TEST_F(TerritoryMapViewTest, theRealmThatWasAskedForStaysHighlightedThroughALoad)
+{
+    view.highlightRealm(1);
+    view.setSummaries({realm("New", 9'000'000'000), three[0], three[1]});
+    ASSERT_TRUE(view.highlighted());
+    EXPECT_EQ(view.realmOf(*view.highlighted()).path, "/realms/Letters");
+    view.setSummaries({three[0]});
+    EXPECT_EQ(view.highlighted(), std::nullopt);
+}
+
+TEST_F(TerritoryMapViewTest, afterALoadTheLandUnderTheRestingPointerIsHighlighted)
+{
+    QTest::mouseMove(&view, anchorOf(1).toPoint());
+    ASSERT_EQ(view.realmOf(*view.highlighted()).path, "/realms/Letters");
+    view.setSummaries({realm("All", 1)});
+    ASSERT_TRUE(view.highlighted());
+    EXPECT_EQ(view.realmOf(*view.highlighted()).path, "/realms/All");
+    EXPECT_EQ(view.cursor().shape(), Qt::PointingHandCursor);
+}
+
+TEST_F(TerritoryMapViewTest, afterALoadThePointerIsNoHandOverTheSea)
+{
+    QTest::mouseMove(&view, anchorOf(1).toPoint());
+    ASSERT_EQ(view.cursor().shape(), Qt::PointingHandCursor);
+    view.setSummaries({});
+    EXPECT_EQ(view.highlighted(), std::nullopt);
+    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(TerritoryMapViewTest, aPressThatALoadInterruptsSelectsTheRealmThatWasPressed)
+{
+    QTest::mousePress(&view, Qt::LeftButton, {}, anchorOf(1).toPoint());
+    view.setSummaries({realm("New", 1), three[0], three[1]});
+    std::size_t letters = 0;
+    while (view.realmOf(letters).path != "/realms/Letters") {
+        ++letters;
+    }
+    QTest::mouseRelease(&view, Qt::LeftButton, {}, anchorOf(letters).toPoint());
+    EXPECT_EQ(selected, std::vector<std::string>{"/realms/Letters"});
 }
 
 TEST_F(TerritoryMapViewTest, withNoRealmsIsAnEmptyListAndASea)

@@ -1,5 +1,7 @@
 #include "app/screens/walkthrough_view.h"
 
+#include <set>
+
 #include <QAbstractAnimation>
 #include <QLabel>
 #include <gtest/gtest.h>
@@ -174,6 +176,21 @@ TEST_F(WalkthroughViewTest, tellsAssistiveTechnologyWhichPageShows)
     view_->setPage(3);
     EXPECT_TRUE(view_->accessibleDescription().startsWith(QStringLiteral("You stay in charge.")));
     EXPECT_EQ(test::namelessControls(window_), QStringList());
+}
+
+TEST_F(WalkthroughViewTest, keepsPictureAndTitleWhereTheyAreFromPageToPage)
+{
+    std::set<int> places;
+    for (int page = 0; page < static_cast<int>(WalkthroughView::pages().size()); ++page) {
+        view_->setPage(page);
+        test::ThemeWindow::rest();
+        for (const ArtView* art : view_->findChildren<ArtView*>()) {
+            if (art->isVisible()) {
+                places.insert(art->mapTo(&window_, QPoint()).y());
+            }
+        }
+    }
+    EXPECT_EQ(places.size(), 1U);
 }
 
 }  // namespace gruk

@@ -1,6 +1,7 @@
 #include "app/screens/welcome_page.h"
 
 #include <QAccessible>
+#include <QLabel>
 #include <gtest/gtest.h>
 
 #include "tests/support/screen_house.h"
@@ -60,6 +61,25 @@ TEST(WelcomePage, theGrukStandsBesideTheWordsOrOverThem)
     EXPECT_LT(hero->geometry().bottom(), button->y());
     EXPECT_GE(hero->y(), 0);
     EXPECT_LE(button->geometry().bottom(), page.height());
+}
+
+TEST(WelcomePage, itsWordsAreWholeInTheSmallestWindowAlsoUnderMessages)
+{
+    test::ScreenHouse house;
+    house.window->resize(house.window->minimumSize());
+    house.repaint();
+    const auto* hero = house.window->page()->findChild<ArtView*>();
+    EXPECT_TRUE(hero->isVisible());
+    house.model->patrolAllRealms();
+    house.settle();
+    house.model->tidyDesktop();
+    house.settle();
+    ASSERT_TRUE(house.model->lastActionMessage() && house.model->errorMessage());
+    EXPECT_FALSE(hero->isVisible());
+    for (const QLabel* label : house.window->page()->findChildren<QLabel*>()) {
+        EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+            << label->text().toStdString();
+    }
 }
 
 }  // namespace gruk

@@ -48,7 +48,8 @@ std::set<QRgb> coloursOf(const QByteArray& svg)
 std::set<QRgb> table(AppPaletteTheme palette, ColourScheme scheme)
 {
     std::set<QRgb> colours;
-    for (std::size_t index = 0; index < roleCount; ++index) {
+    // Without the accent, which no drawing may use.
+    for (std::size_t index = 0; index < static_cast<std::size_t>(Role::accent); ++index) {
         colours.insert(paletteColour(static_cast<Role>(index), palette, scheme));
     }
     return colours;

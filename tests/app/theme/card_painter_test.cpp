@@ -4,6 +4,9 @@
 #include <QPainter>
 #include <gtest/gtest.h>
 
+#include "app/theme/card.h"
+#include "tests/support/paint_recorder.h"
+
 namespace gruk {
 
 TEST(CutPath, fillsItsBoundsAndCutsEachCornerByItsOwnRadius)
@@ -60,6 +63,30 @@ TEST(Card, hasTheRadiiOfTheHouseEachAnother)
     EXPECT_EQ(at(9), QPointF(13, 100));
     EXPECT_EQ(at(12), QPointF(0, 87));
     EXPECT_EQ(at(13), QPointF(0, 20));
+}
+
+TEST(Card, itsOutlineIsMiteredUpTo10)
+{
+    const Theme theme;
+    test::PaintRecorder recorder;
+    QPainter painter(&recorder);
+    paintCard(painter, QRectF(0, 0, 100, 80), theme);
+    painter.end();
+    ASSERT_FALSE(recorder.paths().empty());
+    const QPen& outline = recorder.paths().back().pen;
+    EXPECT_EQ(outline.joinStyle(), Qt::MiterJoin);
+    EXPECT_EQ(outline.miterLimit(), 10);
+    EXPECT_EQ(outline.widthF(), 1.2);
+    EXPECT_EQ(outline.color(), theme.colour(Role::ink, 0.16));
+}
+
+TEST(Card, itsContentIsPaddedOnAllEdges)
+{
+    Theme theme;
+    Card card(theme, 17);
+    card.resize(200, 100);
+    // Right and below, the shadow takes three more.
+    EXPECT_EQ(card.contentsRect(), QRect(17, 17, 200 - 2 * 17 - 3, 100 - 2 * 17 - 3));
 }
 
 TEST(Card, isOutlinedInInkAt016By12)

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <gtest/gtest.h>
 
+#include "app/screens/selection_box.h"
 #include "app/theme/button.h"
 #include "app/theme/label.h"
 #include "app/theme/palette.h"
@@ -153,7 +154,7 @@ TEST_P(Contrast, inkCanBeReadWholeAndQuiet)
 TEST_P(Contrast, whateverRoleTextIsMeantToHaveCanBeRead)
 {
     for (std::size_t index = 0; index < roleCount; ++index) {
-        expectReadable(textRole(static_cast<Role>(index), theme.scheme()), Strength::full);
+        expectReadable(textRole(static_cast<Role>(index)), Strength::full);
     }
 }
 
@@ -163,8 +164,7 @@ TEST_P(Contrast, aLabelWritesInTheRoleThatCanBeRead)
     label.setColour(Role::red);
     EXPECT_EQ(label.palette().color(QPalette::WindowText), theme.colour(Role::ink));
     label.setColour(Role::fernDark);
-    EXPECT_EQ(label.palette().color(QPalette::WindowText),
-              theme.colour(accentRole(theme.scheme())));
+    EXPECT_EQ(label.palette().color(QPalette::WindowText), theme.colour(Role::accent));
 }
 
 TEST_P(Contrast, aSelectionCanBeRead)
@@ -190,6 +190,47 @@ TEST_P(Contrast, thePrimaryButtonCanBeReadAlsoUnderThePointer)
         EXPECT_GE(contrast(lightOf(colours[0]), lightOf(colours[1])), readable)
             << colours[0].name().toStdString() << ' ' << colours[1].name().toStdString();
     }
+}
+
+TEST_P(Contrast, aDisabledPrimaryButtonStillTellsWhatGoesOn)
+{
+    QWidget paper;
+    paper.setPalette(theme.windowPalette());
+    Button button(theme, Button::Kind::primary, QString(12, QChar(0x2588)), &paper);
+    button.resize(button.sizeHint());
+    paper.resize(button.size());
+    button.setEnabled(false);
+    const std::vector<QColor> colours = mostUsed(paper, 2);
+    ASSERT_EQ(colours.size(), 2U);
+    EXPECT_GE(contrast(lightOf(colours[0]), lightOf(colours[1])), readable)
+        << colours[0].name().toStdString() << ' ' << colours[1].name().toStdString();
+}
+
+TEST_P(Contrast, theTickOfASelectionBoxCanBeRead)
+{
+    QWidget paper;
+    paper.setPalette(theme.windowPalette());
+    SelectionBox box(theme, &paper);
+    box.setChecked(true);
+    paper.resize(box.size());
+    std::vector<QColor> colours = mostUsed(paper, 3);
+    std::erase(colours, theme.colour(Role::paper));
+    ASSERT_EQ(colours.size(), 2U);
+    EXPECT_GE(contrast(lightOf(colours[0]), lightOf(colours[1])), readable)
+        << colours[0].name().toStdString() << ' ' << colours[1].name().toStdString();
+}
+
+TEST_P(Contrast, theAccentIsFernDarkOrItsOwnHueMadeLighter)
+{
+    const QColor accent = theme.windowPalette().color(QPalette::Link);
+    const QColor fernDark = theme.colour(Role::fernDark);
+    if (theme.scheme() == ColourScheme::light) {
+        EXPECT_EQ(accent, fernDark);
+        return;
+    }
+    EXPECT_NEAR(accent.hslHueF(), fernDark.hslHueF(), 0.01);
+    EXPECT_NEAR(accent.hslSaturationF(), fernDark.hslSaturationF(), 0.02);
+    EXPECT_GT(accent.lightnessF(), fernDark.lightnessF());
 }
 
 }  // namespace gruk

@@ -1,4 +1,7 @@
+#include <algorithm>
+
 #include <QAccessible>
+#include <QAction>
 #include <QImage>
 #include <QWheelEvent>
 #include <gtest/gtest.h>
@@ -107,6 +110,36 @@ TEST(TextField, changesItsColoursWithTheTheme)
     const TextField field(theme, {}, QStringLiteral("Name"));
     theme.setPaletteTheme(AppPaletteTheme::ember);
     EXPECT_EQ(field.palette().color(QPalette::Text), theme.colour(Role::ink));
+}
+
+TEST(TextField, offersToClearWhatWasWrittenInInkThatFollowsTheTheme)
+{
+    test::ThemeWindow window;
+    auto* field =
+        new TextField(window.theme, QStringLiteral("Filter"), QStringLiteral("Filter"), &window);
+    field->setClearable();
+    field->resize(field->sizeHint());
+    window.begin();
+    QAction* clear = field->actions().constFirst();
+    EXPECT_FALSE(clear->isVisible());
+    field->setText(QStringLiteral("fern"));
+    EXPECT_TRUE(clear->isVisible());
+    const auto lightest = [clear] {
+        const QImage image = clear->icon().pixmap(Measure::smallIconSize).toImage();
+        int most = 0;
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor colour = image.pixelColor(x, x);
+            most = std::max(most, colour.alpha() > 100 ? colour.lightness() : 0);
+        }
+        return most;
+    };
+    window.theme.setAppTheme(AppTheme::light);
+    EXPECT_LT(lightest(), 100);
+    window.theme.setAppTheme(AppTheme::dark);
+    EXPECT_GT(lightest(), 100);
+    clear->trigger();
+    EXPECT_EQ(field->text(), QString());
+    EXPECT_FALSE(clear->isVisible());
 }
 
 }  // namespace gruk

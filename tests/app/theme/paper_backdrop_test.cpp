@@ -57,6 +57,28 @@ TEST(PaperBackdrop, hasADotAtEachPlaceOfTheGridAndElsewhereNone)
     EXPECT_NEAR(all, dots * dot, dots * 0.4);
 }
 
+TEST(PaperBackdrop, theDotsWhoseColumnAndRowAddUpToAMultipleOfFiveStandAside)
+{
+    Theme theme;
+    PaperBackdrop paper(theme);
+    paper.resize(700, 500);
+    const QImage image = paper.grab().toImage();
+    const auto ink = [&](int x, int y) {
+        return theme.colour(Role::paper).red() - image.pixelColor(x, y).red();
+    };
+    int aside = 0;
+    for (int x = 7; x <= 690; x += 31) {
+        for (int y = 11; y <= 490; y += 31) {
+            const bool standsAside = (x + y) % 5 == 0;
+            // The pixel that a dot at its place would cover most of, and the one two further.
+            EXPECT_EQ(ink(x, y) > 3, !standsAside) << x << ' ' << y;
+            EXPECT_EQ(ink(x + 2, y) > 3, standsAside) << x << ' ' << y;
+            aside += standsAside ? 1 : 0;
+        }
+    }
+    EXPECT_GT(aside, 50);
+}
+
 TEST(PaperBackdrop, repaintsWithThePalette)
 {
     Theme theme;

@@ -75,6 +75,28 @@ TEST_F(SheetTest, dimsTheWindowByAQuarterOfInk)
     EXPECT_NEAR(dimmed.blue(), paper.blue() * 0.75 + ink.blue() * 0.25, 2);
 }
 
+TEST_F(SheetTest, inTheDarkTheWindowUnderItIsDarkerThanTheSheet)
+{
+    window_.theme.setAppTheme(AppTheme::dark);
+    window_.setPalette(window_.theme.windowPalette());
+    const QColor paper = window_.grab().toImage().pixelColor(600, 400);
+    open();
+    const QImage image = window_.grab().toImage();
+    const QColor dimmed = image.pixelColor(600, 400);
+    const QColor sheet = image.pixelColor(window_.middleOf(*first_->parentWidget()));
+    EXPECT_LT(dimmed.lightness(), paper.lightness());
+    EXPECT_LT(dimmed.lightness() + 8, sheet.lightness());
+}
+
+TEST_F(SheetTest, keepsOffTheEdgesOfASmallWindow)
+{
+    first_->setMinimumHeight(2'000);
+    open();
+    const QWidget& card = *first_->parentWidget();
+    EXPECT_GE(card.y(), Measure::large);
+    EXPECT_LE(card.geometry().bottom(), window_.height() - Measure::large);
+}
+
 TEST_F(SheetTest, givesTheFocusToItsFirstControlAndBackAtTheEnd)
 {
     open();
@@ -207,7 +229,7 @@ TEST_F(SheetTest, takesTheSizeGivenWithinTheWindow)
     EXPECT_EQ(card->size(), QSize(400, 300));
     window_.resize(380, 280);
     test::ThemeWindow::rest();
-    EXPECT_EQ(card->size(), QSize(380, 280));
+    EXPECT_EQ(card->size(), QSize(380 - 2 * Measure::large, 280 - 2 * Measure::large));
 }
 
 TEST_F(SheetTest, growsWithItsContent)
