@@ -1,5 +1,6 @@
 #include "app/model/app_model.h"
 
+#include <system_error>
 #include <utility>
 
 #include "app/model/background.h"
@@ -19,8 +20,10 @@ std::vector<FileURL> missingAmong(const std::vector<FileURL>& urls)
     for (const FileURL& url : urls) {
         try {
             static_cast<void>(itemFacts(url));
-        } catch (const std::exception& error) {
-            if (meaning(error) == ErrorMeaning::noSuchItem) {
+        } catch (const FileError& error) {
+            // Below what was a folder and is a file by now, there is nothing either.
+            if (error.code() == std::errc::no_such_file_or_directory
+                || error.code() == std::errc::not_a_directory) {
                 missing.push_back(url);
             }
         }

@@ -210,11 +210,12 @@ TEST(AppModelHistory, tellsWhichItemsAreGone)
     const FileURL there(house.directory.file("there"));
     const FileURL gone(house.directory.path("gone"));
     const FileURL link(house.directory.symbolicLink("link", "nowhere"));
-    auto task = house.model->missingItems({there, gone, link});
+    const FileURL below(there.path() + "/that is a file by now");
+    auto task = house.model->missingItems({there, gone, link, below});
     house.settle();
     std::vector<FileURL> missing;
     task.then([&](const std::vector<FileURL>& urls) { missing = urls; });
-    EXPECT_EQ(missing, std::vector<FileURL>{gone});
+    EXPECT_EQ(missing, (std::vector<FileURL>{gone, below}));
 }
 
 }  // namespace gruk
