@@ -76,6 +76,9 @@ void FindingsSection::layOut()
     column->addWidget(list_);
     column->addWidget(cutOff_);
     column->addWidget(roomForCard_);
+    // Between the moment at which a row goes and the one at which the page gives this less room,
+    // what is left over lies at the end, and nothing here moves.
+    column->addStretch(1);
     card_->setParent(this);
     list_->setControlBefore(card_->lastControl());
 }

@@ -45,7 +45,7 @@ GrukPatrolView::GrukPatrolView(AppModel& model, Theme& theme, QWidget* parent)
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(Measure::rowGap);
     fill(*rows);
-    rows->addStretch();
+    rows->addStretch(1);
 
     auto* paper = new PaperBackdrop(theme);
     auto* centred = new QHBoxLayout(paper);

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include <QApplication>
+#include <QLayout>
 #include <QTest>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -223,6 +224,19 @@ TEST(FindingsSection, anItemThatIsGoneIsNotAskedAboutAndTheUserIsTold)
     ASSERT_TRUE(house.model->errorMessage());
     EXPECT_TRUE(house.shows(QString::fromStdString(*house.model->errorMessage())));
     EXPECT_FALSE(house.model->lastTrashOperation());
+}
+
+TEST(FindingsSection, roomThatItDoesNotNeedYetLiesAtItsEndAndMovesNoRow)
+{
+    PatrolPageHouse house;
+    house.makeFindings();
+    auto* section = house.page()->findChild<FindingsSection*>();
+    ASSERT_NE(section, nullptr);
+    const auto top = [&] { return house.rows().front()->mapTo(section, QPoint()).y(); };
+    const int before = top();
+    section->resize(section->width(), section->height() + 90);
+    section->layout()->activate();
+    EXPECT_EQ(top(), before);
 }
 
 }  // namespace gruk
