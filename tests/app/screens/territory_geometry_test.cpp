@@ -75,7 +75,7 @@ TEST(TerritoryMap, withOneRealmTheMapIsAllOneRegion)
 TEST(TerritoryMap, givesEachCellToTheSeedThatPullsItMost)
 {
     SeededGenerator draw(1);
-    for (const std::uint64_t count : {1, 2, 3, 9, 50}) {
+    for (const std::uint64_t count : {1U, 2U, 3U, 9U, 50U}) {
         const std::vector<RealmSummary> realms = randomRealms(draw, count);
         const TerritoryMap map = territoryMap(realms);
         const OwnerGrid grid = gridOf(realms);

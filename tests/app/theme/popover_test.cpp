@@ -11,26 +11,26 @@ namespace gruk {
 
 namespace {
 
-constexpr QRect window(0, 0, 640, 480);
-constexpr QSize card(200, 120);
+constexpr QRect area(0, 0, 640, 480);
+constexpr QSize size(200, 120);
 
 }  // namespace
 
 TEST(PlaceBeside, liesUnderTheControlWhereThereIsRoom)
 {
-    EXPECT_EQ(placeBeside(QRect(50, 40, 80, 30), card, window), QRect(QPoint(50, 74), card));
+    EXPECT_EQ(placeBeside(QRect(50, 40, 80, 30), size, area), QRect(QPoint(50, 74), size));
 }
 
 TEST(PlaceBeside, liesOverItWhereThereIsNoRoomUnder)
 {
-    EXPECT_EQ(placeBeside(QRect(50, 440, 80, 30), card, window), QRect(QPoint(50, 316), card));
+    EXPECT_EQ(placeBeside(QRect(50, 440, 80, 30), size, area), QRect(QPoint(50, 316), size));
 }
 
 TEST(PlaceBeside, staysInTheWindowAtItsRightAndWhereNeitherHasRoom)
 {
-    EXPECT_EQ(placeBeside(QRect(600, 40, 30, 30), card, window), QRect(QPoint(436, 74), card));
+    EXPECT_EQ(placeBeside(QRect(600, 40, 30, 30), size, area), QRect(QPoint(436, 74), size));
     const QRect low(0, 0, 640, 140);
-    EXPECT_EQ(placeBeside(QRect(50, 60, 80, 30), card, low), QRect(QPoint(50, 16), card));
+    EXPECT_EQ(placeBeside(QRect(50, 60, 80, 30), size, low), QRect(QPoint(50, 16), size));
 }
 
 TEST(Popover, standsBesideItsControlAndFollowsTheWindow)
