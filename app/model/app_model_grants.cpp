@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 
 #include "app/model/app_model.h"
@@ -44,9 +45,17 @@ QCoro::Task<> AppModel::grantDesktop()
 QCoro::Task<> AppModel::addRealm(FileURL url, Freshness freshness)
 {
     try {
-        with_.grantStore->addGrant(url);
+        const Grant grant = with_.grantStore->addGrant(url);
+        const bool isKnown = std::ranges::find(grants_, grant.id, &Grant::id) != grants_.end();
+        if (isKnown && !isConnected(grant)) {
+            // The store knows the place by a directory that has gone from it. The user has shown
+            // the one that is meant now.
+            with_.grantStore->replaceGrant(grant.id, url);
+        }
     } catch (const std::exception& error) {
         with_.log(ModelCopy::grantFailedLog(url.path(), describe(error)));
+        // One that could not be saved is in the list until the program ends.
+        rereadGrants(Freshness::territoriesStay);
         co_return;
     }
     rereadGrants(freshness);
@@ -58,9 +67,9 @@ QCoro::Task<> AppModel::regrantRealm(Grant grant)
     const Lifetime::Watch self = lifetime_.watch();
     try {
         with_.grantStore->refreshGrant(grant);
+        rereadGrants();
         // A directory that is found under another name is not back at the realm's place yet.
         if (isConnected(grant)) {
-            rereadGrants();
             co_return;
         }
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the user is asked instead
@@ -78,23 +87,20 @@ void AppModel::replaceGrant(const Grant& grant, const FileURL& url)
         if (with_.grantStore->addGrant(url).id == grant.id) {
             // The same place again: the store keeps the grant that it has, whose bookmark is the
             // one that leads nowhere.
+            with_.grantStore->replaceGrant(grant.id, url);
+        } else {
             with_.grantStore->removeGrant(grant.id);
-            with_.grantStore->addGrant(url);
         }
     } catch (const std::exception& error) {
         with_.log(ModelCopy::regrantFailedLog(grant.path, describe(error)));
-        assign(grants_, with_.grantStore->grants(), &AppModel::grantsChanged);
+        rereadGrants(Freshness::territoriesStay);
         return;
     }
-    with_.grantStore->removeGrant(grant.id);
-    // The cadence goes with the grant that it was set for, and so does the guard.
-    realmWatchers_.erase(grant.id);
     rereadGrants();
 }
 
 void AppModel::removeRealm(Grant grant)
 {
-    realmWatchers_.erase(grant.id);
     with_.grantStore->removeGrant(grant.id);
     rereadGrants();
     if (activeRootURL_
@@ -106,6 +112,10 @@ void AppModel::removeRealm(Grant grant)
 void AppModel::rereadGrants(Freshness freshness)
 {
     assign(grants_, with_.grantStore->grants(), &AppModel::grantsChanged);
+    // The cadence goes with the grant that it was set for, and so does the guard.
+    std::erase_if(realmWatchers_, [this](const auto& watcher) {
+        return std::ranges::find(grants_, watcher.first, &Grant::id) == grants_.end();
+    });
     if (freshness == Freshness::territoriesGoStale) {
         markTerritoriesStale();
     }

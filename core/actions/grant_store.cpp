@@ -98,7 +98,8 @@ std::string standardizedPath(const FileURL& url)
 
 BookmarkCalls BookmarkCalls::live()
 {
-    return {makeBookmark, resolveBookmark, gruk::startAccessing, gruk::stopAccessing};
+    return {makeBookmark, resolveBookmark, gruk::startAccessing, gruk::stopAccessing,
+            renewBookmark};
 }
 
 GrantStore::GrantStore(FileURL storageURL, BookmarkCalls calls)
@@ -117,10 +118,15 @@ Grant GrantStore::addGrant(const FileURL& url)
     if (known != storedGrants_.end()) {
         return *known;
     }
+    return appendGrant({UUID::random(), url.path(), calls_.make(url), atMicrosecond(Date::now())});
+}
+
+Grant GrantStore::replaceGrant(const UUID& former, const FileURL& url)
+{
     Grant grant{UUID::random(), url.path(), calls_.make(url), atMicrosecond(Date::now())};
-    storedGrants_.push_back(grant);
-    save();
-    return grant;
+    // One save, so that no end of the program comes between the old and the new.
+    std::erase_if(storedGrants_, [&](const Grant& stored) { return stored.id == former; });
+    return appendGrant(std::move(grant));
 }
 
 void GrantStore::removeGrant(const UUID& id)
@@ -156,7 +162,8 @@ Grant GrantStore::refreshGrant(const Grant& grant)
     const FileURL resolved = calls_.resolve(grant.bookmark);
     const ScopedAccess access(resolved, calls_.startAccessing(resolved), calls_.stopAccessing);
     Grant renewed = grant;
-    renewed.bookmark = calls_.make(resolved);
+    renewed.bookmark =
+        calls_.renew ? calls_.renew(grant.bookmark, resolved) : calls_.make(resolved);
     const auto known =
         std::find_if(storedGrants_.begin(), storedGrants_.end(),
                      [&](const Grant& candidate) { return candidate.id == grant.id; });
@@ -167,6 +174,13 @@ Grant GrantStore::refreshGrant(const Grant& grant)
     }
     save();
     return renewed;
+}
+
+Grant GrantStore::appendGrant(Grant grant)
+{
+    storedGrants_.push_back(grant);
+    save();
+    return grant;
 }
 
 const Grant* GrantStore::bestGrant(std::string_view path) const

@@ -22,6 +22,9 @@ struct BookmarkCalls {
     std::function<bool(const FileURL&)> startAccessing;
     /// Balances a start that answered true; must not throw.
     std::function<void(const FileURL&)> stopAccessing;
+    /// The bookmark of a resolved directory anew; throws when another one stands there by now.
+    /// Empty means that `make` does it.
+    std::function<std::string(std::string_view bookmark, const FileURL&)> renew = {};
 
     static BookmarkCalls live();
 };
@@ -41,6 +44,12 @@ public:
     /// stays in the list until the program ends).
     Grant addGrant(const FileURL& url);
 
+    /// Grants a place in another's stead, at the end of the list, with a bookmark made now; for a
+    /// directory that is gone while the user has shown the one that is meant. Throws when no
+    /// bookmark can be made (the list is unchanged) or the file cannot be written (the list keeps
+    /// the new grant until the program ends).
+    Grant replaceGrant(const UUID& former, const FileURL& url);
+
     /// Forgets a grant. A failure to save is not told: the grant is back at the next start.
     void removeGrant(const UUID& id);
 
@@ -53,6 +62,7 @@ public:
     Grant refreshGrant(const Grant& grant);
 
 private:
+    Grant appendGrant(Grant grant);
     [[nodiscard]] const Grant* bestGrant(std::string_view path) const;
     void save() const;
 

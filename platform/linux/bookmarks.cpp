@@ -32,6 +32,29 @@ Descriptor openForListing(const std::string& path)
     return Descriptor(number);
 }
 
+Descriptor openedForListing(const FileURL& url)
+{
+    Descriptor directory = openForListing(url.path());
+    if (!directory.isOpen()) {
+        throwErrno(errno, "open", url.path());
+    }
+    return directory;
+}
+
+std::string describedAt(const Descriptor& directory, const FileURL& url)
+{
+    return bookmarkText({FileURL::directory(url.path()), identityOf(directory, url.path())});
+}
+
+Bookmark parsedBookmark(std::string_view bookmark)
+{
+    std::optional<Bookmark> parsed = parseBookmark(bookmark);
+    if (!parsed) {
+        throwErrno(EINVAL, "resolve", "bookmark");
+    }
+    return *std::move(parsed);
+}
+
 /// The directories in `parent` that the listing shows under that inode number.
 std::vector<FileURL> foldersByInode(const FileURL& parent, std::uint64_t inode)
 {
@@ -92,26 +115,29 @@ std::optional<FileURL> findBeside(const Bookmark& bookmark)
 
 std::string makeBookmark(const FileURL& url)
 {
-    const Descriptor directory = openForListing(url.path());
-    if (!directory.isOpen()) {
-        throwErrno(errno, "open", url.path());
+    return describedAt(openedForListing(url), url);
+}
+
+std::string renewBookmark(std::string_view bookmark, const FileURL& url)
+{
+    const Bookmark former = parsedBookmark(bookmark);
+    const Descriptor directory = openedForListing(url);
+    if (!isSameDirectory(directory, former.identity)) {
+        throwErrno(ENOENT, "renew", url.path());
     }
-    return bookmarkText({FileURL::directory(url.path()), identityOf(directory, url.path())});
+    return describedAt(directory, url);
 }
 
 FileURL resolveBookmark(std::string_view bookmark)
 {
-    const std::optional<Bookmark> parsed = parseBookmark(bookmark);
-    if (!parsed) {
-        throwErrno(EINVAL, "resolve", "bookmark");
-    }
-    FileURL place = FileURL::directory(parsed->place.path());
+    const Bookmark parsed = parsedBookmark(bookmark);
+    FileURL place = FileURL::directory(parsed.place.path());
     const Descriptor directory = openPlace(place.path());
     const int error = directory.isOpen() ? ENOENT : errno;
-    if (directory.isOpen() && isSameDirectory(directory, parsed->identity)) {
+    if (directory.isOpen() && isSameDirectory(directory, parsed.identity)) {
         return place;
     }
-    if (const std::optional<FileURL> beside = findBeside(*parsed)) {
+    if (const std::optional<FileURL> beside = findBeside(parsed)) {
         return *beside;
     }
     const bool isElsewhere = error == ENOTDIR || error == ELOOP;

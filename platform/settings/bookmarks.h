@@ -15,6 +15,10 @@ namespace gruk {
 /// cannot be read.
 [[nodiscard]] std::string makeBookmark(const FileURL& url);
 
+/// Describes anew the directory that `bookmark` led to at `url`. Throws as `makeBookmark` does, and
+/// as `resolveBookmark` does when a different one stands there by now.
+[[nodiscard]] std::string renewBookmark(std::string_view bookmark, const FileURL& url);
+
 /// The place where the very same directory is now: its old path, or another name beside its old
 /// place. Throws `FileError`: `no_such_file_or_directory` when it is not found there (also when a
 /// different directory or disk stands at the path), `invalid_argument` when `bookmark` is not one.

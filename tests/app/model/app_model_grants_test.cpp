@@ -149,6 +149,72 @@ TEST(AppModelGrants, regrantingTheSamePlaceAgainKeepsTheRealmWithABookmarkThatLe
     EXPECT_TRUE(house.model->isConnected(house.model->grants()[0]));
 }
 
+TEST(AppModelGrants, grantingTheFolderInTheSteadOfALostRealmConnectsItAgain)
+{
+    ModelHouse house;
+    const FileURL realm = house.makePatrolledRealm("a");
+    const Grant lost = house.grantOf(realm);
+    house.directory.folder("far away");
+    std::filesystem::rename(realm.path(), house.directory.path("far away/a"));
+    house.directory.folder("a");
+    house.patrol();
+    EXPECT_EQ(house.model->errorMessage(),
+              "Gruk no longer has access to this location. Grant access again to patrol it.");
+    house.model->grantRealm(realm);
+    house.patrol();
+    EXPECT_FALSE(house.model->errorMessage()) << "access was granted again, as it asked";
+    ASSERT_EQ(house.model->grants().size(), 1U);
+    EXPECT_NE(house.model->grants()[0].id, lost.id);
+    EXPECT_EQ(house.stored(realm).size(), 2U);
+}
+
+TEST(AppModelGrants, grantingARealmThatIsThereChangesNothing)
+{
+    ModelHouse house;
+    const FileURL realm = house.makeRealm("a");
+    const std::vector<Grant> before = house.model->grants();
+    house.model->grantRealm(realm);
+    EXPECT_EQ(house.model->grants(), before);
+}
+
+TEST(AppModelGrants, aLostRealmWhoseFolderGoesWhileItIsChosenAgainStaysInTheList)
+{
+    ModelHouse house;
+    const FileURL realm = house.makeRealm("a");
+    const Grant lost = house.grantOf(realm);
+    std::filesystem::remove_all(realm.path());
+    house.panel->answers.push_back(realm);
+    house.model->regrantRealm(lost);
+    EXPECT_EQ(house.model->grants(), std::vector<Grant>{lost});
+    EXPECT_EQ(house.logLines.size(), 1U);
+    house.restart();
+    EXPECT_EQ(house.model->grants(), std::vector<Grant>{lost});
+}
+
+TEST(AppModelGrants, aRenamedRealmThatIsNotChosenKeepsWhatTheStoreHasOfIt)
+{
+    ModelHouse house;
+    const FileURL realm = house.makeRealm("a");
+    std::filesystem::rename(realm.path(), house.directory.path("renamed"));
+    house.model->regrantRealm(house.grantOf(realm));
+    const std::vector<Grant> shown = house.model->grants();
+    house.restart();
+    EXPECT_EQ(house.model->grants(), shown) << "its bookmark was renewed, and that is shown";
+    std::filesystem::rename(house.directory.path("renamed"), realm.path());
+    EXPECT_TRUE(house.model->isConnected(house.model->grants()[0]));
+}
+
+TEST(AppModelGrants, aGrantThatCannotBeSavedIsShownAsLongAsTheProgramKeepsIt)
+{
+    ModelHouse house;
+    house.directory.folder("app/grants.json/in the way");
+    const FileURL realm = house.makeRealm("a");
+    house.settle();
+    EXPECT_EQ(house.logLines.size(), 1U);
+    EXPECT_EQ(house.model->grants().size(), 1U);
+    EXPECT_FALSE(house.model->activeRootURL()) << "it stops there";
+}
+
 TEST(AppModelGrants, aRenamedRealmIsAskedForSinceItsBookmarkLeadsElsewhere)
 {
     ModelHouse house;

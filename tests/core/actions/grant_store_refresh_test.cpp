@@ -52,6 +52,59 @@ TEST_F(GrantStoreRefreshTest, aRefreshRenewsTheBookmarkInPlaceAndKeepsTheRest)
               grants.grants());
 }
 
+TEST_F(GrantStoreRefreshTest, aBookmarkIsRenewedOnlyForTheVeryDirectoryItLedTo)
+{
+    BookmarkCalls calls = bookmarks.calls();
+    std::string asked;
+    bool isAnother = false;
+    calls.renew = [&](std::string_view bookmark, const FileURL& url) -> std::string {
+        asked = std::string(bookmark) + " at " + url.path();
+        if (isAnother) {
+            throw std::runtime_error("another directory");
+        }
+        return "renewed";
+    };
+    GrantStore careful(FileURL(folder.path("grants.json")), calls);
+    EXPECT_EQ(careful.refreshGrant(grant).bookmark, "renewed");
+    EXPECT_EQ(asked, grant.bookmark + " at /realm");
+    EXPECT_EQ(bookmarks.record, (Record{"resolve /realm", "start /realm", "stop /realm"}));
+
+    isAnother = true;
+    const std::vector<Grant> before = careful.grants();
+    EXPECT_THROW(careful.refreshGrant(grant), std::runtime_error);
+    EXPECT_EQ(careful.grants(), before);
+    EXPECT_EQ(bookmarks.record.back(), "stop /realm");
+}
+
+TEST_F(GrantStoreRefreshTest, aGrantInAnothersSteadIsMadeAnewAtTheEndOfTheList)
+{
+    const Grant made = grants.replaceGrant(grant.id, FileURL("/realm"));
+    EXPECT_NE(made.id, grant.id);
+    EXPECT_EQ(made.bookmark, test::FakeBookmarks::bookmark("/realm", 4));
+    ASSERT_EQ(grants.grants().size(), 3U);
+    EXPECT_EQ(grants.grants()[1].path, "/last");
+    EXPECT_EQ(grants.grants()[2], made);
+    EXPECT_EQ(GrantStore(FileURL(folder.path("grants.json")), bookmarks.calls()).grants(),
+              grants.grants());
+}
+
+TEST_F(GrantStoreRefreshTest, aGrantWhoseSuccessorCannotBeMadeStays)
+{
+    const std::vector<Grant> before = grants.grants();
+    bookmarks.makingFails = true;
+    EXPECT_THROW(grants.replaceGrant(grant.id, FileURL("/realm")), std::runtime_error);
+    EXPECT_EQ(grants.grants(), before);
+}
+
+TEST_F(GrantStoreRefreshTest, aFailureToSaveKeepsTheSuccessorUntilTheProgramEnds)
+{
+    makeSavingFail();
+    EXPECT_THROW(grants.replaceGrant(grant.id, FileURL("/realm")), FileError);
+    ASSERT_EQ(grants.grants().size(), 3U);
+    EXPECT_NE(grants.grants()[2].id, grant.id);
+    EXPECT_EQ(grants.grants()[2].path, "/realm");
+}
+
 TEST_F(GrantStoreRefreshTest, aGrantThatIsNotInTheListIsAppended)
 {
     grants.removeGrant(grant.id);

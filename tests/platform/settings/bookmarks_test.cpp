@@ -100,6 +100,31 @@ TEST(Bookmark, followsTheDirectoryAndNotTheName)
     EXPECT_EQ(resolveBookmark(bookmark), FileURL::directory(directory.path("former")));
 }
 
+TEST(Bookmark, isRenewedAtTheNewPlaceOfItsDirectory)
+{
+    const TemporaryDirectory directory;
+    const std::string bookmark = makeBookmark(FileURL(directory.folder("realm")));
+    (void)directory.folder("elsewhere");
+    std::filesystem::rename(directory.path("realm"), directory.path("elsewhere/realm"));
+    const FileURL place = FileURL::directory(directory.path("elsewhere/realm"));
+    EXPECT_EQ(resolveBookmark(renewBookmark(bookmark, place)), place);
+}
+
+TEST(Bookmark, isNotRenewedForADifferentDirectory)
+{
+    const TemporaryDirectory directory;
+    const FileURL place = FileURL::directory(directory.folder("realm"));
+    const std::string bookmark = makeBookmark(place);
+    std::filesystem::rename(place.path(), directory.path("former"));
+    EXPECT_EQ(errorOf([&] { (void)renewBookmark(bookmark, place); }),
+              std::errc::no_such_file_or_directory);
+    (void)directory.folder("realm");
+    EXPECT_EQ(errorOf([&] { (void)renewBookmark(bookmark, place); }),
+              std::errc::no_such_file_or_directory);
+    EXPECT_EQ(errorOf([&] { (void)renewBookmark("no bookmark", place); }),
+              std::errc::invalid_argument);
+}
+
 TEST(Bookmark, failsForADifferentDirectoryAtTheSamePath)
 {
     const TemporaryDirectory directory;
