@@ -150,9 +150,11 @@ QCoro::Task<std::optional<OrganisePlan>> AppModel::planRuleFiling(FileURL url)
     }
     // Looking at each loose file is the disk's work, so it is done where the patrol was.
     std::function<std::optional<OrganisePlan>()> plan =
-        [url, rules, service = with_.organiseService, root = patrolAccess_->url()] {
-            return RealmRules::filingPlan(
-                service->planOrganise(url, root, RealmRules::folderOverrides(rules)), rules);
+        [url, rules, service = with_.organiseService, root = patrolAccess_->url(),
+         stands = patrolAccess_->stands()] {
+            const OrganisePlan all =
+                service->planOrganise(url, root, RealmRules::folderOverrides(rules), stands);
+            return RealmRules::filingPlan(all, rules);
         };
     std::optional<OrganisePlan> filing =
         co_await inBackground(with_.taskPool, with_.runLoop, std::move(plan));

@@ -49,7 +49,8 @@ void AppModel::tidyDesktop()
     if (!access) {
         return complain(std::string(ModelCopy::noAccessToDesktop));
     }
-    const StashOperation operation = with_.stashService->stashDesktop(*desktop, access->url());
+    const StashOperation operation =
+        with_.stashService->stashDesktop(*desktop, access->url(), access->stands());
     log(operation.failures);
     const std::size_t moved = operation.moved.size();
     assign(lastStashOperation_, moved == 0 ? std::nullopt : std::optional(operation),
@@ -84,8 +85,11 @@ void AppModel::undoLastOrganise()
 void AppModel::undoMoves(UndoSlot& slot, void (AppModel::*changed)())
 {
     const StashOperation former = *slot;
+    const std::optional<FileURL> root = rootOf(former);
+    // None also of a realm that was removed from the list; its files may go back all the same.
+    const std::shared_ptr<ScopedAccess> access = root ? accessTo(*root) : nullptr;
     const StashRestoreOperation operation =
-        with_.stashService->restore(former.moved, rootOf(former));
+        with_.stashService->restore(former.moved, root, access ? access->stands() : RootCheck());
     log(operation.failures);
 
     StashOperation left{former.hoardFolder, {}, {}};
@@ -119,8 +123,8 @@ std::optional<OrganisePlan> AppModel::organisePlanForDesktop() const
 std::optional<OrganisePlan> AppModel::organisePlan(const FileURL& realm) const
 {
     const std::shared_ptr<ScopedAccess> access = accessTo(realm);
-    return access ? std::optional(
-               with_.organiseService->planOrganise(realm, access->url(), overrides(realm)))
+    return access ? std::optional(with_.organiseService->planOrganise(
+               realm, access->url(), overrides(realm), access->stands()))
                   : std::nullopt;
 }
 
@@ -157,7 +161,8 @@ void AppModel::organise(const OrganisePlan& plan)
     if (!access) {
         return complain(std::string(ModelCopy::noAccessToOrganise));
     }
-    const StashOperation operation = with_.organiseService->applyPlan(plan, access->url());
+    const StashOperation operation =
+        with_.organiseService->applyPlan(plan, access->url(), access->stands());
     log(operation.failures);
     const std::size_t moved = operation.moved.size();
     assign(lastOrganiseOperation_, moved == 0 ? std::nullopt : std::optional(operation),

@@ -47,8 +47,14 @@ void AppModel::moveFindingToTrash(ReviewFinding finding, FileIdentity expectedId
     if (!isKnown || !activeRootURL_ || !isInsideRoot(finding.url.standardized(), *activeRootURL_)) {
         return complain(std::string(ModelCopy::outsideActiveRealm));
     }
-    const TrashOperation operation = with_.trashService->moveToTrash(
-        {{finding.url, finding.allocatedSize, expectedIdentity}}, *activeRootURL_);
+    const std::shared_ptr<ScopedAccess> access = accessTo(*activeRootURL_);
+    if (!access) {
+        // What stands at that path is not the item of this realm, whatever it looks like.
+        return complain(std::string(ModelCopy::changedSinceReview));
+    }
+    const TrashOperation operation =
+        with_.trashService->moveToTrash({{finding.url, finding.allocatedSize, expectedIdentity}},
+                                        *activeRootURL_, access->stands());
     log(operation.failures);
     if (operation.moved.empty()) {
         return complain(std::string(std::ranges::any_of(operation.failures, hasChanged)
@@ -73,18 +79,21 @@ void AppModel::moveFindingsToTrash(std::vector<ReviewFinding> chosen)
     if (!activeRootURL_) {
         return complain(std::string(ModelCopy::outsideActiveRealm));
     }
+    const std::shared_ptr<ScopedAccess> access = accessTo(*activeRootURL_);
     std::size_t skipped = 0;
     std::vector<TrashRequest> requests;
     std::multimap<FileURL, std::string> idsByURL;
     for (const ReviewFinding& finding : chosen) {
-        if (const auto identity = TrashService::currentIdentity(finding.url)) {
+        const auto identity = access ? TrashService::currentIdentity(finding.url) : std::nullopt;
+        if (identity) {
             requests.push_back({finding.url, finding.allocatedSize, *identity});
             idsByURL.emplace(finding.url.standardized(), finding.id);
         } else {
             ++skipped;
         }
     }
-    const TrashOperation operation = with_.trashService->moveToTrash(requests, *activeRootURL_);
+    const TrashOperation operation = with_.trashService->moveToTrash(
+        requests, *activeRootURL_, access ? access->stands() : RootCheck());
     log(operation.failures);
     if (!operation.moved.empty()) {
         std::vector<std::string> ids;

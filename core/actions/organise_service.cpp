@@ -50,12 +50,13 @@ Bytes sizeOnDisk(const FileURL& url)
     return facts && facts->type != ItemType::directory ? std::min(facts->logicalSize, largest) : 0;
 }
 
-OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
+OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
+                        const RootCheck& stands)
 {
     // All moves of one operation are one batch, which ends with these calls.
     const auto batch = std::make_shared<MoveBatch>(calls);
     if (authorizedRoot) {
-        batch->stayIn(*authorizedRoot);
+        batch->stayIn(*authorizedRoot, stands);
     }
     const MoveConditions conditions{authorizedRoot, std::nullopt, batch.get()};
     OrganiseCalls disk;
@@ -201,22 +202,26 @@ void moveCategory(const OrganiseCalls& calls, const OrganisePlan::CategoryMove& 
 }  // namespace
 
 OrganiseService::OrganiseService(MoveCalls calls)
-    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>& root) {
-          return diskCalls(calls, root);
-      })
+    : callsUnder_(
+        [calls = std::move(calls)](const std::optional<FileURL>& root, const RootCheck& stands) {
+            return diskCalls(calls, root, stands);
+        })
 {
 }
 
 OrganiseService::OrganiseService(OrganiseCalls calls)
-    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>&) { return calls; })
+    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>&, const RootCheck&) {
+          return calls;
+      })
 {
 }
 
 OrganisePlan OrganiseService::planOrganise(const FileURL& realm, const FileURL& authorizedRoot,
-                                           const FolderOverrides& overrides) const
+                                           const FolderOverrides& overrides,
+                                           const RootCheck& stands) const
 {
     OrganisePlan plan{realm.standardized(), {}};
-    const OrganiseCalls calls = callsUnder_(authorizedRoot.standardized());
+    const OrganiseCalls calls = callsUnder_(authorizedRoot.standardized(), stands);
     if (refusal(calls, plan.realm, authorizedRoot)) {
         return plan;
     }
@@ -239,11 +244,11 @@ OrganisePlan OrganiseService::planOrganise(const FileURL& realm, const FileURL& 
     return plan;
 }
 
-StashOperation OrganiseService::applyPlan(const OrganisePlan& plan,
-                                          const FileURL& authorizedRoot) const
+StashOperation OrganiseService::applyPlan(const OrganisePlan& plan, const FileURL& authorizedRoot,
+                                          const RootCheck& stands) const
 {
     const FileURL realm = plan.realm.standardized();
-    const OrganiseCalls calls = callsUnder_(authorizedRoot.standardized());
+    const OrganiseCalls calls = callsUnder_(authorizedRoot.standardized(), stands);
     if (const auto reason = refusal(calls, realm, authorizedRoot)) {
         return {std::nullopt, {}, {{realm, *reason, {}}}};
     }

@@ -48,16 +48,19 @@ public:
     /// What could be moved. A realm that may not be organised, or cannot be listed, has an empty
     /// plan, as a tidy one has.
     [[nodiscard]] OrganisePlan planOrganise(const FileURL& realm, const FileURL& authorizedRoot,
-                                            const FolderOverrides& overrides) const;
+                                            const FolderOverrides& overrides,
+                                            const RootCheck& stands = {}) const;
 
     /// Moves what the plan says, as it stands. A file that is gone, or whose place is taken, is a
     /// failure and the others go on.
-    [[nodiscard]] StashOperation applyPlan(const OrganisePlan& plan,
-                                           const FileURL& authorizedRoot) const;
+    [[nodiscard]] StashOperation applyPlan(const OrganisePlan& plan, const FileURL& authorizedRoot,
+                                           const RootCheck& stands = {}) const;
 
 private:
     /// The calls for one operation under that root.
-    std::function<OrganiseCalls(const std::optional<FileURL>& authorizedRoot)> callsUnder_;
+    std::function<OrganiseCalls(const std::optional<FileURL>& authorizedRoot,
+                                const RootCheck& stands)>
+        callsUnder_;
 };
 
 }  // namespace gruk

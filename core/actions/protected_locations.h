@@ -13,6 +13,12 @@ namespace gruk {
 /// The top of the volume that holds a place.
 using VolumeRoot = std::function<FileURL(const FileURL&)>;
 
+/// Whether what stands at an authorised root is the very directory that was granted. Asked once an
+/// operation, when that directory is open, so that none that comes later is taken for it; a no
+/// refuses every move. May look at the disk; must not throw. Empty: whichever stands there is
+/// meant.
+using RootCheck = std::function<bool()>;
+
 /// Whether `url` is `root` or lies below it; both standardised. "/data/photos2" is not inside
 /// "/data/photos".
 [[nodiscard]] bool isInsideRoot(const FileURL& url, const FileURL& root);

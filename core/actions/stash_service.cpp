@@ -30,12 +30,13 @@ std::optional<StashJournalFile> journalIn(const FileURL& folder, const MoveCalls
     return text ? decodedStashJournal(*text) : std::nullopt;
 }
 
-StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
+StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
+                     const RootCheck& stands)
 {
     // All moves of one operation are one batch, which ends with these calls.
     const auto batch = std::make_shared<MoveBatch>(calls);
     if (authorizedRoot) {
-        batch->stayIn(*authorizedRoot);
+        batch->stayIn(*authorizedRoot, stands);
     }
     const MoveConditions conditions{authorizedRoot, std::nullopt, batch.get()};
     StashCalls disk;
@@ -120,23 +121,26 @@ StashOperation filledHoard(const StashCalls& calls, const FileURL& hoard,
 }  // namespace
 
 StashService::StashService(MoveCalls calls)
-    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>& root) {
-          return diskCalls(calls, root);
-      })
+    : callsUnder_(
+        [calls = std::move(calls)](const std::optional<FileURL>& root, const RootCheck& stands) {
+            return diskCalls(calls, root, stands);
+        })
 {
 }
 
 StashService::StashService(StashCalls calls)
-    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>&) { return calls; })
+    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>&, const RootCheck&) {
+          return calls;
+      })
 {
 }
 
-StashOperation StashService::stashDesktop(const FileURL& desktop,
-                                          const FileURL& authorizedRoot) const
+StashOperation StashService::stashDesktop(const FileURL& desktop, const FileURL& authorizedRoot,
+                                          const RootCheck& stands) const
 {
     const FileURL folder = desktop.standardized();
     const FileURL root = authorizedRoot.standardized();
-    const StashCalls calls = callsUnder_(root);
+    const StashCalls calls = callsUnder_(root, stands);
     if (!isInsideRoot(folder, root)) {
         return refused(folder, Reason::outsideAuthorizedRoot);
     }
@@ -168,9 +172,10 @@ StashOperation StashService::stashDesktop(const FileURL& desktop,
 }
 
 StashRestoreOperation StashService::restore(const std::vector<StashedItem>& items,
-                                            const std::optional<FileURL>& authorizedRoot) const
+                                            const std::optional<FileURL>& authorizedRoot,
+                                            const RootCheck& stands) const
 {
-    const StashCalls calls = callsUnder_(authorizedRoot);
+    const StashCalls calls = callsUnder_(authorizedRoot, stands);
     StashRestoreOperation operation;
     for (const StashedItem& item : items) {
         if (calls.fileExists(item.originalURL)) {
@@ -194,7 +199,7 @@ StashRestoreOperation StashService::restore(const std::vector<StashedItem>& item
 
 std::size_t StashService::stashableCount(const FileURL& desktop) const
 {
-    const StashCalls calls = callsUnder_(std::nullopt);
+    const StashCalls calls = callsUnder_(std::nullopt, {});
     try {
         return stashableItems(calls, calls.contentsOfDirectory(desktop.standardized())).size();
     } catch (const std::exception&) {
@@ -205,7 +210,7 @@ std::size_t StashService::stashableCount(const FileURL& desktop) const
 std::string StashService::proposedHoardName(const FileURL& desktop) const
 {
     const FileURL folder = desktop.standardized();
-    const StashCalls calls = callsUnder_(std::nullopt);
+    const StashCalls calls = callsUnder_(std::nullopt, {});
     std::set<std::string> taken;
     try {
         taken = names(calls.contentsOfDirectory(folder));

@@ -47,15 +47,16 @@ public:
     explicit StashService(MoveCalls calls = MoveCalls::live());
     explicit StashService(StashCalls calls);
 
-    [[nodiscard]] StashOperation stashDesktop(const FileURL& desktop,
-                                              const FileURL& authorizedRoot) const;
+    [[nodiscard]] StashOperation stashDesktop(const FileURL& desktop, const FileURL& authorizedRoot,
+                                              const RootCheck& stands = {}) const;
 
     /// Puts items back where they were, never over anything; undoes an organise, too. The Hoard
     /// and its journal stay. `authorizedRoot`, where the caller still knows it, only tells below
     /// which folder no link may be followed.
     [[nodiscard]] StashRestoreOperation
     restore(const std::vector<StashedItem>& items,
-            const std::optional<FileURL>& authorizedRoot = std::nullopt) const;
+            const std::optional<FileURL>& authorizedRoot = std::nullopt,
+            const RootCheck& stands = {}) const;
 
     /// How many items a stash would take now; 0 when the folder cannot be listed.
     [[nodiscard]] std::size_t stashableCount(const FileURL& desktop) const;
@@ -65,7 +66,8 @@ public:
 
 private:
     /// The calls for one operation under that root.
-    std::function<StashCalls(const std::optional<FileURL>& authorizedRoot)> callsUnder_;
+    std::function<StashCalls(const std::optional<FileURL>& authorizedRoot, const RootCheck& stands)>
+        callsUnder_;
 };
 
 }  // namespace gruk

@@ -42,7 +42,8 @@ FileIdentity fileIdentity(const ItemIdentity& item)
 /// The calls on the disk for one operation, whose moves are one batch that ends with them. The
 /// identity that was read last is the one that the service compared, and so the one that the move
 /// must find.
-TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot)
+TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
+                     const RootCheck& stands)
 {
     struct Review {
         FileURL url;
@@ -51,7 +52,7 @@ TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
     const auto reviewed = std::make_shared<Review>();
     const auto batch = std::make_shared<MoveBatch>(calls);
     if (authorizedRoot) {
-        batch->stayIn(*authorizedRoot);
+        batch->stayIn(*authorizedRoot, stands);
     }
     TrashCalls disk;
     disk.identityReader = [calls, reviewed](const FileURL& url) -> std::optional<FileIdentity> {
@@ -142,9 +143,10 @@ Bytes TrashOperation::totalBytes() const
 }
 
 TrashService::TrashService(MoveCalls calls)
-    : callsUnder_([calls = std::move(calls)](const std::optional<FileURL>& root) {
-          return diskCalls(calls, root);
-      })
+    : callsUnder_(
+        [calls = std::move(calls)](const std::optional<FileURL>& root, const RootCheck& stands) {
+            return diskCalls(calls, root, stands);
+        })
 {
 }
 
@@ -159,14 +161,17 @@ TrashService::TrashService(TrashCalls calls)
     if (!calls.standsInTrash) {
         calls.standsInTrash = calls.fileExists;
     }
-    callsUnder_ = [calls = std::move(calls)](const std::optional<FileURL>&) { return calls; };
+    callsUnder_ = [calls = std::move(calls)](const std::optional<FileURL>&, const RootCheck&) {
+        return calls;
+    };
 }
 
 TrashOperation TrashService::moveToTrash(const std::vector<TrashRequest>& requests,
-                                         const FileURL& authorizedRoot) const
+                                         const FileURL& authorizedRoot,
+                                         const RootCheck& stands) const
 {
     const FileURL root = authorizedRoot.standardized();
-    const TrashCalls calls = callsUnder_(root);
+    const TrashCalls calls = callsUnder_(root, stands);
     const std::vector<TrashRequest> items = withoutRepetitions(requests);
     TrashOperation operation;
     for (std::size_t i = 0; i < items.size(); ++i) {
@@ -192,7 +197,7 @@ TrashOperation TrashService::moveToTrash(const std::vector<TrashRequest>& reques
 RestoreOperation TrashService::restore(const std::vector<TrashedItem>& items,
                                        const std::optional<FileURL>& authorizedRoot) const
 {
-    const TrashCalls calls = callsUnder_(authorizedRoot);
+    const TrashCalls calls = callsUnder_(authorizedRoot, {});
     RestoreOperation operation;
     for (const TrashedItem& item : items) {
         if (calls.fileExists(item.originalURL)) {

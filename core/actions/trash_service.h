@@ -46,7 +46,8 @@ public:
 
     /// Moves what was confirmed, in order. An item that is listed twice counts once.
     [[nodiscard]] TrashOperation moveToTrash(const std::vector<TrashRequest>& requests,
-                                             const FileURL& authorizedRoot) const;
+                                             const FileURL& authorizedRoot,
+                                             const RootCheck& stands = {}) const;
 
     /// Puts items back where they were, never over anything. They are known from the record of a
     /// move, so neither root nor identity is checked. `authorizedRoot`, where the caller still
@@ -60,7 +61,8 @@ public:
 
 private:
     /// The calls for one operation under that root.
-    std::function<TrashCalls(const std::optional<FileURL>& authorizedRoot)> callsUnder_;
+    std::function<TrashCalls(const std::optional<FileURL>& authorizedRoot, const RootCheck& stands)>
+        callsUnder_;
 };
 
 }  // namespace gruk

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/files/move_calls.h"
@@ -25,8 +26,9 @@ public:
     /// that `MoveConditions::within` find their way through this very one only: another folder put
     /// in its place, or the bare mount point of a disk that was pulled out, is refused with
     /// `no_such_file_or_directory`. One that cannot be looked at refuses every move with that
-    /// error.
-    void stayIn(const FileURL& root);
+    /// error. `isMeant`, if any, is asked right then whether that directory is the one that was
+    /// granted; if not, every move is refused as if it had gone.
+    void stayIn(const FileURL& root, const std::function<bool()>& isMeant = {});
     /// Throws `FileError` unless the directory of `stayIn`, if any, still stands at its place.
     void requireRoot() const;
 

@@ -61,9 +61,9 @@ MoveBatch::~MoveBatch()
     finish();
 }
 
-void MoveBatch::stayIn(const FileURL& root)
+void MoveBatch::stayIn(const FileURL& root, const std::function<bool()>& isMeant)
 {
-    records_->stayIn(root);
+    records_->stayIn(root, isMeant);
 }
 
 void MoveBatch::requireRoot() const
@@ -78,13 +78,17 @@ void MoveBatch::finish() noexcept
 
 MoveBatch::Records::Records(MoveCalls calls) : calls_(std::move(calls)) {}
 
-void MoveBatch::Records::stayIn(const FileURL& root)
+void MoveBatch::Records::stayIn(const FileURL& root, const std::function<bool()>& isMeant)
 {
     Root known{root, Descriptor(), 0, {}};
     OpenedDirectory opened = openDirectoryAt(root.path(), calls_);
     known.error = opened.error;
     if (opened.error == 0) {
         known.error = -describe(opened.directory, known.facts, calls_);
+    }
+    // Asked when the directory is open: from here on no other one can be taken for it.
+    if (known.error == 0 && isMeant && !isMeant()) {
+        known.error = ENOENT;
     }
     known.directory = std::move(opened.directory);
     root_ = std::move(known);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -37,7 +38,7 @@ public:
     [[nodiscard]] const MoveCalls& calls() const { return calls_; }
 
     /// See `MoveBatch`.
-    void stayIn(const FileURL& root);
+    void stayIn(const FileURL& root, const std::function<bool()>& isMeant);
     void requireRoot() const;
     /// Throws `FileError` with `operation` unless `opened`, which was found at `place`, is the
     /// directory that the batch stays in; if it stays in none there, nothing is asked.

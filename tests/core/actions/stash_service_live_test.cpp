@@ -63,6 +63,23 @@ TEST_F(StashServiceLive, aHoardHoldsEverythingVisibleAndGivesItBack)
     EXPECT_TRUE(fs::exists(house.home().path("realm/" + name + "/.gruk-stash.json")));
 }
 
+TEST_F(StashServiceLive, aFolderThatIsNotTheGrantedOneIsLeftAsItIs)
+{
+    house.home().fileWith("realm/a.txt", "one");
+    house.home().fileWith("realm/b.txt", "two");
+    const auto before = MovesHouse::censusWithPaths(house.realm().path());
+    const auto isAnother = [] { return false; };
+    const StashOperation refused = service.stashDesktop(house.realm(), house.realm(), isAnother);
+    EXPECT_THAT(refused.moved, IsEmpty());
+    EXPECT_EQ(refused.failures.size(), 1U);
+    EXPECT_EQ(MovesHouse::censusWithPaths(house.realm().path()), before);
+
+    const StashOperation operation = stash();
+    const auto stashed = MovesHouse::censusWithPaths(house.realm().path());
+    EXPECT_EQ(service.restore(operation.moved, house.realm(), isAnother).failures.size(), 2U);
+    EXPECT_EQ(MovesHouse::censusWithPaths(house.realm().path()), stashed);
+}
+
 TEST_F(StashServiceLive, aSecondHoardOfTheDayIsNumberedAndTheFirstStays)
 {
     house.home().fileWith("realm/a", "one");
@@ -123,6 +140,18 @@ TEST_F(OrganiseServiceLive, findsKindsAndSizesOnTheDisk)
     EXPECT_EQ(found.moves[2].totalBytes, 0) << "a bundle has no length of its own";
     EXPECT_EQ(found.moves[3].kind, FileKind::other);
     EXPECT_EQ(found.moves[3].destinationFolderName, "Bits and Bobs");
+}
+
+TEST_F(OrganiseServiceLive, aFolderThatIsNotTheGrantedOneHasNoPlanAndTakesNone)
+{
+    house.home().fileWith("realm/a.png", "12345");
+    const auto isAnother = [] { return false; };
+    const auto before = MovesHouse::censusWithPaths(house.realm().path());
+    EXPECT_THAT(service.planOrganise(house.realm(), house.realm(), {}, isAnother).moves, IsEmpty());
+    const StashOperation operation = service.applyPlan(plan(), house.realm(), isAnother);
+    EXPECT_THAT(operation.moved, IsEmpty());
+    EXPECT_EQ(operation.failures.size(), 1U);
+    EXPECT_EQ(MovesHouse::censusWithPaths(house.realm().path()), before);
 }
 
 TEST_F(OrganiseServiceLive, movesAndIsUndone)

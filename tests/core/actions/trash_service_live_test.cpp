@@ -61,6 +61,19 @@ TEST_F(TrashServiceLive, movesAFileAndPutsItBack)
     EXPECT_TRUE(fs::is_empty(house.home().path(".local/share/Trash/info")));
 }
 
+TEST_F(TrashServiceLive, whatLiesInAFolderThatIsNotTheGrantedOneStays)
+{
+    const std::string path = file("a", "one");
+    const std::string other = file("b", "two");
+    const TrashOperation operation =
+        service.moveToTrash({request(path), request(other)}, house.realm(), [] { return false; });
+    EXPECT_THAT(operation.moved, IsEmpty());
+    EXPECT_EQ(operation.failures.size(), 2U);
+    EXPECT_TRUE(fs::exists(path));
+    EXPECT_TRUE(fs::exists(other));
+    EXPECT_FALSE(fs::exists(house.home().path(".local/share/Trash/info/a.trashinfo")));
+}
+
 TEST_F(TrashServiceLive, aFileThatOnlyGrewIsMoved)
 {
     const std::string path = file("a");

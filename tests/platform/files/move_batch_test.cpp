@@ -180,6 +180,40 @@ TEST(MoveBatch, thatStaysInAFolderRefusesAnotherOneInItsPlace)
     EXPECT_EQ(swapped.house.directory().read("home/root/x"), "another's");
 }
 
+TEST(MoveBatch, thatShallStayInAFolderWhichIsNotTheOneMeantMovesNothing)
+{
+    const TrashHouse house;
+    const FileURL root = house.url("home/root");
+    const FileURL x(house.directory().fileWith("home/root/x", "another's"));
+    MoveBatch batch;
+    batch.stayIn(root, [] { return false; });
+    const auto refused = std::make_error_code(std::errc::no_such_file_or_directory);
+    EXPECT_EQ(errorOf([&] { batch.requireRoot(); }), refused);
+    EXPECT_EQ(errorOf([&] {
+                  moveItem(x, house.url("home/root/y"), {root, std::nullopt, &batch});
+              }),
+              refused);
+    EXPECT_TRUE(stands(x.path()));
+}
+
+TEST(MoveBatch, thatStaysInTheFolderThatWasMeantRefusesTheOneThatComesRightAfterTheQuestion)
+{
+    const TrashHouse house;
+    const FileURL root = house.url("home/root");
+    const FileURL x(house.directory().fileWith("home/root/x", "one"));
+    MoveBatch batch;
+    batch.stayIn(root, [&] {
+        fs::rename(root.path(), house.path("home/former"));
+        house.directory().fileWith("home/root/x", "another's");
+        return true;
+    });
+    EXPECT_EQ(errorOf([&] {
+                  moveItem(x, house.url("home/root/y"), {root, std::nullopt, &batch});
+              }),
+              std::make_error_code(std::errc::no_such_file_or_directory));
+    EXPECT_TRUE(stands(x.path()));
+}
+
 TEST(MoveBatch, thatStaysInAFolderMovesThereAgainWhenItIsBack)
 {
     SwappedRoot swapped;
