@@ -6,7 +6,9 @@ add_library(gruk_app_test_support STATIC
     support/accessible_tree.cpp
     support/fake_tray.cpp
     support/lost_midway.cpp
+    support/lost_moments.cpp
     support/lost_operations.cpp
+    support/lost_ways.cpp
     support/model_house.cpp
     support/patrol_page_house.cpp
     support/screen_house.cpp)
@@ -30,6 +32,7 @@ gruk_add_tests(gruk_app_tests
     app/model/app_model_grant_lost_midway_test.cpp
     app/model/app_model_grants_test.cpp
     app/model/app_model_history_test.cpp
+    app/model/app_model_look_lost_midway_test.cpp
     app/model/app_model_lost_access_test.cpp
     app/model/app_model_patrol_lost_midway_test.cpp
     app/model/app_model_patrol_test.cpp

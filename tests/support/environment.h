@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -35,5 +36,12 @@ private:
     std::string name_;
     std::optional<std::string> former_;
 };
+
+/// Puts temporary directories into memory as long as it lives, where there is room: for tests that
+/// set up and take down thousands of them.
+[[nodiscard]] inline EnvironmentVariable temporaryFilesInMemory()
+{
+    return {"TMPDIR", std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : "/tmp"};
+}
 
 }  // namespace gruk::test

@@ -7,24 +7,17 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/lost_access.h"
+#include "app/model/app_model.h"
+#include "tests/support/environment.h"
+#include "tests/support/lost_ways.h"
+#include "tests/support/model_house.h"
+#include "tests/support/moments.h"
 
 namespace gruk::test {
 
-/// Where the realm stands, if not simply in the house.
-struct RealmPlace {
-    /// Relative to the house.
-    std::string realm = "Desktop";
-    /// Runs before the realm is made; takes the path of the house.
-    std::function<void(const std::string& house)> prepare = nullptr;
-    /// Runs before the house is taken down.
-    std::function<void()> cleanUp = nullptr;
-    /// May put other collaborators in.
-    std::function<void(ModelCollaborators&)> change = nullptr;
-};
-
-/// A house in which something happens at the n-th call that the services make on the disk from a
-/// certain moment on. Its Desktop is a patrolled realm of five loose files, two of them findings.
+/// A house whose Desktop is a patrolled realm of five loose files, two of them findings, with a
+/// rule that files pictures. It can go at each step that an operation makes on the disk: at each
+/// look at its bookmark and at each call of a service.
 class LostMidway {
 public:
     explicit LostMidway(const RealmPlace& place = {});
@@ -32,18 +25,24 @@ public:
     LostMidway(const LostMidway&) = delete;
     LostMidway& operator=(const LostMidway&) = delete;
 
-    /// Lets `happens` run at that call of `operation`; whether it had so many.
-    bool run(std::size_t call, const std::function<void(LostMidway&)>& operation,
-             const std::function<void(LostMidway&)>& happens);
+    /// Lets `happens` run at that step of `operation`; whether it had so many.
+    bool run(std::size_t step, const std::function<void(LostMidway&)>& operation,
+             const std::function<void()>& happens);
 
-    [[nodiscard]] AppModel& model() { return *lost_->house.model; }
-    [[nodiscard]] LostAccess& lost() { return *lost_; }
-    [[nodiscard]] const LostAccess& lost() const { return *lost_; }
+    [[nodiscard]] ModelHouse& house() { return *house_; }
+    [[nodiscard]] AppModel& model() { return *house_->model; }
+    [[nodiscard]] const FileURL& desktop() const { return desktop_; }
+    /// The steps of whatever is at work, for a test that arms them itself.
+    [[nodiscard]] Moments& moments() { return *moments_; }
+
     [[nodiscard]] std::string complaint() { return model().errorMessage().value_or(""); }
     [[nodiscard]] std::string message() { return model().lastActionMessage().value_or(""); }
-
-    /// What was told before the operation, and the files before it and at the loss.
+    /// What was told before the operation.
     [[nodiscard]] const std::string& formerMessage() const { return formerMessage_; }
+
+    /// Every file of the house but the program's own, by name and size; now, before the operation,
+    /// and at the loss.
+    [[nodiscard]] std::multiset<std::string> files() const;
     [[nodiscard]] const std::multiset<std::string>& filesBefore() const { return filesBefore_; }
     [[nodiscard]] const std::multiset<std::string>& filesAtLoss() const { return filesAtLoss_; }
 
@@ -58,38 +57,26 @@ public:
     void undoEverything();
 
 private:
-    void enter();
-    void countAccesses(ModelCollaborators& all);
+    void watchSteps(ModelCollaborators& all);
 
     RealmPlace place_;
-    std::function<void(LostMidway&)> happens_;
-    std::size_t left_ = 0;
-    bool isArmed_ = false;
+    std::shared_ptr<Moments> moments_ = std::make_shared<Moments>();
     bool isPrepared_ = false;
     int openAccesses_ = 0;
     std::string formerMessage_;
     std::multiset<std::string> filesBefore_;
     std::multiset<std::string> filesAtLoss_;
     std::set<std::string> originalPaths_;
-    /// In memory, where there is room: hundreds of houses are set up and taken down.
-    EnvironmentVariable temporary_;
-    std::unique_ptr<LostAccess> lost_;
+    EnvironmentVariable temporary_ = temporaryFilesInMemory();
+    std::unique_ptr<ModelHouse> house_;
+    FileURL desktop_;
 };
 
-/// How a realm is lost.
-struct Loss {
-    RealmPlace place = {};
-    /// The first call at which it comes.
-    std::size_t firstCall = 0;
-    std::function<void(LostMidway&)> happens;
-    /// Runs when the operation has told its sentence; expects that nothing was lost, and gives the
-    /// realm back where it can.
-    std::function<void(LostMidway&)> afterwards;
-};
-
-/// Plays each operation that changes the disk, with the loss at every third of its calls, and
+/// Plays each operation that changes the disk, with the realm going at each of its steps, and
 /// expects the sentences for what it came to, no half-done file, the accesses released and the
-/// program's own files in order. Stops at the first that fails.
-void playLosses(const std::function<Loss()>& makeLoss);
+/// program's own files in order. Stops at the first that fails. `afterwards` runs when the
+/// operation has told its sentence: it expects that nothing was lost, and may give the realm back.
+void playLosses(const MakeGoing& makeGoing,
+                const std::function<void(LostMidway&, const LostWay&)>& afterwards);
 
 }  // namespace gruk::test

@@ -19,8 +19,12 @@ struct LostOperation {
     std::function<void(LostMidway&)> run;
     /// Looks at what is told; to the letter, by what was moved.
     std::function<void(LostMidway&)> check;
-    /// It makes enough calls to be hit so often.
-    std::size_t leastLosses = 4;
+    /// What it complains of when the realm has gone before it; empty where it is silent.
+    std::string withoutAccess = {};
+    /// For so many of its first steps it takes whichever folder stands at the path for the realm.
+    std::size_t goesByPathFor = 0;
+    /// It has enough steps to be hit so often.
+    std::size_t leastLosses = 12;
 };
 
 [[nodiscard]] std::vector<LostOperation> lostOperations();

@@ -3,16 +3,36 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <set>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "tests/support/moves_house.h"
 #include "tests/support/private_mounts.h"
 #include "tests/support/temporary_directory.h"
 
 namespace gruk::test {
+
+/// Makes a folder of somebody else's that looks much like the realm which stood there.
+inline void makeLookAlike(const std::string& folder)
+{
+    std::filesystem::create_directories(folder);
+    for (const char* name : {"/a.png", "/old.dmg"}) {
+        std::ofstream(folder + name) << name;
+    }
+}
+
+/// That nothing was put into it or taken out of it, no record of the program's own either.
+inline void expectUntouchedLookAlike(const std::string& folder)
+{
+    constexpr int itemCount = 2;
+    const std::filesystem::directory_iterator items(folder);
+    EXPECT_EQ(std::distance(begin(items), end(items)), itemCount) << folder;
+    for (const char* name : {"/a.png", "/old.dmg"}) {
+        std::string content;
+        EXPECT_TRUE(std::ifstream(folder + name) >> content) << folder << name;
+        EXPECT_EQ(content, name) << folder;
+    }
+}
 
 /// A disk with the realm in it, which can be pulled out at any moment and plugged in again. Where
 /// it was, a bare folder comes to light that looks much like it.
@@ -30,9 +50,7 @@ public:
     void prepare(const std::string& house)
     {
         place_ = house + "/disk";
-        std::filesystem::create_directories(place_ + "/Desktop");
-        std::ofstream(place_ + "/Desktop/a.png") << "not the one on the disk";
-        bare_ = MovesHouse::censusWithPaths(place_);
+        makeLookAlike(place_ + "/Desktop");
         plugIn();
     }
 
@@ -52,18 +70,9 @@ public:
         }
     }
 
-    /// Only while it is out.
-    void expectBareFolderUntouched() const
-    {
-        EXPECT_EQ(MovesHouse::censusWithPaths(place_), bare_);
-        const std::filesystem::directory_iterator folder(place_ + "/Desktop");
-        EXPECT_EQ(std::distance(begin(folder), end(folder)), 1) << "a record of the program's own";
-    }
-
 private:
     TemporaryDirectory disk_;
     std::string place_;
-    std::multiset<std::string> bare_;
     bool isIn_ = false;
 };
 

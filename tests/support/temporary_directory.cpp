@@ -44,7 +44,12 @@ TemporaryDirectory::TemporaryDirectory()
 
 TemporaryDirectory::~TemporaryDirectory()
 {
-    // The tool copes with any depth and any bytes; the library's own removal recurses.
+    std::error_code error;
+    fs::remove_all(path_, error);
+    if (!error) {
+        return;
+    }
+    // The tool copes with any depth; the library's own removal holds each level open.
     const pid_t child = ::fork();
     if (child == 0) {
         ::execlp("rm", "rm", "-rf", "--", path_.c_str(), static_cast<char*>(nullptr));
@@ -118,7 +123,7 @@ std::string TemporaryDirectory::read(std::string_view relative) const
     return content.str();
 }
 
-bool succeedsAsOrdinaryUser(bool (*body)(const TemporaryDirectory&),
+bool succeedsAsOrdinaryUser(const std::function<bool(const TemporaryDirectory&)>& body,
                             const TemporaryDirectory& directory)
 {
     constexpr uid_t nobody = 65534;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -42,7 +43,8 @@ private:
 /// Runs `body` in a child process as an ordinary user when the test runs as root, else in a plain
 /// child process; returns whether it ended with `true`. For tests of permissions: root is refused
 /// nothing.
-[[nodiscard]] bool succeedsAsOrdinaryUser(bool (*body)(const TemporaryDirectory&),
-                                          const TemporaryDirectory& directory);
+[[nodiscard]] bool
+succeedsAsOrdinaryUser(const std::function<bool(const TemporaryDirectory&)>& body,
+                       const TemporaryDirectory& directory);
 
 }  // namespace gruk::test
