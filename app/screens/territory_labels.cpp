@@ -1,193 +1,132 @@
 #include "app/screens/territory_labels.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
-#include <utility>
-
-#include <QRectF>
+#include <vector>
 
 namespace gruk {
 
 namespace {
 
 /// How far above and below the anchor the two lines are centred.
-constexpr double nameAbove = 6;
-constexpr double sizeBelow = 7;
-/// How far a drawn border may run inside the cells that it goes around, in cells: what the wobble
-/// and the smoothing take off a corner.
-constexpr double borderReach = 0.25;
-/// Land of fewer cells is a dot, which carries no name.
-constexpr int smallestNamedLand = 12;
+constexpr int nameAbove = 6;
+constexpr int sizeBelow = 7;
+/// The land that a label needs around its ink, in pixels, since text is drawn on whole ones.
+constexpr double leastAround = 0.5;
+/// The land that a label has around it where there is that much.
+constexpr double goodAround = 3;
+constexpr double far = std::numeric_limits<double>::infinity();
 
-int below(double edge)
-{
-    return static_cast<int>(std::floor(edge));
-}
+/// What has to be in the land, about a point so many pixels below the middle of a label.
+struct Box {
+    QRectF ink;
+    int below = 0;
+};
+using Boxes = std::vector<Box>;
 
-int above(double edge)
-{
-    return static_cast<int>(std::ceil(edge));
-}
+/// The land that is searched, and how much of it a label is to have around it.
+struct Land {
+    const TerritoryRoom& room;
+    std::size_t territory = 0;
+    double around = 0;
+};
 
-/// The room that a label takes, about its anchor.
-QRectF boxOf(const TerritoryLabelSize& size, bool hasSize)
+/// Where the middle of a label may stand, in its row at `y`, for a box to be in the land.
+std::vector<FreeStretch> middles(const Land& land, const Box& box, double y)
 {
-    const QRectF name(-size.name.width() / 2, -size.name.height() / 2, size.name.width(),
-                      size.name.height());
-    if (!hasSize) {
-        return name;
+    const QRectF ink = box.ink.adjusted(-land.around, -land.around, land.around, land.around)
+                           .translated(0, y + box.below);
+    std::vector<FreeStretch> stretches = land.room.free(land.territory, ink.top(), ink.bottom());
+    for (FreeStretch& stretch : stretches) {
+        stretch = {stretch.left - ink.left(), stretch.right - ink.right()};
     }
-    return name.translated(0, -nameAbove)
-        .united(QRectF(-size.size.width() / 2, sizeBelow - size.size.height() / 2,
-                       size.size.width(), size.size.height()));
+    std::erase_if(stretches,
+                  [](const FreeStretch& stretch) { return stretch.right < stretch.left; });
+    return stretches;
 }
 
-/// Looks for room in one territory.
-class Room {
-public:
-    Room(const TerritoryMap& map, std::size_t territory, double side)
-        : map_(map), territory_(static_cast<std::uint32_t>(territory)),
-          scale_(side / mapResolution), anchor_(map.territories.at(territory).anchor)
-    {
+std::vector<FreeStretch> inBoth(const std::vector<FreeStretch>& some,
+                                const std::vector<FreeStretch>& others)
+{
+    std::vector<FreeStretch> both;
+    for (const FreeStretch& one : some) {
+        for (const FreeStretch& other : others) {
+            const FreeStretch range{std::max(one.left, other.left),
+                                    std::min(one.right, other.right)};
+            if (range.left <= range.right) {
+                both.push_back(range);
+            }
+        }
     }
+    return both;
+}
 
-    /// The place nearest to the anchor about which there is room for `box`, in pixels.
-    [[nodiscard]] std::optional<QPointF> nearest(const QRectF& box) const
-    {
-        const QRectF cells(box.topLeft() / scale_, box.size() / scale_);
-        const QRectF wanted = cells.adjusted(-borderReach, -borderReach, borderReach, borderReach);
-        std::optional<QPointF> best;
-        double least = std::numeric_limits<double>::infinity();
-        const auto consider = [&](const QPointF& at) {
-            const double distance = std::hypot(at.x() - anchor_.x, at.y() - anchor_.y);
-            if (distance < least && isOwn(wanted.translated(at))) {
-                best = at;
+/// The place for the middle of a label in its row at `y` that is nearest to `wanted`.
+std::optional<double> nearestInRow(const Land& land, const Boxes& boxes, double y, double wanted)
+{
+    std::vector<FreeStretch> places = middles(land, boxes.front(), y);
+    for (std::size_t index = 1; index < boxes.size() && !places.empty(); ++index) {
+        places = inBoth(places, middles(land, boxes[index], y));
+    }
+    double nearest = far;
+    for (const FreeStretch& place : places) {
+        const double x = std::clamp(wanted, place.left, place.right);
+        nearest = std::abs(x - wanted) < std::abs(nearest - wanted) ? x : nearest;
+    }
+    return places.empty() ? std::nullopt : std::optional(nearest);
+}
+
+/// The place for the middle of a label that is nearest to the anchor, whole pixels above or below
+/// it.
+std::optional<QPointF> nearest(const Land& land, const Boxes& boxes)
+{
+    const QPointF& anchor = land.room.anchor(land.territory);
+    const QRect& bounds = land.room.bounds(land.territory);
+    const double farthest = std::max(anchor.y() - bounds.top(), bounds.bottom() + 1 - anchor.y());
+    std::optional<QPointF> best;
+    double least = far;
+    for (int away = 0; away <= farthest && away < least; ++away) {
+        for (const double y : {anchor.y() - away, anchor.y() + away}) {
+            const auto x = nearestInRow(land, boxes, y, anchor.x());
+            const double distance = x ? std::hypot(*x - anchor.x(), away) : far;
+            if (distance < least) {
+                best = QPointF(*x, y);
                 least = distance;
             }
-        };
-        consider({anchor_.x, anchor_.y});
-        if (best) {
-            return *best * scale_;
-        }
-        forEachPlace(consider);
-        return best ? std::optional(*best * scale_) : std::nullopt;
-    }
-
-    /// The place in the land about which the least of `box` lies outside it, the nearest to the
-    /// anchor of these.
-    [[nodiscard]] QPointF roomiest(const QRectF& box) const
-    {
-        const QRectF cells(box.topLeft() / scale_, box.size() / scale_);
-        QPointF best;
-        auto least = std::pair(std::numeric_limits<int>::max(), 0.0);
-        forEachPlace([&](const QPointF& at) {
-            const double distance = std::hypot(at.x() - anchor_.x, at.y() - anchor_.y);
-            const std::pair rank(foreignCells(cells.translated(at)), distance);
-            if (rank < least) {
-                best = at;
-                least = rank;
-            }
-        });
-        return best * scale_;
-    }
-
-    [[nodiscard]] bool isDot() const
-    {
-        return std::ranges::count(map_.owners, territory_) < smallestNamedLand;
-    }
-
-private:
-    /// Every quarter of a cell, in its own land.
-    template <typename Consider>
-    void forEachPlace(const Consider& consider) const
-    {
-        constexpr std::array steps = {0.0, 0.25, 0.5, 0.75};
-        for (int index = 0; index < mapResolution * mapResolution; ++index) {
-            if (map_.owners[static_cast<std::size_t>(index)] != territory_) {
-                continue;
-            }
-            for (const double x : steps) {
-                for (const double y : steps) {
-                    consider(QPointF(index / mapResolution + x, index % mapResolution + y));
-                }
-            }
         }
     }
+    return best;
+}
 
-    [[nodiscard]] static bool isOnMap(int x, int y)
-    {
-        return x >= 0 && y >= 0 && x < mapResolution && y < mapResolution;
+std::optional<QPointF> find(const TerritoryRoom& room, std::size_t territory, const Boxes& boxes)
+{
+    const auto least = nearest({room, territory, leastAround}, boxes);
+    if (!least || *least == room.anchor(territory)) {
+        return least;
     }
-
-    [[nodiscard]] bool isOwnCell(int x, int y) const
-    {
-        return isOnMap(x, y)
-               && map_.owners[static_cast<std::size_t>(x * mapResolution + y)] == territory_;
-    }
-
-    /// How much of `cells` is not its own.
-    [[nodiscard]] int foreignCells(const QRectF& cells) const
-    {
-        int count = 0;
-        for (int x = below(cells.left()); x < above(cells.right()); ++x) {
-            for (int y = below(cells.top()); y < above(cells.bottom()); ++y) {
-                // On other land a name can be read better than half in the sea.
-                count += isOwnCell(x, y) ? 0 : isOnMap(x, y) ? 1 : 3;
-            }
-        }
-        return count;
-    }
-
-    [[nodiscard]] bool isOwn(const QRectF& cells) const
-    {
-        for (int x = below(cells.left()); x < above(cells.right()); ++x) {
-            for (int y = below(cells.top()); y < above(cells.bottom()); ++y) {
-                if (!isOwnCell(x, y)) {
-                    return false;
-                }
-            }
-        }
-        return true;
-    }
-
-    const TerritoryMap& map_;
-    std::uint32_t territory_;
-    double scale_;
-    GridPoint anchor_;
-};
+    const auto good = nearest({room, territory, goodAround}, boxes);
+    return good ? good : least;
+}
 
 }  // namespace
 
-std::optional<TerritoryLabelPlace> territoryLabelPlace(const TerritoryMap& map,
-                                                       std::size_t territory,
-                                                       const TerritoryLabelSize& size, double side)
+std::optional<TerritoryLabelPlace>
+territoryLabelPlace(const TerritoryRoom& room, std::size_t territory, const TerritoryLabelInk& ink)
 {
-    if (side <= 0) {
-        return std::nullopt;
-    }
-    const Room room(map, territory, side);
-    for (const bool hasSize : {true, false}) {
-        if (const auto at = room.nearest(boxOf(size, hasSize))) {
-            if (!hasSize) {
-                return TerritoryLabelPlace{*at, std::nullopt};
-            }
+    QRectF size = ink.size;
+    const double gap = size.top() + sizeBelow - (ink.name.bottom() - nameAbove);
+    if (gap >= 0) {
+        // No border runs through between the two.
+        size.setTop(size.top() - gap);
+        if (const auto at = find(room, territory, {{ink.name, -nameAbove}, {size, sizeBelow}})) {
             return TerritoryLabelPlace{*at - QPointF(0, nameAbove), *at + QPointF(0, sizeBelow)};
         }
     }
-    return std::nullopt;
-}
-
-std::optional<QPointF> crampedNamePlace(const TerritoryMap& map, std::size_t territory,
-                                        const QSizeF& name, double side)
-{
-    if (side <= 0) {
-        return std::nullopt;
+    if (const auto at = find(room, territory, {{ink.name, 0}})) {
+        return TerritoryLabelPlace{*at, std::nullopt};
     }
-    const Room room(map, territory, side);
-    return room.isDot() ? std::nullopt
-                        : std::optional(room.roomiest(boxOf({name, QSizeF()}, false)));
+    return std::nullopt;
 }
 
 }  // namespace gruk

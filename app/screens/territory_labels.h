@@ -1,19 +1,20 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 
 #include <QPointF>
-#include <QSizeF>
-#include <QString>
+#include <QRectF>
 
-#include "app/screens/territory_geometry.h"
+#include "app/screens/territory_room.h"
 
 namespace gruk {
 
-/// The two lines that a territory may carry, as they measure, in the pixels of the map.
-struct TerritoryLabelSize {
-    QSizeF name;
-    QSizeF size;
+/// What is drawn of the two lines that a territory may carry, about the points that they are
+/// centred on, in the pixels of the map.
+struct TerritoryLabelInk {
+    QRectF name;
+    QRectF size;
 };
 
 /// Where the two lines of a territory are centred.
@@ -23,19 +24,12 @@ struct TerritoryLabelPlace {
     std::optional<QPointF> size;
 };
 
-/// Where a territory's label stands on a map that is `side` long, so that it lies in its own land
-/// with everything drawn: about the anchor if it can, else as near to it as there is room. Where
-/// there is room for the name only, it stands alone; where there is none for the name, nothing is
-/// returned. Since no two lands overlap, no two labels do. Pure; any thread.
-[[nodiscard]] std::optional<TerritoryLabelPlace> territoryLabelPlace(const TerritoryMap& map,
-                                                                     std::size_t territory,
-                                                                     const TerritoryLabelSize& size,
-                                                                     double side);
-
-/// Where the name of a land stands that has no room for any: in the land, where the least of it
-/// lies outside, and as near to the anchor as that allows. None for a land that is a mere dot.
-/// Pure; any thread.
-[[nodiscard]] std::optional<QPointF>
-crampedNamePlace(const TerritoryMap& map, std::size_t territory, const QSizeF& name, double side);
+/// Where the label of a territory stands, so that all that is drawn of it lies in its own land as
+/// that is painted: about the anchor if it can, else as near to it as there is room, with some land
+/// around it where there is that much. Where there is room for the name only, it stands alone;
+/// where there is none for the name, nothing is returned. Since no two lands overlap, no two labels
+/// do. Pure; any thread.
+[[nodiscard]] std::optional<TerritoryLabelPlace>
+territoryLabelPlace(const TerritoryRoom& room, std::size_t territory, const TerritoryLabelInk& ink);
 
 }  // namespace gruk

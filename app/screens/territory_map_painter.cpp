@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include <QFontMetricsF>
 #include <QPainter>
+#include <QTextBoundaryFinder>
 
 #include "app/screens/territory_copy.h"
 #include "app/theme/card_painter.h"
@@ -15,50 +17,80 @@ namespace gruk {
 namespace {
 
 /// How long a name may be on the map, the longest first.
-constexpr std::array nameWidths = {200.0, 140.0, 100.0, 72.0, 52.0};
+constexpr std::array nameWidths = {200.0, 140.0, 100.0, 72.0, 52.0, 40.0};
+/// And then its first letters only.
+constexpr std::array fewLetters = {4, 3, 2};
+/// How many of these, from the longest, tell so much that the name alone is not worth more than its
+/// next shorter form with the size.
+constexpr std::size_t worthTheSize = 5;
 constexpr double highlightWidth = 2.5;
 constexpr int captionWidth = 260;
 
-}  // namespace
+/// The first letters of a name, as readers count letters. The whole name if it is no longer than
+/// that with the mark of what is left out.
+QString beginningOf(const QString& name, int letters)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
+    qsizetype end = 0;
+    for (int letter = 0; letter <= letters; ++letter) {
+        if (finder.toNextBoundary() < 0 || finder.position() == name.size()) {
+            return name;
+        }
+        end = letter < letters ? finder.position() : end;
+    }
+    return name.first(end) + QChar(0x2026);
+}
 
-std::optional<TerritoryLabel> territoryLabel(const TerritoryMap& map, std::size_t territory,
-                                             const RealmSummary& realm, double side,
-                                             const Theme& theme)
+/// What a name may be shortened to, the longest first: to what leaves enough of it, so that the
+/// size is worth it, and then to less. Made when they are asked for, since most names fit whole.
+QString formOf(const QString& name, std::size_t number, const QFontMetricsF& metrics)
+{
+    return number < nameWidths.size()
+               ? metrics.elidedText(name, Qt::ElideMiddle, nameWidths[number])
+               : beginningOf(name, fewLetters.at(number - nameWidths.size()));
+}
+
+std::optional<TerritoryLabel> labelIn(const TerritoryRoom& room, std::size_t territory,
+                                      const RealmSummary& realm, const Theme& theme)
 {
     const QString name = displayName(realm.displayName);
     const QFontMetricsF metrics(landFont(theme, LandLine::name));
+    const QString size = TerritoryCopy::size(realm);
+    const QRectF sizeInk = landTextInk(theme, LandLine::size, size);
     std::optional<TerritoryLabel> alone;
-    TerritoryLabel label;
-    label.size = TerritoryCopy::size(realm);
-    for (const double width : nameWidths) {
-        const QString shortened = metrics.elidedText(name, Qt::ElideMiddle, width);
-        if (shortened == label.name) {
+    QString former;
+    for (std::size_t number = 0; number < nameWidths.size() + fewLetters.size(); ++number) {
+        if (alone && number >= worthTheSize) {
+            break;
+        }
+        const QString form = formOf(name, number, metrics);
+        if (form == former) {
             continue;
         }
-        label.name = shortened;
-        const auto place = territoryLabelPlace(map, territory,
-                                               {landTextSize(theme, LandLine::name, label.name),
-                                                landTextSize(theme, LandLine::size, label.size)},
-                                               side);
-        if (!place) {
-            continue;
+        former = form;
+        const auto place = territoryLabelPlace(room, territory,
+                                               {landTextInk(theme, LandLine::name, form), sizeInk});
+        if (place && place->size) {
+            return TerritoryLabel{form, size, *place, form == name};
         }
-        label.place = *place;
-        label.isWhole = place->size && label.name == name;
-        if (place->size) {
-            return label;
-        }
-        alone = alone ? alone : label;
-    }
-    if (!alone) {
-        const QSizeF room = landTextSize(theme, LandLine::name, label.name);
-        if (const auto at = crampedNamePlace(map, territory, room, side)) {
-            label.place = {*at, std::nullopt};
-            label.isWhole = false;
-            return label;
+        if (place && !alone) {
+            alone = TerritoryLabel{form, size, *place, false};
         }
     }
     return alone;
+}
+
+}  // namespace
+
+TerritoryLabels territoryLabels(const TerritoryMap& map, const std::vector<RealmSummary>& summaries,
+                                double side, const Theme& theme)
+{
+    const TerritoryRoom room(map, side);
+    TerritoryLabels labels;
+    for (std::size_t index = 0; index < map.territories.size(); ++index) {
+        labels.push_back(labelIn(room, index, summaries.at(map.territories[index].summary), theme));
+    }
+    return labels;
 }
 
 void paintTerritories(QPainter& painter, const TerritoryMap& map,

@@ -3,6 +3,8 @@
 #include <optional>
 #include <vector>
 
+#include <QString>
+
 #include "app/screens/territory_geometry.h"
 #include "app/screens/territory_labels.h"
 #include "app/theme/theme.h"
@@ -20,14 +22,14 @@ struct TerritoryLabel {
     bool isWhole = false;
 };
 
-/// The label of a territory on a map that is `side` long. A name that is too long for its land is
-/// shortened in its middle; none is written on a land that is a mere dot.
-[[nodiscard]] std::optional<TerritoryLabel> territoryLabel(const TerritoryMap& map,
-                                                           std::size_t territory,
-                                                           const RealmSummary& realm, double side,
-                                                           const Theme& theme);
-
+/// One a territory; none for land without room for as much as the first letters of its name.
 using TerritoryLabels = std::vector<std::optional<TerritoryLabel>>;
+
+/// The labels of a map that is `side` long. A name that is too long for its land is shortened, in
+/// its middle while that leaves enough of it, else to its first letters, two of them at least.
+[[nodiscard]] TerritoryLabels territoryLabels(const TerritoryMap& map,
+                                              const std::vector<RealmSummary>& summaries,
+                                              double side, const Theme& theme);
 
 /// Paints all land with its borders and labels, from the origin of `painter`.
 void paintTerritories(QPainter& painter, const TerritoryMap& map,

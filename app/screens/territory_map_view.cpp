@@ -180,10 +180,7 @@ QSize TerritoryMapView::minimumSizeHint() const
 
 void TerritoryMapView::placeLabels()
 {
-    labels_.clear();
-    for (std::size_t index = 0; index < map_.territories.size(); ++index) {
-        labels_.push_back(territoryLabel(map_, index, realmOf(index), land().width(), theme_));
-    }
+    labels_ = territoryLabels(map_, summaries_, land().width(), theme_);
 }
 
 void TerritoryMapView::forgetPicture()

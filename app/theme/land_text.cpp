@@ -1,7 +1,10 @@
 #include "app/theme/land_text.h"
 
+#include <algorithm>
+
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QPainterPath>
 
 namespace gruk {
 
@@ -13,6 +16,12 @@ constexpr double sizeStrength = 0.85;
 /// The outline is the text itself, moved by a pixel in each of the eight directions.
 constexpr int outline = 1;
 
+/// Where the base line of a text begins, from the point that it is centred on.
+QPointF startOf(const QFontMetricsF& metrics, const QString& text)
+{
+    return {-metrics.horizontalAdvance(text) / 2, (metrics.ascent() - metrics.descent()) / 2};
+}
+
 }  // namespace
 
 QFont landFont(const Theme& theme, LandLine line)
@@ -22,10 +31,19 @@ QFont landFont(const Theme& theme, LandLine line)
     return font;
 }
 
-QSizeF landTextSize(const Theme& theme, LandLine line, const QString& text)
+QRectF landTextInk(const Theme& theme, LandLine line, const QString& text)
 {
-    const QFontMetricsF metrics(landFont(theme, line));
-    return {metrics.horizontalAdvance(text) + 2 * outline, metrics.height() + 2 * outline};
+    const QFont font = landFont(theme, line);
+    const QFontMetricsF metrics(font);
+    QRectF ink = metrics.tightBoundingRect(text);
+    // Marks over and under letters are measured where they would stand by themselves, not where
+    // they were put; their outlines are right, but each is drawn on whole pixels.
+    if (std::ranges::any_of(text, [](QChar character) { return character.isMark(); })) {
+        QPainterPath outlines;
+        outlines.addText(QPointF(), font, text);
+        ink |= outlines.boundingRect().adjusted(-1, -1, 1, 1);
+    }
+    return ink.translated(startOf(metrics, text)).adjusted(-outline, -outline, outline, outline);
 }
 
 void paintLandText(QPainter& painter, const QPointF& centre, const QString& text, LandLine line,
@@ -35,8 +53,7 @@ void paintLandText(QPainter& painter, const QPointF& centre, const QString& text
     const QFont font = landFont(theme, line);
     painter.setFont(font);
     const QFontMetricsF metrics(font);
-    const QPointF start(centre.x() - metrics.horizontalAdvance(text) / 2,
-                        centre.y() + (metrics.ascent() - metrics.descent()) / 2);
+    const QPointF start = centre + startOf(metrics, text);
     painter.setPen(theme.colour(Role::ink));
     for (int dy = -outline; dy <= outline; ++dy) {
         for (int dx = -outline; dx <= outline; ++dx) {

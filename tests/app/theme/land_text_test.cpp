@@ -4,6 +4,8 @@
 #include <utility>
 
 #include <QFontMetricsF>
+#include <QImage>
+#include <QPainter>
 #include <gtest/gtest.h>
 
 #include "tests/support/paint_recorder.h"
@@ -87,6 +89,38 @@ TEST(LandText, isCentredOnItsPoint)
             const double foot = top.start.y() + metrics.descent();
             EXPECT_NEAR((left + right) / 2, centre.x(), 0.01);
             EXPECT_NEAR((head + foot) / 2, centre.y(), 0.01);
+        }
+    }
+}
+
+TEST(LandText, itsInkIsAllThatIsDrawnOfItAndHardlyMore)
+{
+    const Theme theme;
+    for (const LandLine line : {LandLine::name, LandLine::size}) {
+        for (const QString& text :
+             {QStringLiteral("Forest"), QStringLiteral("Qjgy_Å"), QStringLiteral("—"),
+              QStringLiteral("Z\u0308\u0301\u0308\u0301\u0308 a\u0323\u0324\u0323"),
+              QStringLiteral("مستندات"), QStringLiteral("📷 5,2 GB")}) {
+            QImage image(400, 200, QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            QPainter painter(&image);
+            paintLandText(painter, centre, text, line, theme);
+            painter.end();
+            QRect drawn;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    if (image.pixelColor(x, y).alpha() > 0) {
+                        drawn |= QRect(x, y, 1, 1);
+                    }
+                }
+            }
+            const QRectF ink = landTextInk(theme, line, text).translated(centre);
+            constexpr double pixel = 1;
+            EXPECT_TRUE(ink.adjusted(-pixel, -pixel, pixel, pixel).contains(drawn))
+                << text.toStdString();
+            constexpr double hardly = 3;
+            EXPECT_TRUE(QRectF(drawn).adjusted(-hardly, -hardly, hardly, hardly).contains(ink))
+                << text.toStdString();
         }
     }
 }
