@@ -112,7 +112,7 @@ QWidget* SweepView::makeDetail()
     connect(header_, &DetailHeader::tidyRequested, this, &SweepView::tidyDesktop);
     connect(header_, &DetailHeader::settingsRequested, this, &SweepView::settingsRequested);
     connect(header_, &DetailHeader::quitRequested, this, &SweepView::quitRequested);
-    connect(sidebar_, &SidebarView::stashRequested, this, &SweepView::confirmStash);
+    connect(sidebar_, &SidebarView::stashRequested, this, &SweepView::tidyDesktop);
     connect(sidebar_, &SidebarView::organiseRequested, this, &SweepView::organise);
     return detail;
 }
@@ -239,19 +239,11 @@ void SweepView::focusFilter()
 
 void SweepView::tidyDesktop()
 {
-    if (model_.grantedDesktopURL()) {
-        confirmStash();
-    } else {
-        model_.grantDesktop();
-    }
-}
-
-void SweepView::confirmStash()
-{
     const std::optional<Confirmation> question = hoardConfirmation(model_);
     if (!question) {
-        // The Desktop has gone since the sidebar was drawn, which the model has words for.
-        model_.tidyDesktop();
+        // Never granted, or gone since the sidebar was drawn.
+        sidebar_->refresh();
+        model_.grantDesktop();
         return;
     }
     auto* dialog = new ConfirmationDialog(theme_, *question, this);

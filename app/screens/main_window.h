@@ -33,7 +33,7 @@ public:
     void setDetailPage(DetailPage page);
 
     /// Asks before everything on the Desktop goes into one folder; asks for the Desktop first when
-    /// it is no realm yet.
+    /// it is no realm yet, or has gone. Nothing moves without a yes.
     void tidyDesktop();
     void showWalkthrough();
 
@@ -60,7 +60,6 @@ private:
     /// Puts the focus on what is used first of the page.
     void focusPage();
     void focusFilter();
-    void confirmStash();
     void organise(const OrganisePlan& plan, const FileURL& realm);
     [[nodiscard]] bool isAsking() const;
 

@@ -136,7 +136,7 @@ TEST_F(Sidebar, aWellKnownPlaceThatIsARealmIsNoShortcut)
     EXPECT_EQ(house.window->findChildren<RealmRow*>().size(), 3);
 }
 
-TEST_F(Sidebar, stashingADesktopThatHasGoneSaysSo)
+TEST_F(Sidebar, aDesktopThatHasGoneIsAskedForBeforeAnythingIsStashed)
 {
     house.directory.folder("Desktop");
     house.makeRealm("Desktop");
@@ -148,8 +148,10 @@ TEST_F(Sidebar, stashingADesktopThatHasGoneSaysSo)
     std::filesystem::remove_all(house.directory.path("Desktop"));
     stash->click();
     house.settle();
-    EXPECT_TRUE(house.shows(QStringLiteral("Gruk no longer has access to the Desktop. Grant access "
-                                           "again to tidy it.")));
+    ASSERT_EQ(house.panel->requests.size(), 1U);
+    EXPECT_EQ(house.panel->requests[0].prompt, "Grant the Desktop");
+    EXPECT_EQ(house.window->findChild<QWidget*>(QStringLiteral("hoardQuestion")), nullptr);
+    EXPECT_FALSE(house.model->errorMessage());
     EXPECT_NE(house.button(QStringLiteral("Let the Gruk at the Desktop…")), nullptr);
     EXPECT_EQ(house.button(QStringLiteral("Stash it all")), nullptr);
 }
