@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QSessionManager>
 #include <QTimer>
 
 #include "app/desktop/tray_item.h"
@@ -43,6 +44,7 @@ GrukApp::GrukApp(AppModel& model, Theme& theme, std::chrono::milliseconds trayPa
     : model_(model), theme_(theme), trayPatience_(trayPatience)
 {
     QApplication::setQuitOnLastWindowClosed(false);
+    connect(qApp, &QGuiApplication::saveStateRequest, this, &GrukApp::answerSessionManager);
 }
 
 GrukApp::~GrukApp() = default;
@@ -62,6 +64,13 @@ void GrukApp::start(Start start, const ActivationTokens& tokens)
             }
         });
     }
+}
+
+void GrukApp::answerSessionManager(QSessionManager& session) const
+{
+    const bool hasWindow = mainWindow_ && mainWindow_->isVisible();
+    session.setRestartHint(hasWindow ? QSessionManager::RestartIfRunning
+                                     : QSessionManager::RestartNever);
 }
 
 void GrukApp::makeTrayItem()

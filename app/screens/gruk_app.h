@@ -58,6 +58,9 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
+    /// A session that is saved brings the window back at the next login, and no program that had
+    /// none: whether that starts at login, the preferences tell.
+    void answerSessionManager(QSessionManager& session) const;
     void makeTrayItem();
     void drawTrayItem();
     void fillTrayItem();

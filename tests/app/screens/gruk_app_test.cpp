@@ -1,6 +1,7 @@
 #include "app/screens/gruk_app.h"
 
 #include <QApplication>
+#include <QSessionManager>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
@@ -158,6 +159,25 @@ TEST_F(GrukAppTest, tidyingAGrantedDesktopAsksNothingAndShowsNoWindow)
               "Done. 1 items stashed. Your Desktop is yours again.");
     EXPECT_EQ(house.panel->requests.size(), 1U);
     EXPECT_FALSE(showsWindow());
+}
+
+TEST_F(GrukAppTest, aSavedSessionBringsBackTheWindowAndNoProgramThatHadNone)
+{
+    auto* session = qApp->findChild<QSessionManager*>();
+    ASSERT_NE(session, nullptr);
+    const auto hint = [&] {
+        session->setRestartHint(QSessionManager::RestartAnyway);
+        Q_EMIT qApp->saveStateRequest(*session);
+        return session->restartHint();
+    };
+    app.start(GrukApp::Start::inTheBackground, {});
+    EXPECT_EQ(hint(), QSessionManager::RestartNever);
+    app.openMainWindow();
+    EXPECT_EQ(hint(), QSessionManager::RestartIfRunning);
+    app.mainWindow()->showMinimized();
+    EXPECT_EQ(hint(), QSessionManager::RestartIfRunning);
+    app.mainWindow()->close();
+    EXPECT_EQ(hint(), QSessionManager::RestartNever);
 }
 
 }  // namespace gruk
