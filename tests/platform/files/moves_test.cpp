@@ -254,8 +254,9 @@ TEST(Moves, movesPipesAndSocketsWithoutOpeningThem)
 
 TEST(Moves, neverCopiesToAnotherFileSystem)
 {
-    const test::MountedRun run = test::runWithPrivateMounts([]() -> std::string {
-        const TemporaryDirectory directory;
+    // Out here, since it can be removed once nothing is mounted in it.
+    const TemporaryDirectory directory;
+    const test::MountedRun run = test::runWithPrivateMounts([&]() -> std::string {
         test::mountMemory(directory.folder("disk"));
         directory.fileWith("a", "content");
         const auto before = treeRecord(directory.path());
