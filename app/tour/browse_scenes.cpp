@@ -16,8 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::uint64_t megabyte = 1'000'000;
-constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
-constexpr QSize smallSize{Measure::smallestWindowWidth, Measure::smallestWindowHeight};
 constexpr QSize largeSize{1920, 1080};
 constexpr int deepFolders = 14;
 

@@ -24,7 +24,6 @@ constexpr unsigned manyRealms = 50;
 constexpr std::uint64_t kilobyte = 1'024;
 constexpr std::uintmax_t largeStore = 500'000'000;
 constexpr std::chrono::milliseconds longestHold{1'000};
-constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
 /// So tall that the patrol bar, the panel and the findings are in one picture.
 constexpr QSize tallSize{Measure::defaultWindowWidth, 1'300};
 

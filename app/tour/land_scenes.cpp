@@ -23,8 +23,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
-constexpr QSize smallSize{Measure::smallestWindowWidth, Measure::smallestWindowHeight};
 constexpr QSize largeSize{1920, 1080};
 constexpr int manyRealms = 50;
 constexpr int daysOfNeglect = 9;
@@ -103,16 +101,6 @@ void press(QWidget& widget, Qt::Key key)
     QCoreApplication::sendEvent(&widget, &event);
 }
 
-/// As tall as the page is, so that all of it is seen.
-QCoro::Task<> takeWholePage(Tour& tour, Stage& stage, std::string name)
-{
-    const int beyond = pageOf(stage).verticalScrollBar()->maximum();
-    stage.window().resize(usualSize.width(), usualSize.height() + beyond);
-    co_await tour.take(stage, std::move(name));
-    stage.window().resize(usualSize);
-    co_await stage.settle();
-}
-
 QCoro::Task<> takeEmptyMap(Tour& tour, Stage& stage)
 {
     TerritoriesView alone(stage.model(), tour.theme());
@@ -133,7 +121,7 @@ QCoro::Task<> takeCrowdedMap(Tour& tour, Stage& stage)
 {
     co_await growTo(tour, stage.model(), manyRealms);
     co_await stage.settle();
-    co_await takeWholePage(tour, stage, "75-territories-fifty");
+    co_await tour.takeWholePage(stage, "75-territories-fifty");
     auto& map = *stage.window().findChild<TerritoryMapView*>();
     QApplication::setActiveWindow(&stage.window());
     map.setFocus(Qt::TabFocusReason);
@@ -192,7 +180,7 @@ QCoro::Task<> showLand(Tour& tour, Stage& stage)
           std::pair("dusk", AppPaletteTheme::dusk),
           std::pair("woodland", AppPaletteTheme::woodland)}) {
         tour.theme().setPaletteTheme(palette);
-        co_await takeWholePage(tour, stage, std::string("74-territories-") + name);
+        co_await tour.takeWholePage(stage, std::string("74-territories-") + name);
     }
     stage.pool().hold();
     QCoro::Task<> load = model.loadTerritories();

@@ -12,8 +12,6 @@ namespace gruk::tour {
 
 namespace {
 
-constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
-constexpr QSize smallSize{Measure::smallestWindowWidth, Measure::smallestWindowHeight};
 constexpr QSize veryLargeSize{3840, 2160};
 
 QCoro::Task<> showPages(Tour& tour, Stage& stage, std::string palette)

@@ -22,9 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
-constexpr QSize smallSize{Measure::smallestWindowWidth, Measure::smallestWindowHeight};
-
 /// The button that can be seen and is read, or called, as `name`.
 QAbstractButton& named(Stage& stage, const QString& name)
 {
@@ -49,15 +46,6 @@ QMenu& openMenu()
     throw std::runtime_error("no menu is open");
 }
 
-QCoro::Task<> takeAlone(Tour& tour, Stage& stage, QWidget& widget, std::string name)
-{
-    for (const ColourScheme scheme : {ColourScheme::dark, ColourScheme::light}) {
-        tour.setScheme(scheme);
-        co_await stage.repaint();
-        tour.camera().take(widget, name + (scheme == ColourScheme::dark ? "-dark" : "-light"));
-    }
-}
-
 QCoro::Task<> takeMenu(Tour& tour, Stage& stage, QString button, std::string name)
 {
     named(stage, button).click();
@@ -66,7 +54,7 @@ QCoro::Task<> takeMenu(Tour& tour, Stage& stage, QString button, std::string nam
     if (!menu.actions().isEmpty()) {
         menu.setActiveAction(menu.actions().constFirst());
     }
-    co_await takeAlone(tour, stage, menu, std::move(name));
+    co_await tour.takeAlone(stage, menu, std::move(name));
     menu.close();
     co_await stage.repaint();
 }
@@ -79,7 +67,7 @@ QCoro::Task<> showMenus(Tour& tour, Stage& stage)
     co_await stage.settle();
     auto* picker = stage.window().findChild<Picker*>();
     picker->showPopup();
-    co_await takeAlone(tour, stage, *picker->view()->window(), "29-picker");
+    co_await tour.takeAlone(stage, *picker->view()->window(), "29-picker");
     picker->hidePopup();
     named(stage, QStringLiteral("Automations")).click();
     co_await stage.settle();
@@ -93,7 +81,7 @@ QCoro::Task<> showBrowseMenus(Tour& tour, Stage& stage)
     auto* table = stage.window().findChild<BrowseTable*>();
     table->selectAll();
     Q_EMIT table->menuAsked(QPoint());
-    co_await takeAlone(tour, stage, openMenu(), "67-browse-menu");
+    co_await tour.takeAlone(stage, openMenu(), "67-browse-menu");
     openMenu().close();
     fs::path deep = realm.path();
     for (const char* name : {"Projects", "website", "node_modules", "package-0", "lib", "inner"}) {

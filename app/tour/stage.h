@@ -5,12 +5,18 @@
 #include <mutex>
 
 #include <QCoro/QCoroTask>
+#include <QSize>
 
 #include "app/model/app_model.h"
 #include "app/screens/main_window.h"
+#include "app/theme/measures.h"
 #include "app/tour/gated_task_pool.h"
 
 namespace gruk::tour {
+
+/// How large a window is, unless a picture is about its size.
+inline constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
+inline constexpr QSize smallSize{Measure::smallestWindowWidth, Measure::smallestWindowHeight};
 
 /// A gate at which a walk can be made to wait, once it has reported a folder.
 class WalkGate {

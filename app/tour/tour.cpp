@@ -39,8 +39,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int crowdedFindings = 2'000;
-constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
-constexpr QSize smallSize{820, 560};
 constexpr QSize largeSize{1920, 1080};
 constexpr int tallestPage = 6'000;
 constexpr std::pair<const char*, AppPaletteTheme> palettes[] = {
@@ -357,6 +355,15 @@ QCoro::Task<> Tour::takeWholePage(Stage& stage, std::string name)
     co_await take(stage, std::move(name));
     stage.window().resize(usualSize);
     co_await stage.settle();
+}
+
+QCoro::Task<> Tour::takeAlone(Stage& stage, QWidget& widget, std::string name)
+{
+    for (const ColourScheme scheme : {ColourScheme::dark, ColourScheme::light}) {
+        setScheme(scheme);
+        co_await stage.repaint();
+        camera_.take(widget, name + (scheme == ColourScheme::dark ? "-dark" : "-light"));
+    }
 }
 
 Stage Tour::newStage(std::shared_ptr<SnapshotScanner> scanner)

@@ -31,6 +31,9 @@ public:
     QCoro::Task<> take(Stage& stage, std::string name);
     /// The same with the window as tall as its page.
     QCoro::Task<> takeWholePage(Stage& stage, std::string name);
+    /// Takes a picture of something that stands by itself, in light and in dark, while nothing runs
+    /// on but what is held.
+    QCoro::Task<> takeAlone(Stage& stage, QWidget& widget, std::string name);
     void setScheme(ColourScheme scheme);
     /// Another run of the application, with that scanner.
     [[nodiscard]] Stage newStage(std::shared_ptr<SnapshotScanner> scanner);

@@ -25,8 +25,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::uint64_t megabyte = 1'000'000;
-constexpr QSize usualSize{Measure::defaultWindowWidth, Measure::defaultWindowHeight};
-constexpr QSize smallSize{Measure::smallestWindowWidth, Measure::smallestWindowHeight};
 
 /// A folder with loose files of every kind.
 void makeLooseFiles(const fs::path& root)
@@ -40,26 +38,6 @@ void makeLooseFiles(const fs::path& root)
         makeFileOfSize(root / name, 3 * megabyte, 3 * megabyte);
     }
     fs::create_directories(root / "Tool.app");
-}
-
-/// As a desktop does it: by the application's palette, which the theme follows.
-void setDark(bool isDark)
-{
-    QPalette palette;
-    palette.setColor(QPalette::Window, isDark ? Qt::black : Qt::white);
-    palette.setColor(QPalette::WindowText, isDark ? Qt::white : Qt::black);
-    QApplication::setPalette(palette);
-}
-
-/// Takes a picture of something that stands by itself, in dark and in light, while nothing runs on
-/// but what is held.
-QCoro::Task<> takeAlone(Tour& tour, Stage& stage, QWidget& widget, std::string name)
-{
-    for (const bool isDark : {true, false}) {
-        setDark(isDark);
-        co_await stage.repaint();
-        tour.camera().take(widget, name + (isDark ? "-dark" : "-light"));
-    }
 }
 
 /// Paper of that width with `content` on it.
@@ -88,15 +66,15 @@ QCoro::Task<> showPanel(Tour& tour, Stage& stage)
     AppModel& model = stage.model();
     GrukMenuBarView panel(model, tour.theme());
     panel.showAt({}, {});
-    co_await takeAlone(tour, stage, panel, "40-panel");
+    co_await tour.takeAlone(stage, panel, "40-panel");
     stage.pool().hold();
     QCoro::Task<> patrol = model.patrolActiveRealm();
-    co_await takeAlone(tour, stage, panel, "41-panel-patrolling");
+    co_await tour.takeAlone(stage, panel, "41-panel-patrolling");
     stage.pool().release();
     co_await patrol;
     co_await model.showTerritories();
     co_await stage.settle();
-    co_await takeAlone(tour, stage, panel, "42-panel-no-realm");
+    co_await tour.takeAlone(stage, panel, "42-panel-no-realm");
 }
 
 QCoro::Task<> showDesktopSection(Tour& tour, Stage& stage)
@@ -106,7 +84,7 @@ QCoro::Task<> showDesktopSection(Tour& tour, Stage& stage)
     const auto paper =
         onPaper(tour.theme(), section, Measure::sidebarWidth - 2 * Measure::medium + 48);
     fit(*paper);
-    co_await takeAlone(tour, stage, *paper, "43-tidy-without-the-desktop");
+    co_await tour.takeAlone(stage, *paper, "43-tidy-without-the-desktop");
 
     const FileURL desktop = desktopDirectory();
     makeLooseFiles(desktop.path());
@@ -114,11 +92,11 @@ QCoro::Task<> showDesktopSection(Tour& tour, Stage& stage)
     model.setReviewOnly(false);
     co_await stage.settle();
     fit(*paper);
-    co_await takeAlone(tour, stage, *paper, "44-tidy");
+    co_await tour.takeAlone(stage, *paper, "44-tidy");
     model.setReviewOnly(true);
     co_await stage.settle();
     fit(*paper);
-    co_await takeAlone(tour, stage, *paper, "45-tidy-review-only");
+    co_await tour.takeAlone(stage, *paper, "45-tidy-review-only");
     model.setReviewOnly(false);
 
     auto* question =
@@ -175,11 +153,11 @@ QCoro::Task<> showAutomations(Tour& tour, Stage& stage)
     const auto paper = onPaper(tour.theme(), card, Measure::columnWidth);
     co_await stage.settle();
     fit(*paper);
-    co_await takeAlone(tour, stage, *paper, "51-automations");
+    co_await tour.takeAlone(stage, *paper, "51-automations");
     card->findChild<DisclosureButton*>()->setOpen(true);
     co_await stage.settle();
     fit(*paper);
-    co_await takeAlone(tour, stage, *paper, "52-filing-rules");
+    co_await tour.takeAlone(stage, *paper, "52-filing-rules");
     while (model.realmRules(realm).size() < RealmRules::maximumRulesPerRealm) {
         model.addRealmRule(FileKind::other, "Bits and Bobs", false, realm);
     }
@@ -188,7 +166,7 @@ QCoro::Task<> showAutomations(Tour& tour, Stage& stage)
     full->findChild<DisclosureButton*>()->setOpen(true);
     co_await stage.settle();
     fit(*fullPaper);
-    co_await takeAlone(tour, stage, *fullPaper, "53-filing-rules-full");
+    co_await tour.takeAlone(stage, *fullPaper, "53-filing-rules-full");
     model.saveRealmRules({}, realm);
     model.setCadence(PatrolCadence::off, grant);
 }

@@ -49,10 +49,10 @@ private:
     }
 };
 
-/// What is used, or read as a part of something that is used.
-bool isControl(const AccessibleThing& thing)
+/// One that does something when it is pressed.
+bool isPressed(QAccessible::Role role)
 {
-    switch (thing.role) {
+    switch (role) {
     case QAccessible::Button:
     case QAccessible::ButtonDropDown:
     case QAccessible::ButtonMenu:
@@ -60,10 +60,22 @@ bool isControl(const AccessibleThing& thing)
     case QAccessible::RadioButton:
     case QAccessible::ComboBox:
     case QAccessible::EditableText:
+    case QAccessible::Link:
+    case QAccessible::PageTab:
+    case QAccessible::MenuItem:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// What is used, or read as a part of something that is used.
+bool isControl(const AccessibleThing& thing)
+{
+    switch (thing.role) {
     case QAccessible::SpinBox:
     case QAccessible::Slider:
     case QAccessible::Dial:
-    case QAccessible::Link:
     case QAccessible::List:
     case QAccessible::ListItem:
     case QAccessible::Table:
@@ -72,36 +84,14 @@ bool isControl(const AccessibleThing& thing)
     case QAccessible::Cell:
     case QAccessible::ColumnHeader:
     case QAccessible::RowHeader:
-    case QAccessible::PageTab:
     case QAccessible::PageTabList:
-    case QAccessible::MenuItem:
     case QAccessible::ProgressBar:
     case QAccessible::Graphic:
     case QAccessible::Dialog:
     case QAccessible::Heading:
         return true;
     default:
-        return thing.state.focusable;
-    }
-}
-
-/// One that does something when it is pressed, so that it must not be taken for another.
-bool isPressed(const AccessibleThing& thing)
-{
-    switch (thing.role) {
-    case QAccessible::Button:
-    case QAccessible::ButtonDropDown:
-    case QAccessible::ButtonMenu:
-    case QAccessible::CheckBox:
-    case QAccessible::RadioButton:
-    case QAccessible::ComboBox:
-    case QAccessible::EditableText:
-    case QAccessible::Link:
-    case QAccessible::PageTab:
-    case QAccessible::MenuItem:
-        return !thing.state.disabled;
-    default:
-        return false;
+        return isPressed(thing.role) || thing.state.focusable;
     }
 }
 
@@ -123,6 +113,19 @@ QString shown(const AccessibleThing& thing)
         .arg(QLatin1String(role), thing.name, thing.description, thing.widgetClass);
 }
 
+template <typename IsWanted>
+AccessibleThing firstNamed(QWidget& window, const QString& name, const IsWanted& isWanted)
+{
+    const std::vector<AccessibleThing> things = accessibleThings(window);
+    const auto found = std::ranges::find_if(things, [&](const AccessibleThing& thing) {
+        return thing.name == name && isWanted(thing.role);
+    });
+    if (found == things.end()) {
+        throw std::runtime_error("nothing of that role is called " + name.toStdString());
+    }
+    return *found;
+}
+
 }  // namespace
 
 std::vector<AccessibleThing> accessibleThings(QWidget& window)
@@ -132,22 +135,12 @@ std::vector<AccessibleThing> accessibleThings(QWidget& window)
 
 AccessibleThing thingNamed(QWidget& window, const QString& name)
 {
-    for (const AccessibleThing& thing : accessibleThings(window)) {
-        if (thing.name == name) {
-            return thing;
-        }
-    }
-    throw std::runtime_error("nothing is called " + name.toStdString());
+    return firstNamed(window, name, [](QAccessible::Role) { return true; });
 }
 
 AccessibleThing thingNamed(QWidget& window, const QString& name, QAccessible::Role role)
 {
-    for (const AccessibleThing& thing : accessibleThings(window)) {
-        if (thing.name == name && thing.role == role) {
-            return thing;
-        }
-    }
-    throw std::runtime_error("nothing of that role is called " + name.toStdString());
+    return firstNamed(window, name, [&](QAccessible::Role other) { return other == role; });
 }
 
 QStringList namelessControls(QWidget& window)
@@ -181,7 +174,8 @@ QStringList controlsThatSoundAlike(QWidget& window)
     std::set<std::pair<QString, QString>> inRows;
     QString before;
     for (const AccessibleThing& thing : accessibleThings(window)) {
-        if (!isPressed(thing)) {
+        // Not to be taken for another.
+        if (!isPressed(thing.role) || thing.state.disabled) {
             continue;
         }
         const bool isAlike = thing.isInRow ? !inRows.emplace(thing.name, thing.description).second

@@ -1,11 +1,23 @@
 #pragma once
 
+#include <initializer_list>
+
 #include <QAbstractButton>
 #include <QLabel>
 #include <QString>
 #include <QStringList>
 
 namespace gruk::test {
+
+/// What a test expects to be read.
+[[nodiscard]] inline QStringList words(std::initializer_list<const char*> texts)
+{
+    QStringList words;
+    for (const char* text : texts) {
+        words.append(QString::fromUtf8(text));
+    }
+    return words;
+}
 
 /// The texts of every label and button in `widget` that can be seen, whole, in no order.
 [[nodiscard]] inline QStringList wordsIn(const QWidget& widget)

@@ -23,11 +23,13 @@
 #include "app/theme/overlay.h"
 #include "app/theme/text_field.h"
 #include "tests/support/screen_house.h"
+#include "tests/support/widget_words.h"
 
 namespace gruk {
 
 namespace {
 
+using test::buttonIn;
 using test::ScreenHouse;
 
 QWidget* rowOf(const ScreenHouse& house, const char* name)
@@ -51,17 +53,6 @@ ConfirmationDialog* askForRemoval(ScreenHouse& house, QWidget* row)
     return house.window->findChild<ConfirmationDialog*>(QStringLiteral("removalDialog"));
 }
 
-QAbstractButton* buttonIn(const QWidget& widget, const QString& text)
-{
-    for (QAbstractButton* button : widget.findChildren<QAbstractButton*>()) {
-        if (button->text() == text) {
-            return button;
-        }
-    }
-    return nullptr;
-}
-
-/// The button of that name, for one that shows only a picture.
 QAbstractButton* named(const ScreenHouse& house, const char* name)
 {
     for (QAbstractButton* button : house.window->findChildren<QAbstractButton*>()) {

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/model_house.h"
+#include "tests/support/widget_words.h"
 
 namespace gruk {
 
 namespace {
 
 using test::ModelHouse;
+using test::words;
 
 const FileURL home = FileURL::directory("/home/gruk");
 const FileURL disk = FileURL::directory("/media/Old disk");
@@ -31,15 +33,6 @@ QStringList lines(const MenuBarState& state)
         lines.append((entry.isEnabled ? QString() : QStringLiteral("-")) + entry.text);
     }
     return lines;
-}
-
-QStringList words(std::initializer_list<const char*> texts)
-{
-    QStringList words;
-    for (const char* text : texts) {
-        words.append(QString::fromUtf8(text));
-    }
-    return words;
 }
 
 }  // namespace

@@ -19,6 +19,7 @@ namespace {
 
 using test::buttonIn;
 using test::ScreenHouse;
+using test::words;
 using test::wordsIn;
 
 class MenuBarView : public testing::Test {
@@ -54,14 +55,6 @@ protected:
             texts.append(text);
         }
         return texts;
-    }
-    [[nodiscard]] static QStringList words(std::initializer_list<const char*> texts)
-    {
-        QStringList words;
-        for (const char* text : texts) {
-            words.append(QString::fromUtf8(text));
-        }
-        return words;
     }
 
     ScreenHouse house;

@@ -17,6 +17,8 @@ namespace gruk {
 
 namespace {
 
+using test::words;
+
 /// The texts of labels and buttons, realms by their names, from the top; of those side by side the
 /// last.
 QStringList linesOf(const QWidget& sidebar)
@@ -50,15 +52,6 @@ protected:
 
     test::ScreenHouse house;
 };
-
-QStringList words(std::initializer_list<const char*> texts)
-{
-    QStringList words;
-    for (const char* text : texts) {
-        words.append(QString::fromUtf8(text));
-    }
-    return words;
-}
 
 }  // namespace
 

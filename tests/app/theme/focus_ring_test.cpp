@@ -1,106 +1,98 @@
 #include "app/theme/focus_ring.h"
 
-#include <QApplication>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QVBoxLayout>
 #include <gtest/gtest.h>
+
+#include "tests/support/theme_window.h"
 
 namespace gruk {
 
-TEST(FocusRing, showsAroundWhatTheKeyboardReachedAndNotThePointer)
+namespace {
+
+/// A window with a ring and a control that has the focus first.
+class FocusRingTest : public testing::Test {
+protected:
+    [[nodiscard]] static QPushButton* buttonAt(const QRect& place, QWidget* parent)
+    {
+        auto* button = new QPushButton(QStringLiteral("one"), parent);
+        button->setGeometry(place);
+        return button;
+    }
+    void focus(QWidget& widget, Qt::FocusReason reason)
+    {
+        widget.setFocus(reason);
+        window.rest();
+    }
+    /// Where the ring is in `widget`.
+    [[nodiscard]] QRect placeIn(const QWidget* widget) const
+    {
+        return {ring.mapTo(widget, QPoint()), ring.size()};
+    }
+    /// Where the ring belongs that is around what stands there.
+    [[nodiscard]] static QRect around(const QRect& place) { return place.adjusted(-4, -4, 4, 4); }
+
+    test::ThemeWindow window;
+    QPushButton* first = buttonAt({300, 300, 100, 30}, &window);
+    FocusRing& ring = *new FocusRing(window.theme, window);
+};
+
+}  // namespace
+
+TEST_F(FocusRingTest, showsAroundWhatTheKeyboardReachedAndNotThePointer)
 {
-    Theme theme;
-    QWidget window;
-    auto* column = new QVBoxLayout(&window);
-    auto* first = new QPushButton(QStringLiteral("one"));
-    auto* second = new QPushButton(QStringLiteral("two"));
-    column->addWidget(first);
-    column->addWidget(second);
-    auto* ring = new FocusRing(theme, window);
-    window.show();
-    QApplication::setActiveWindow(&window);
-    QApplication::processEvents();
-    EXPECT_FALSE(ring->isVisible() && ring->widget() == nullptr);
+    auto* second = buttonAt({300, 350, 100, 30}, &window);
+    window.begin();
+    EXPECT_FALSE(ring.isVisible() && ring.widget() == nullptr);
 
-    second->setFocus(Qt::TabFocusReason);
-    QApplication::processEvents();
-    EXPECT_EQ(ring->widget(), second);
-    EXPECT_TRUE(ring->isVisible());
-    EXPECT_TRUE(ring->geometry().contains(second->geometry().adjusted(-4, -4, 4, 4)));
+    focus(*second, Qt::TabFocusReason);
+    EXPECT_EQ(ring.widget(), second);
+    EXPECT_TRUE(ring.isVisible());
+    EXPECT_TRUE(ring.geometry().contains(around(second->geometry())));
 
-    first->setFocus(Qt::MouseFocusReason);
-    QApplication::processEvents();
-    EXPECT_EQ(ring->widget(), nullptr);
-    EXPECT_FALSE(ring->isVisible());
+    focus(*first, Qt::MouseFocusReason);
+    EXPECT_EQ(ring.widget(), nullptr);
+    EXPECT_FALSE(ring.isVisible());
 }
 
-TEST(FocusRing, isNotCutOffByAParentThatIsNoWider)
+TEST_F(FocusRingTest, isNotCutOffByAParentThatIsNoWider)
 {
-    Theme theme;
-    QWidget window;
-    window.resize(300, 200);
-    // Has the focus first.
-    new QPushButton(QStringLiteral("zero"), &window);
     auto* narrow = new QWidget(&window);
     narrow->setGeometry(40, 40, 100, 40);
-    auto* button = new QPushButton(QStringLiteral("one"), narrow);
-    button->setGeometry(narrow->rect());
-    auto* ring = new FocusRing(theme, window);
-    window.show();
-    QApplication::setActiveWindow(&window);
-    QApplication::processEvents();
-    button->setFocus(Qt::TabFocusReason);
-    QApplication::processEvents();
-    ASSERT_TRUE(ring->isVisible());
-    const QRect place(ring->mapTo(&window, QPoint()), ring->size());
-    EXPECT_EQ(place, QRect(40, 40, 100, 40).adjusted(-4, -4, 4, 4));
-    EXPECT_EQ(ring->visibleRegion().boundingRect(), ring->rect());
+    auto* button = buttonAt(narrow->rect(), narrow);
+    window.begin();
+    focus(*button, Qt::TabFocusReason);
+    ASSERT_TRUE(ring.isVisible());
+    EXPECT_EQ(placeIn(&window), around({40, 40, 100, 40}));
+    EXPECT_EQ(ring.visibleRegion().boundingRect(), ring.rect());
 }
 
-TEST(FocusRing, followsWhatScrollsAndStaysInItsArea)
+TEST_F(FocusRingTest, followsWhatScrollsAndStaysInItsArea)
 {
-    Theme theme;
-    QWidget window;
-    window.resize(300, 200);
-    new QPushButton(QStringLiteral("zero"), &window);
     auto* area = new QScrollArea(&window);
-    area->setGeometry(window.rect());
+    area->setGeometry(0, 0, 300, 200);
     auto* page = new QWidget;
     page->resize(200, 1'000);
-    auto* button = new QPushButton(QStringLiteral("one"), page);
-    button->setGeometry(20, 150, 100, 30);
+    auto* button = buttonAt({20, 150, 100, 30}, page);
     area->setWidget(page);
-    auto* ring = new FocusRing(theme, window);
-    window.show();
-    QApplication::setActiveWindow(&window);
-    QApplication::processEvents();
-    button->setFocus(Qt::TabFocusReason);
-    QApplication::processEvents();
-    ASSERT_TRUE(ring->isVisible());
-    EXPECT_TRUE(area->viewport()->isAncestorOf(ring));
+    window.begin();
+    focus(*button, Qt::TabFocusReason);
+    ASSERT_TRUE(ring.isVisible());
+    EXPECT_TRUE(area->viewport()->isAncestorOf(&ring));
     area->verticalScrollBar()->setValue(area->verticalScrollBar()->value() + 40);
-    QApplication::processEvents();
-    const QRect place(ring->mapTo(area->viewport(), QPoint()), ring->size());
-    const QRect around(button->mapTo(area->viewport(), QPoint()), button->size());
-    EXPECT_EQ(place, around.adjusted(-4, -4, 4, 4));
+    window.rest();
+    EXPECT_EQ(placeIn(area->viewport()),
+              around({button->mapTo(area->viewport(), QPoint()), button->size()}));
 }
 
-TEST(FocusRing, leavesAloneWhatShowsItsFocusItself)
+TEST_F(FocusRingTest, leavesAloneWhatShowsItsFocusItself)
 {
-    Theme theme;
-    QWidget window;
-    new QPushButton(QStringLiteral("zero"), &window);
-    auto* button = new QPushButton(QStringLiteral("one"), &window);
+    auto* button = buttonAt({300, 350, 100, 30}, &window);
     button->setProperty(showsFocusItself, true);
-    auto* ring = new FocusRing(theme, window);
-    window.show();
-    QApplication::setActiveWindow(&window);
-    QApplication::processEvents();
-    button->setFocus(Qt::TabFocusReason);
-    QApplication::processEvents();
-    EXPECT_EQ(ring->widget(), nullptr);
+    window.begin();
+    focus(*button, Qt::TabFocusReason);
+    EXPECT_EQ(ring.widget(), nullptr);
 }
 
 }  // namespace gruk
