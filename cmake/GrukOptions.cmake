@@ -31,6 +31,8 @@ if(GRUK_SANITIZE)
     target_compile_options(gruk_options INTERFACE
         -fsanitize=${GRUK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(gruk_options INTERFACE -fsanitize=${GRUK_SANITIZE})
+    # Not every compiler says by itself that it sanitizes; tests ask for fewer rounds then.
+    target_compile_definitions(gruk_options INTERFACE GRUK_SANITIZED)
 endif()
 if(GRUK_COVERAGE)
     target_compile_options(gruk_options INTERFACE --coverage)
@@ -39,10 +41,20 @@ endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
-# Has the headers named parsed once for the whole target, where builds are to be quick. Never in the
-# builds of users and developers: there a file that leaves out an include has to fail.
+# Has the headers named parsed once for the whole target, where builds are to be quick. The program's
+# own sources only where that is asked for: a file that leaves out an include has to fail in the
+# builds of users and developers.
 function(gruk_precompile target)
-    if(GRUK_PRECOMPILED_HEADERS)
+    if(GRUK_PRECOMPILED_HEADERS STREQUAL "everywhere")
         target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+endfunction()
+function(gruk_precompile_for_tests target)
+    if(NOT GRUK_PRECOMPILED_HEADERS STREQUAL "nowhere")
+        if(ARGV1 STREQUAL "REUSE_FROM")
+            target_precompile_headers(${target} REUSE_FROM ${ARGV2})
+        else()
+            target_precompile_headers(${target} PRIVATE ${ARGN})
+        endif()
     endif()
 endfunction()

@@ -144,7 +144,7 @@ MoveCalls withoutWaiting()
 
 std::size_t unlessSanitized(std::size_t count)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(GRUK_SANITIZED)
     return count / 10;
 #else
     return count;

@@ -36,10 +36,10 @@ QFileDialog* openDialog(const QWidget& window)
 TEST(FileDialogOpenPanel, asksForOneFolderWithItsWordsAndDoesNotBlock)
 {
     const test::TemporaryDirectory directory;
+    Asked asked;
     QWidget window;
     FileDialogOpenPanel panel;
     panel.setParentWindow(&window);
-    Asked asked;
     asked.by(panel, {"A message.", "Grant Access", directory.url()});
     EXPECT_FALSE(asked.isAnswered);
     const QFileDialog* dialog = openDialog(window);
@@ -55,10 +55,10 @@ TEST(FileDialogOpenPanel, answersWithTheFolderThatWasChosen)
 {
     const test::TemporaryDirectory directory;
     const std::string folder = directory.folder("wanted");
+    Asked asked;
     QWidget window;
     FileDialogOpenPanel panel;
     panel.setParentWindow(&window);
-    Asked asked;
     asked.by(panel, {"", "", directory.url()});
     QFileDialog* dialog = openDialog(window);
     dialog->selectFile(QFile::decodeName(folder.c_str()));
@@ -69,10 +69,10 @@ TEST(FileDialogOpenPanel, answersWithTheFolderThatWasChosen)
 
 TEST(FileDialogOpenPanel, answersWithNoneWhenItIsCancelled)
 {
+    Asked asked;
     QWidget window;
     FileDialogOpenPanel panel;
     panel.setParentWindow(&window);
-    Asked asked;
     asked.by(panel, {});
     openDialog(window)->reject();
     EXPECT_TRUE(asked.isAnswered);
@@ -81,11 +81,11 @@ TEST(FileDialogOpenPanel, answersWithNoneWhenItIsCancelled)
 
 TEST(FileDialogOpenPanel, aSecondRequestWhileItIsOpenEndsWithNone)
 {
+    Asked first;
+    Asked second;
     QWidget window;
     FileDialogOpenPanel panel;
     panel.setParentWindow(&window);
-    Asked first;
-    Asked second;
     first.by(panel, {});
     second.by(panel, {});
     EXPECT_FALSE(first.isAnswered);
@@ -95,8 +95,8 @@ TEST(FileDialogOpenPanel, aSecondRequestWhileItIsOpenEndsWithNone)
 
 TEST(FileDialogOpenPanel, aWindowThatEndsWhileItIsOpenAnswersWithNone)
 {
-    FileDialogOpenPanel panel;
     Asked asked;
+    FileDialogOpenPanel panel;
     {
         QWidget window;
         panel.setParentWindow(&window);

@@ -178,8 +178,8 @@ TEST(ScanEngineThreads, callsOfSeveralThreadsForOneFolderWalkItOnce)
     disk.file("a/x", 10);
     std::vector<DirectoryStats> answers(8);
     {
-        std::vector<std::jthread> threads;
         std::latch start(8);
+        std::vector<std::jthread> threads;
         for (DirectoryStats& answer : answers) {
             threads.emplace_back([&] {
                 start.arrive_and_wait();
