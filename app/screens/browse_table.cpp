@@ -74,6 +74,20 @@ void BrowseTable::dress()
     viewport()->update();
 }
 
+void BrowseTable::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                              const QList<int>& roles)
+{
+    // The view would ask of each row where it lies; of very many only few are seen.
+    const QModelIndex top = indexAt(QPoint(0, 0));
+    const QModelIndex bottom = indexAt(QPoint(0, viewport()->height() - 1));
+    const int first = std::max(topLeft.row(), top.row());
+    const int last =
+        bottom.isValid() ? std::min(bottomRight.row(), bottom.row()) : bottomRight.row();
+    if (first <= last) {
+        QTreeView::dataChanged(topLeft.siblingAtRow(first), bottomRight.siblingAtRow(last), roles);
+    }
+}
+
 std::vector<FileURL> BrowseTable::selectedURLs() const
 {
     std::vector<int> rows;

@@ -36,6 +36,9 @@ public:
     /// Whether the marks turn.
     [[nodiscard]] bool isTurning() const { return timer_.isActive(); }
 
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                     const QList<int>& roles) override;
+
 Q_SIGNALS:
     /// A row is to be opened: by a double click or Return, a folder's by Right too.
     void opened(int row);

@@ -22,22 +22,24 @@ constexpr auto shortestPause = 100ms;
 /// Of the main thread's time, one part in so many goes into catching up.
 constexpr int partOfTime = 20;
 
-/// Where the nodes of `indexes` stand in `nodes`, in the order of `indexes`.
-QModelIndexList placesOf(const QModelIndexList& indexes, const ScanSession::Nodes& before,
-                         const ScanSession::Nodes& now, const ScanNodeModel& model)
+/// Where the nodes of `indexes` stand in `now`, in the order of `indexes`.
+QModelIndexList placesOf(const QModelIndexList& indexes, const ScanSession::Rows& before,
+                         const ScanSession::Rows& now, const ScanNodeModel& model)
 {
     std::unordered_map<const ScanNode*, int> rows;
     for (const QModelIndex& index : indexes) {
-        rows.emplace(before[static_cast<std::size_t>(index.row())].get(), -1);
+        rows.emplace(before[static_cast<std::size_t>(index.row())], -1);
     }
-    for (std::size_t row = 0; row < now.size() && !rows.empty(); ++row) {
-        if (const auto found = rows.find(now[row].get()); found != rows.end()) {
+    std::size_t missing = rows.size();
+    for (std::size_t row = 0; row < now.size() && missing > 0; ++row) {
+        if (const auto found = rows.find(now[row]); found != rows.end()) {
             found->second = static_cast<int>(row);
+            --missing;
         }
     }
     QModelIndexList places;
     for (const QModelIndex& index : indexes) {
-        const int row = rows[before[static_cast<std::size_t>(index.row())].get()];
+        const int row = rows[before[static_cast<std::size_t>(index.row())]];
         places.append(row < 0 ? QModelIndex() : model.index(row, index.column()));
     }
     return places;
@@ -46,8 +48,8 @@ QModelIndexList placesOf(const QModelIndexList& indexes, const ScanSession::Node
 }  // namespace
 
 ScanNodeModel::ScanNodeModel(ScanSession& session, QObject* parent)
-    : QAbstractTableModel(parent), session_(session), rows_(session.displayedNodes()),
-      filterText_(session.filterText()), pause_(shortestPause),
+    : QAbstractTableModel(parent), session_(session), listing_(session.nodes()),
+      rows_(session.displayedNodes()), filterText_(session.filterText()), pause_(shortestPause),
       subscription_(session.subscribe([this](ScanSession::Change change) { follow(change); }))
 {
     timer_.setSingleShot(true);
@@ -191,6 +193,7 @@ void ScanNodeModel::show()
     timer_.stop();
     beginResetModel();
     rows_ = session_.displayedNodes();
+    listing_ = session_.nodes();
     filterText_ = session_.filterText();
     endResetModel();
     Q_EMIT sizesChanged();
@@ -209,9 +212,9 @@ void ScanNodeModel::catchUp()
     timer_.stop();
     QElapsedTimer cost;
     cost.start();
-    const ScanSession::Nodes& nodes = session_.displayedNodes();
-    if (nodes != rows_) {
-        rearrange(nodes);
+    const ScanSession::Rows& rows = session_.displayedNodes();
+    if (rows != rows_) {
+        rearrange(rows);
     } else if (!rows_.empty()) {
         Q_EMIT dataChanged(index(0, sizeColumn), index(rowCount() - 1, sizeColumn));
     }
@@ -221,12 +224,12 @@ void ScanNodeModel::catchUp()
     sinceCaughtUp_.start();
 }
 
-void ScanNodeModel::rearrange(ScanSession::Nodes nodes)
+void ScanNodeModel::rearrange(const ScanSession::Rows& rows)
 {
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const QModelIndexList held = persistentIndexList();
-    const QModelIndexList moved = placesOf(held, rows_, nodes, *this);
-    rows_ = std::move(nodes);
+    const QModelIndexList moved = placesOf(held, rows_, rows, *this);
+    rows_ = rows;
     changePersistentIndexList(held, moved);
     Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }

@@ -53,12 +53,14 @@ private:
     void follow(ScanSession::Change change);
     void show();
     void catchUpSoon();
-    void rearrange(ScanSession::Nodes nodes);
+    void rearrange(const ScanSession::Rows& rows);
     [[nodiscard]] QVariant shownText(const ScanNode& node, int column) const;
     [[nodiscard]] QVariant spokenText(const ScanNode& node, int column) const;
 
     ScanSession& session_;
-    ScanSession::Nodes rows_;
+    /// Keeps what `rows_` borrows until other rows show.
+    ScanSession::Nodes listing_;
+    ScanSession::Rows rows_;
     /// The filter that `rows_` came through.
     std::string filterText_;
     QTimer timer_;

@@ -1,5 +1,6 @@
 #include "core/browse/scan_session.h"
 
+#include <algorithm>
 #include <exception>
 #include <string_view>
 #include <utility>
@@ -12,6 +13,9 @@ namespace gruk {
 namespace {
 
 using Listing = std::vector<FileEntry>;
+
+/// Up to one row in so many is put into its place alone; of more, all are sorted anew.
+constexpr std::size_t fewOf = 8;
 
 /// A folder that cannot be listed shows as an empty one.
 std::shared_ptr<const Listing> listed(const DirectoryReader& listing, const FileURL& url)
@@ -121,12 +125,24 @@ void ScanSession::setFilterText(const std::string& text)
     }
 }
 
-const ScanSession::Nodes& ScanSession::displayedNodes() const
+const ScanSession::Rows& ScanSession::displayedNodes() const
 {
-    if (!isArranged_) {
-        arrange();
-        isArranged_ = true;
+    if (isArranged_ && changedCount_ == 0) {
+        return displayed_;
     }
+    if (!isArranged_ || changedCount_ > order_.size() / fewOf) {
+        arrange();
+    } else {
+        rearrange(
+            order_, hasChanged_, [this](std::uint32_t position) { return keyOf(position); },
+            sortOrder_);
+    }
+    hasChanged_.assign(nodes_.size(), false);
+    changedCount_ = 0;
+    isArranged_ = true;
+    displayed_.resize(order_.size());
+    std::transform(order_.begin(), order_.end(), displayed_.begin(),
+                   [this](std::uint32_t position) { return nodes_[position].get(); });
     return displayed_;
 }
 
@@ -152,8 +168,20 @@ void ScanSession::load()
             aggregateTasks_.walk(nodes_.back());
         }
     }
-    nodesSubscription_ = siblings->subscribe([this](const ScanNode&) { change(Change::node); });
+    // A node's place is its entry's in the listing.
+    nodesSubscription_ = siblings->subscribe([this, listing](const ScanNode& node) {
+        follow(static_cast<std::size_t>(&node.entry() - listing->data()));
+    });
     change(Change::folder);
+}
+
+void ScanSession::follow(std::size_t position)
+{
+    if (isArranged_ && !hasChanged_[position]) {
+        hasChanged_[position] = true;
+        ++changedCount_;
+    }
+    observers_.tell(Change::node);
 }
 
 void ScanSession::change(Change change)
@@ -173,19 +201,22 @@ void ScanSession::arrange() const
     const bool isFiltered = !filterText_.empty();
     const std::vector<std::uint32_t> matches =
         isFiltered ? matching(searchKeys_, filterText_) : std::vector<std::uint32_t>();
-    const auto count = static_cast<std::uint32_t>(isFiltered ? matches.size() : nodes_.size());
-    std::vector<SortKey> rows(count);
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const std::uint32_t position = isFiltered ? matches[i] : i;
-        const ScanNode& node = *nodes_[position];
-        rows[i] = {node.knownSize(), node.entry().dateLastOpened,
-                   nameRanks_.empty() ? 0 : nameRanks_[position]};
+    std::vector<SortKey> rows(isFiltered ? matches.size() : nodes_.size());
+    for (std::uint32_t i = 0; i < rows.size(); ++i) {
+        rows[i] = keyOf(isFiltered ? matches[i] : i);
     }
-    displayed_.clear();
-    displayed_.reserve(count);
-    for (const std::uint32_t row : arranged(rows, sortOrder_)) {
-        displayed_.push_back(nodes_[isFiltered ? matches[row] : row]);
+    order_ = arranged(rows, sortOrder_);
+    if (isFiltered) {
+        std::transform(order_.begin(), order_.end(), order_.begin(),
+                       [&](std::uint32_t row) { return matches[row]; });
     }
+}
+
+SortKey ScanSession::keyOf(std::uint32_t position) const
+{
+    const ScanNode& node = *nodes_[position];
+    return {node.knownSize(), node.entry().dateLastOpened,
+            nameRanks_.empty() ? 0 : nameRanks_[position]};
 }
 
 }  // namespace gruk

@@ -24,6 +24,8 @@ namespace gruk {
 class ScanSession {
 public:
     using Nodes = std::vector<std::shared_ptr<ScanNode>>;
+    /// Some of them, borrowed, in another order.
+    using Rows = std::vector<ScanNode*>;
 
     enum class Change {
         /// Another folder, or the same listed afresh: `currentDirectory`, `nodes`, `breadcrumbs`.
@@ -61,9 +63,10 @@ public:
     void setFilterText(const std::string& text);
 
     /// The nodes whose name contains `filterText`, in the current order. What is returned is true
-    /// now, and stands until the next call after a change. Costs a sort of numbers when something
-    /// changed since the last call, else nothing.
-    [[nodiscard]] const Nodes& displayedNodes() const;
+    /// now, and stands until the next call after a change. Costs a sort of numbers when another
+    /// folder or arrangement was chosen since the last call, little more than a copy of the list
+    /// when a few sizes came, else nothing.
+    [[nodiscard]] const Rows& displayedNodes() const;
 
     /// Calls `function` after every change until the subscription ends.
     [[nodiscard]] Subscription subscribe(std::function<void(Change)> function);
@@ -71,7 +74,9 @@ public:
 private:
     void load();
     void change(Change change);
+    void follow(std::size_t position);
     void arrange() const;
+    [[nodiscard]] SortKey keyOf(std::uint32_t position) const;
 
     DirectoryReader listing_;
     AggregateTasks aggregateTasks_;
@@ -85,8 +90,13 @@ private:
     /// names as they are searched.
     mutable std::vector<std::uint32_t> nameRanks_;
     mutable std::vector<std::string> searchKeys_;
-    mutable Nodes displayed_;
+    /// `displayed_` as places in `nodes_`.
+    mutable std::vector<std::uint32_t> order_;
+    mutable Rows displayed_;
     mutable bool isArranged_ = true;
+    /// The nodes that changed since then, by their places, and how many they are.
+    mutable std::vector<bool> hasChanged_;
+    mutable std::size_t changedCount_ = 0;
 
     ObserverList<Change> observers_;
     /// To the nodes of the current listing.

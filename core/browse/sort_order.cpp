@@ -66,6 +66,21 @@ bool isMoreNeglected(const Neglect& a, const Neglect& b)
     return a.lastOpened < b.lastOpened;
 }
 
+bool isBefore(const SortKey& a, const SortKey& b, SortOrder order)
+{
+    switch (order) {
+    case SortOrder::sizeDescending:
+        return sizeOf(a) > sizeOf(b);
+    case SortOrder::sizeAscending:
+        return sizeOf(a) < sizeOf(b);
+    case SortOrder::oldForgotten:
+        return isMoreNeglected(neglectOf(a), neglectOf(b));
+    case SortOrder::name:
+        return a.nameRank < b.nameRank;
+    }
+    stopProgram("no such order", __FILE__, __LINE__);
+}
+
 }  // namespace
 
 std::string_view rawString(SortOrder order)
@@ -107,6 +122,35 @@ std::vector<std::uint32_t> arranged(std::span<const SortKey> rows, SortOrder ord
             rows, [](const SortKey& row) { return row.nameRank; }, std::less<>());
     }
     stopProgram("no such order", __FILE__, __LINE__);
+}
+
+void rearrange(std::vector<std::uint32_t>& positions, const std::vector<bool>& hasChanged,
+               FunctionRef<SortKey(std::uint32_t)> keyOf, SortOrder order)
+{
+    const auto goesBefore = [&](std::uint32_t a, std::uint32_t b) {
+        const SortKey keyOfA = keyOf(a);
+        const SortKey keyOfB = keyOf(b);
+        if (isBefore(keyOfA, keyOfB, order) || isBefore(keyOfB, keyOfA, order)) {
+            return isBefore(keyOfA, keyOfB, order);
+        }
+        return a < b;
+    };
+    std::vector<std::uint32_t> changed;
+    std::vector<std::uint32_t> others;
+    others.reserve(positions.size());
+    for (const std::uint32_t position : positions) {
+        (hasChanged[position] ? changed : others).push_back(position);
+    }
+    std::sort(changed.begin(), changed.end(), goesBefore);
+    positions.clear();
+    auto next = others.begin();
+    for (const std::uint32_t position : changed) {
+        const auto place = std::lower_bound(next, others.end(), position, goesBefore);
+        positions.insert(positions.end(), next, place);
+        positions.push_back(position);
+        next = place;
+    }
+    positions.insert(positions.end(), next, others.end());
 }
 
 }  // namespace gruk

@@ -9,6 +9,7 @@
 
 #include "platform/foundation/checked_arithmetic.h"
 #include "platform/foundation/date.h"
+#include "platform/foundation/function_ref.h"
 
 namespace gruk {
 
@@ -48,5 +49,11 @@ struct SortKey {
 /// `oldForgotten` has two groups: those of a known size of at least `forgottenFloor`, then all
 /// others. In each, those that were once opened come first, the longest ago before the others.
 [[nodiscard]] std::vector<std::uint32_t> arranged(std::span<const SortKey> rows, SortOrder order);
+
+/// Brings `positions` into that order again after a few of the rows have changed: `hasChanged` says
+/// which, by position, and `keyOf` tells what a row is now. The others must stand in their order;
+/// of equal rows the lower position goes first. Costs little more than a copy of `positions`.
+void rearrange(std::vector<std::uint32_t>& positions, const std::vector<bool>& hasChanged,
+               FunctionRef<SortKey(std::uint32_t)> keyOf, SortOrder order);
 
 }  // namespace gruk

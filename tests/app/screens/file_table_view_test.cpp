@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -34,6 +35,26 @@ QStringList list(std::initializer_list<const char*> texts)
     }
     return result;
 }
+
+/// What a widget paints of itself.
+class PaintedRegion : public QObject {
+public:
+    explicit PaintedRegion(QWidget& widget) { widget.installEventFilter(this); }
+
+    void forget() { region_ = {}; }
+    [[nodiscard]] const QRegion& region() const { return region_; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            region_ += static_cast<QPaintEvent*>(event)->region();
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QRegion region_;
+};
 
 }  // namespace
 
@@ -455,6 +476,35 @@ TEST(FileTableView, marksStandStillUnderReducedMotion)
     house.model->session().open(house.root());
     house.table().viewport()->repaint();
     EXPECT_FALSE(house.table().isTurning());
+}
+
+TEST(FileTableView, ofSizesThatArriveOnlyThoseInViewArePainted)
+{
+    BrowseHouse house;
+    for (int i = 0; i < 100; ++i) {
+        house.directory.file("Forest/many/file " + std::to_string(i), block);
+    }
+    house.model->session().open(house.place("many"));
+    house.rest();
+    const ScanNodeModel& rows = *house.page->findChild<ScanNodeModel*>();
+    BrowseTable& table = house.table();
+    const int inView = table.indexAt(QPoint(0, table.viewport()->height() - 1)).row() + 1;
+    ASSERT_GT(inView, 3);
+    ASSERT_LT(inView, 50);
+    PaintedRegion painted(*table.viewport());
+    const auto changed = [&](int first, int last) {
+        painted.forget();
+        table.dataChanged(rows.index(first, ScanNodeModel::sizeColumn),
+                          rows.index(last, ScanNodeModel::sizeColumn), {});
+        QCoreApplication::processEvents();
+        return painted.region();
+    };
+    EXPECT_TRUE(changed(inView, 99).isEmpty());
+    const QRect third = table.visualRect(rows.index(2, ScanNodeModel::sizeColumn));
+    EXPECT_EQ(changed(2, 2), QRegion(third));
+    const QRegion all = changed(0, 99);
+    EXPECT_TRUE(all.contains(third));
+    EXPECT_TRUE(all.contains(QPoint(third.center().x(), table.viewport()->height() - 1)));
 }
 
 TEST(FileTableView, aPageThatEndsWhileItAsksIsAskedForNothing)

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -448,8 +449,47 @@ TEST_F(ScanSessionTest, displayedNodesIsAtEveryReadWhatARecomputationWouldReturn
     EXPECT_EQ(shown(), (Names{"a", "file"}));
     session->setSortOrder(SortOrder::sizeAscending);
     EXPECT_EQ(shown(), (Names{"file", "a"}));
-    const ScanNode* front = session->displayedNodes().front().get();
-    EXPECT_EQ(session->displayedNodes().front().get(), front);
+    const ScanNode* front = session->displayedNodes().front();
+    EXPECT_EQ(session->displayedNodes().front(), front);
+}
+
+TEST_F(ScanSessionTest, manyRowsAreInTheirOrderAfterEachSizeThatComes)
+{
+    constexpr int folders = 20;
+    for (int i = 0; i < 10 * folders; ++i) {
+        const std::string name = "item " + std::to_string(i);
+        if (i % 10 == 0) {
+            folder(name);
+        } else {
+            tree.file(name, static_cast<Bytes>(i) * 37 % 500);
+        }
+    }
+    session->open(tree.root());
+    settle();
+    session->setFilterText("m 1");
+    std::mt19937 random(20261121);
+    for (const SortOrder order : {SortOrder::sizeDescending, SortOrder::sizeAscending}) {
+        session->setSortOrder(order);
+        for (int step = 0; step < 200; ++step) {
+            const auto name = "item " + std::to_string(random() % folders * 10);
+            node(name)->endComputing(
+                DirectoryStats{.allocated = static_cast<Bytes>(random() % 500)});
+            if (random() % 3 == 0) {
+                continue;
+            }
+            ScanSession::Rows plain;
+            for (const auto& one : session->nodes()) {
+                if (one->entry().name().find("m 1") != std::string::npos) {
+                    plain.push_back(one.get());
+                }
+            }
+            std::stable_sort(plain.begin(), plain.end(), [&](auto* a, auto* b) {
+                return order == SortOrder::sizeAscending ? a->displaySize() < b->displaySize()
+                                                         : a->displaySize() > b->displaySize();
+            });
+            ASSERT_EQ(session->displayedNodes(), plain) << step;
+        }
+    }
 }
 
 TEST(ScanSessionLive, theLiveSessionListsAndWalksTheDisk)

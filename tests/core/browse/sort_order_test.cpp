@@ -116,6 +116,52 @@ TEST(SortOrder, oldForgottenIsWhatAPlainStableSortMakes)
     }
 }
 
+TEST(SortOrder, aFewThatChangedArePutWhereSortingAllAnewWouldPutThem)
+{
+    std::mt19937 random(20261122);
+    const auto anyKey = [&] {
+        SortKey row;
+        if (random() % 4 != 0) {
+            row.size = static_cast<Bytes>(104'857'598 + random() % 4);
+        }
+        if (random() % 3 != 0) {
+            row.lastOpened = Date{static_cast<double>(random() % 5)};
+        }
+        return row;
+    };
+    for (int round = 0; round < 400; ++round) {
+        const SortOrder order = allSortOrders[random() % allSortOrders.size()];
+        std::vector<SortKey> rows(random() % 60);
+        for (std::uint32_t i = 0; i < rows.size(); ++i) {
+            rows[i] = anyKey();
+            rows[i].nameRank = i * 7 % 61;
+        }
+        Positions positions = arranged(rows, order);
+        std::vector<bool> hasChanged(rows.size());
+        for (std::uint32_t i = 0; i < rows.size(); ++i) {
+            if (random() % 5 == 0) {
+                const std::uint32_t rank = rows[i].nameRank;
+                rows[i] = anyKey();
+                rows[i].nameRank = rank;
+                hasChanged[i] = true;
+            }
+        }
+        rearrange(
+            positions, hasChanged, [&](std::uint32_t position) { return rows[position]; }, order);
+        ASSERT_EQ(positions, arranged(rows, order)) << rawString(order);
+    }
+}
+
+TEST(SortOrder, whatChangedButIsNotShownIsNotPutAmongTheRest)
+{
+    const std::vector<SortKey> rows = {{1, {}, 0}, {9, {}, 0}, {5, {}, 0}, {3, {}, 0}};
+    Positions positions = {2, 0};
+    rearrange(
+        positions, {true, true, false, false},
+        [&](std::uint32_t position) { return rows[position]; }, SortOrder::sizeAscending);
+    EXPECT_EQ(positions, (Positions{0, 2}));
+}
+
 TEST(SortOrder, nothingIsArrangedToNothing)
 {
     for (const SortOrder order : allSortOrders) {
