@@ -12,6 +12,7 @@
 #include "app/screens/selection_box.h"
 #include "app/theme/accessible.h"
 #include "app/theme/card_painter.h"
+#include "app/theme/tactile_press.h"
 #include "app/theme/text.h"
 #include "core/patrol/byte_format.h"
 #include "core/patrol/finding_copy.h"
@@ -81,7 +82,8 @@ FindingRow::FindingRow(Theme& theme, const ReviewFinding& finding, bool isOpen, 
       path_(new ElidedLabel(theme, TextStyle::small, Qt::ElideMiddle)),
       disclosure_(new DisclosureButton(theme, QStringLiteral("Why the Gruk flagged this"),
                                        QStringLiteral("Hide why"))),
-      head_(new QWidget(this)), panel_(new QWidget(this))
+      head_(new QWidget(this)), press_(new GrukTactileGroupPress(theme, *head_)),
+      panel_(new QWidget(this))
 {
     const QString name = displayName(finding.url.lastPathComponent());
     setAccessibleName(QStringLiteral("%1, %2, %3")
@@ -116,6 +118,7 @@ void FindingRow::setReviewOnly(bool reviewOnly)
         disclosure_->setFocus(Qt::OtherFocusReason);
     }
     box_->setVisible(!reviewOnly);
+    press_->setPressable(!reviewOnly);
     trash_->setEnabled(!reviewOnly);
     trash_->setText(reviewOnly ? QStringLiteral("Review Only") : QStringLiteral("Move to Trash"));
     trash_->updateGeometry();

@@ -9,10 +9,11 @@
 
 namespace gruk {
 
+class GrukTactileGroupPress;
 class SelectionBox;
 
 /// One finding: what it is, how large, why it is here, on request the evidence, and what can be
-/// done about it. A click anywhere on it ticks its box.
+/// done about it. A click anywhere on it, where its controls are not, presses it and ticks its box.
 class FindingRow : public Row {
     Q_OBJECT
 
@@ -64,6 +65,7 @@ private:
     Button* reveal_ = nullptr;
     Button* trash_ = nullptr;
     QWidget* head_;
+    GrukTactileGroupPress* press_;
     QWidget* panel_;
 };
 

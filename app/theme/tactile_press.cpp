@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include <QAbstractButton>
+#include <QGraphicsEffect>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWidget>
@@ -17,6 +18,32 @@ constexpr double pressedOffset = 1.5;
 /// Of the undamped spring, in radians per second; damped critically, it decays at the same rate.
 constexpr double frequency = 2 * std::numbers::pi / springResponse;
 constexpr double millisecondsInASecond = 1'000;
+
+/// Paints a widget and all in it as a press asks.
+class PressEffect : public QGraphicsEffect {
+public:
+    explicit PressEffect(const GrukTactilePressModifier& press) : press_(press) {}
+
+    [[nodiscard]] QRectF boundingRectFor(const QRectF& source) const override
+    {
+        return source.adjusted(0, 0, pressedOffset, pressedOffset);
+    }
+
+protected:
+    void draw(QPainter* painter) override
+    {
+        QPoint corner;
+        const QPixmap source = sourcePixmap(Qt::LogicalCoordinates, &corner, NoPad);
+        painter->save();
+        painter->setRenderHint(QPainter::SmoothPixmapTransform);
+        press_.apply(*painter, sourceBoundingRect());
+        painter->drawPixmap(corner, source);
+        painter->restore();
+    }
+
+private:
+    const GrukTactilePressModifier& press_;
+};
 
 }  // namespace
 
@@ -50,7 +77,9 @@ GrukTactilePressModifier::GrukTactilePressModifier(Theme& theme, QWidget& widget
 {
     run_.setStartValue(0.0);
     run_.setEndValue(1.0);
-    connect(&run_, &QVariantAnimation::valueChanged, this, [this] { widget_.update(); });
+    connect(&run_, &QVariantAnimation::valueChanged, this, &GrukTactilePressModifier::lookChanged);
+    connect(&run_, &QVariantAnimation::finished, this, &GrukTactilePressModifier::lookChanged);
+    connect(this, &GrukTactilePressModifier::lookChanged, &widget, qOverload<>(&QWidget::update));
     if (source == Source::pointer) {
         widget.installEventFilter(this);
     }
@@ -100,7 +129,7 @@ void GrukTactilePressModifier::setPressed(bool isPressed)
         run_.setDuration(duration);
         run_.start();
     }
-    widget_.update();
+    Q_EMIT lookChanged();
 }
 
 double GrukTactilePressModifier::seconds() const
@@ -124,6 +153,35 @@ void GrukTactilePressModifier::apply(QPainter& painter, const QRectF& bounds) co
     painter.scale(look.scale, look.scale);
     painter.translate(-bounds.center());
     painter.setOpacity(painter.opacity() * look.opacity);
+}
+
+GrukTactileGroupPress::GrukTactileGroupPress(Theme& theme, QWidget& widget)
+    : GrukTactilePressModifier(theme, widget), group_(widget)
+{
+    connect(this, &GrukTactilePressModifier::lookChanged, this, &GrukTactileGroupPress::show);
+}
+
+void GrukTactileGroupPress::setPressable(bool isPressable)
+{
+    if (isPressable) {
+        group_.installEventFilter(this);
+    } else {
+        group_.removeEventFilter(this);
+        setPressed(false);
+    }
+}
+
+void GrukTactileGroupPress::show()
+{
+    // An effect has the group painted into a picture first, so that it is there no longer than
+    // something is to be seen of it.
+    if (look() == PressLook{}) {
+        group_.setGraphicsEffect(nullptr);
+    } else if (group_.graphicsEffect() == nullptr) {
+        group_.setGraphicsEffect(new PressEffect(*this));
+    } else {
+        group_.graphicsEffect()->update();
+    }
 }
 
 GrukTactileButtonStyle::GrukTactileButtonStyle(Theme& theme, QAbstractButton& button)

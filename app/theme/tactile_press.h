@@ -60,6 +60,10 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+Q_SIGNALS:
+    /// It is to be painted anew, with another look or at rest again.
+    void lookChanged();
+
 protected:
     enum class Source { pointer, caller };
     GrukTactilePressModifier(Theme& theme, QWidget& widget, Source source);
@@ -75,6 +79,23 @@ private:
     bool isPressed_ = false;
     SpringWay way_;
     QVariantAnimation run_;
+};
+
+/// The same for a widget that is made of others, none of them opaque: all that they show is pressed
+/// as one. At rest it costs nothing, so that each of many rows can have it.
+class GrukTactileGroupPress : public GrukTactilePressModifier {
+    Q_OBJECT
+
+public:
+    GrukTactileGroupPress(Theme& theme, QWidget& widget);
+
+    /// Whether the pointer presses it; in the beginning it does.
+    void setPressable(bool isPressable);
+
+private:
+    void show();
+
+    QWidget& group_;
 };
 
 /// The same for a button, also when the keyboard presses it.

@@ -3,6 +3,8 @@
 #include <stdexcept>
 
 #include <QAbstractButton>
+#include <QCoreApplication>
+#include <QMouseEvent>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -57,6 +59,27 @@ void closeSheets(Stage& stage)
     }
 }
 
+/// The pointer's left button goes down or up on the name in that row.
+void pointAt(FindingRow& row, QEvent::Type type)
+{
+    const QPoint onTheName(4 * Measure::huge, Measure::large);
+    const QPointF global = row.mapToGlobal(onTheName);
+    QWidget* receiver = row.childAt(onTheName);
+    QMouseEvent event(type, receiver->mapFromGlobal(global), global, Qt::LeftButton,
+                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                      Qt::NoModifier);
+    QCoreApplication::sendEvent(receiver, &event);
+}
+
+QCoro::Task<> showPress(Tour& tour, Stage& stage)
+{
+    FindingRow* row = stage.window().findChildren<FindingRow*>().at(1);
+    pointAt(*row, QEvent::MouseButtonPress);
+    co_await tour.take(stage, "100-pressed-finding");
+    pointAt(*row, QEvent::MouseButtonRelease);
+    co_await stage.settle();
+}
+
 QCoro::Task<> showSelection(Tour& tour, Stage& stage)
 {
     QAbstractButton* all = buttonWith(stage, QStringLiteral("Select all"));
@@ -66,6 +89,7 @@ QCoro::Task<> showSelection(Tour& tour, Stage& stage)
     co_await stage.settle();
     const auto rows = stage.window().findChildren<FindingRow*>();
     co_await tour.take(stage, "55-selected");
+    co_await showPress(tour, stage);
     for (QAbstractButton* button : rows.first()->findChildren<QAbstractButton*>()) {
         if (button->text() == QStringLiteral("Move to Trash")) {
             button->click();

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTest>
 #include <QVBoxLayout>
 #include <QVariantAnimation>
 #include <gtest/gtest.h>
@@ -87,6 +88,13 @@ struct Page {
     {
         const int top = list->mapFrom(scroll.viewport(), QPoint(0, 0)).y();
         list->showWithin(top, top + scroll.viewport()->height());
+    }
+
+    /// In the scrolling page, on a row's name.
+    [[nodiscard]] QPoint place(const QWidget& row) const
+    {
+        constexpr QPoint onTheName(120, 14);
+        return row.mapTo(&scroll, onTheName);
     }
 
     [[nodiscard]] FindingRow* row(int number) const
@@ -430,6 +438,81 @@ TEST(FindingsList, aFindingOfExactlyEightTenthsConfidenceReadsSolid)
     EXPECT_EQ(lastLine("item1"),
               QStringLiteral("Good evidence, not certainty — worth a glance before anything "
                              "moves."));
+}
+
+TEST(FindingsList, aRowIsPressedWhileThePointerIsDownOnIt)
+{
+    Page page;
+    page.list->setReviewOnly(false);
+    page.show(makeFindings(3));
+    FindingRow* row = page.row(1);
+    const QImage atRest = row->grab().toImage();
+    QTest::mousePress(page.scroll.windowHandle(), Qt::LeftButton, {}, page.place(*row));
+    const QImage pressed = row->grab().toImage();
+    EXPECT_NE(pressed, atRest);
+    // Dragged out and in again it stays pressed, until the pointer is up.
+    QTest::mouseMove(page.scroll.windowHandle(), QPoint(1, 1));
+    EXPECT_EQ(row->grab().toImage(), pressed);
+    QTest::mouseMove(page.scroll.windowHandle(), page.place(*row));
+    EXPECT_EQ(row->grab().toImage(), pressed);
+    QTest::mouseRelease(page.scroll.windowHandle(), Qt::LeftButton, {}, page.place(*row));
+    EXPECT_EQ(row->grab().toImage(), atRest);
+}
+
+TEST(FindingsList, aPressedRowLeavesItsOpenPanelAlone)
+{
+    Page page;
+    page.scroll.resize(600, 600);
+    page.list->setReviewOnly(false);
+    page.show(makeFindings(3));
+    FindingRow* row = page.row(1);
+    row->disclosure()->setOpen(true);
+    QApplication::processEvents();
+    const int top = FindingRow::closedHeight(page.theme) + 2;
+    const QRect panel(0, top, row->width(), row->height() - top);
+    const QImage atRest = row->grab(panel).toImage();
+    QTest::mousePress(page.scroll.windowHandle(), Qt::LeftButton, {}, page.place(*row));
+    EXPECT_EQ(row->grab(panel).toImage(), atRest);
+    QTest::mouseRelease(page.scroll.windowHandle(), Qt::LeftButton, {}, page.place(*row));
+    const QPoint inPanel = row->mapTo(&page.scroll, panel.center());
+    const QImage whole = row->grab().toImage();
+    QTest::mousePress(page.scroll.windowHandle(), Qt::LeftButton, {}, inPanel);
+    EXPECT_EQ(row->grab().toImage(), whole);
+    QTest::mouseRelease(page.scroll.windowHandle(), Qt::LeftButton, {}, inPanel);
+}
+
+TEST(FindingsList, aRowThatAClickDoesNothingToIsNotPressed)
+{
+    Page page;
+    page.list->setReviewOnly(true);
+    page.show(makeFindings(3));
+    FindingRow* row = page.row(1);
+    const QImage atRest = row->grab().toImage();
+    QTest::mousePress(page.scroll.windowHandle(), Qt::LeftButton, {}, page.place(*row));
+    EXPECT_EQ(row->grab().toImage(), atRest);
+    QTest::mouseRelease(page.scroll.windowHandle(), Qt::LeftButton, {}, page.place(*row));
+}
+
+TEST(FindingsList, theControlsOfARowAndTheKeyboardDoNotPressIt)
+{
+    Page page;
+    page.list->setReviewOnly(false);
+    page.show(makeFindings(3));
+    FindingRow* row = page.row(1);
+    for (QWidget* control : row->controls()) {
+        const QPoint middle = control->mapTo(&page.scroll, control->rect().center());
+        QTest::mousePress(page.scroll.windowHandle(), Qt::LeftButton, {}, middle);
+        for (const QWidget* part : row->findChildren<QWidget*>()) {
+            EXPECT_EQ(part->graphicsEffect(), nullptr);
+        }
+        QTest::mouseRelease(page.scroll.windowHandle(), Qt::LeftButton, {}, QPoint(1, 1));
+    }
+    row->controls().front()->setFocus();
+    QTest::keyPress(page.scroll.windowHandle(), Qt::Key_Space);
+    for (const QWidget* part : row->findChildren<QWidget*>()) {
+        EXPECT_EQ(part->graphicsEffect(), nullptr);
+    }
+    QTest::keyRelease(page.scroll.windowHandle(), Qt::Key_Space);
 }
 
 }  // namespace gruk

@@ -5,6 +5,7 @@
 
 #include <QAbstractAnimation>
 #include <QImage>
+#include <QLabel>
 #include <QPainter>
 #include <QPushButton>
 #include <gtest/gtest.h>
@@ -174,6 +175,89 @@ TEST(GrukTactilePressModifier, scalesAboutTheMiddleMovesTowardTheShadowAndPales)
     EXPECT_NEAR(painter.transform().map(QPointF(0, 0)).y(), 3, 1e-9);
     EXPECT_NEAR(painter.opacity(), 0.88, 1e-6);
     painter.end();
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+}
+
+TEST(GrukTactilePressModifier, paintsItsWidgetAnewOnlyWhenItsLookChanges)
+{
+    test::ThemeWindow window;
+    window.theme.setReducedMotion(true);
+    const auto* press = new GrukTactilePressModifier(window.theme, window);
+    window.begin();
+    int changes = 0;
+    QObject::connect(press, &GrukTactilePressModifier::lookChanged, &window, [&] { ++changes; });
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+    EXPECT_EQ(changes, 1);
+    QTest::mouseMove(window.windowHandle(), QPoint(70, 50));
+    QTest::mouseMove(window.windowHandle(), QPoint(900, 900));
+    EXPECT_EQ(changes, 1);
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, QPoint(900, 900));
+    EXPECT_EQ(changes, 2);
+}
+
+TEST(GrukTactileGroupPress, pressesAllThatIsInTheGroupAsOne)
+{
+    test::ThemeWindow window;
+    window.theme.setReducedMotion(true);
+    auto* group = new QWidget(&window);
+    group->setGeometry(100, 100, 200, 100);
+    auto* patch = new QLabel(group);
+    patch->setGeometry(0, 0, 200, 100);
+    QPixmap black(200, 100);
+    black.fill(Qt::black);
+    patch->setPixmap(black);
+    const auto* press = new GrukTactileGroupPress(window.theme, *group);
+    window.begin();
+    const auto lightness = [&](const QPoint& at) {
+        return qGray(window.grab().toImage().pixel(at));
+    };
+    const QImage before = window.grab().toImage();
+    ASSERT_EQ(lightness({101, 150}), 0);
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, QPoint(150, 150));
+    EXPECT_TRUE(press->isPressed());
+    // 0.97 of the width about the middle, and 1.5 to the right: from 104.5 to 298.5, and paler.
+    EXPECT_GT(lightness({103, 150}), 200);
+    EXPECT_GT(lightness({200, 150}), 10);
+    EXPECT_LT(lightness({200, 150}), 60);
+    EXPECT_LT(lightness({296, 150}), 60);
+    EXPECT_GT(lightness({299, 150}), 200);
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, QPoint(150, 150));
+    EXPECT_EQ(window.grab().toImage(), before);
+}
+
+TEST(GrukTactileGroupPress, hasItsPictureOnlyWhileSomethingIsSeenOfIt)
+{
+    test::ThemeWindow window;
+    auto* press = new GrukTactileGroupPress(window.theme, window);
+    window.begin();
+    EXPECT_EQ(window.graphicsEffect(), nullptr);
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+    Clock clock(*press);
+    clock.setMilliseconds(80);
+    EXPECT_NE(window.graphicsEffect(), nullptr);
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+    clock.setMilliseconds(80);
+    EXPECT_NE(window.graphicsEffect(), nullptr);
+    press->findChild<QAbstractAnimation*>()->resume();
+    press->findChild<QAbstractAnimation*>()->setCurrentTime(springMilliseconds);
+    EXPECT_EQ(window.graphicsEffect(), nullptr);
+}
+
+TEST(GrukTactileGroupPress, isNotPressedWhileItMayNotBe)
+{
+    test::ThemeWindow window;
+    auto* press = new GrukTactileGroupPress(window.theme, window);
+    window.begin();
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+    press->setPressable(false);
+    EXPECT_FALSE(press->isPressed());
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+    EXPECT_FALSE(press->isPressed());
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+    press->setPressable(true);
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
+    EXPECT_TRUE(press->isPressed());
     QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, QPoint(50, 50));
 }
 
