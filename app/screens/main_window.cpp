@@ -325,6 +325,26 @@ void SweepView::keyPressEvent(QKeyEvent* event)
     QWidget::keyPressEvent(event);
 }
 
+bool SweepView::focusNextPrevChild(bool next)
+{
+    const QWidget* leaving = focusWidget();
+    if (!QWidget::focusNextPrevChild(next)) {
+        return false;
+    }
+    // A page brings into view what Tab reaches from within it, and nothing that it reaches from
+    // the sidebar or the header.
+    auto* page = qobject_cast<QScrollArea*>(shown_);
+    QWidget* reached = focusWidget();
+    if (page != nullptr && page->isAncestorOf(reached) && !page->isAncestorOf(leaving)) {
+        if (auto* patrol = qobject_cast<GrukPatrolView*>(page)) {
+            patrol->bringIntoView(*reached);
+        } else {
+            page->ensureWidgetVisible(reached);
+        }
+    }
+    return true;
+}
+
 void SweepView::changeEvent(QEvent* event)
 {
     // Whoever comes back to the window may have mounted a disk meanwhile.

@@ -151,6 +151,12 @@ bool GrukPatrolView::focusNextPrevChild(bool next)
     return true;
 }
 
+void GrukPatrolView::bringIntoView(QWidget& control)
+{
+    ensureWidgetVisible(&control);
+    uncover(control);
+}
+
 void GrukPatrolView::followFindings(int by)
 {
     // Who reads the findings is not moved by a message that comes or goes above them, out of view.

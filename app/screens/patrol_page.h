@@ -19,6 +19,9 @@ class GrukPatrolView : public QScrollArea {
 public:
     GrukPatrolView(AppModel& model, Theme& theme, QWidget* parent = nullptr);
 
+    /// Scrolls until one of its controls is in view, with nothing over it.
+    void bringIntoView(QWidget& control);
+
 protected:
     bool focusNextPrevChild(bool next) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -39,6 +39,44 @@ public:
     }
 };
 
+class Ring : public QFocusFrame {
+public:
+    Ring(Theme& theme, QWidget& window) : QFocusFrame(&window), theme_(theme)
+    {
+        auto* style = new RingStyle;
+        style->setParent(this);
+        setStyle(style);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        const bool isHandled = QFocusFrame::eventFilter(watched, event);
+        const bool isMoved = event->type() == QEvent::Move || event->type() == QEvent::Resize;
+        if (isMoved && isHidden() && widget() != nullptr && widget()->isVisible()
+            && parentWidget()->rect().intersects(geometry())) {
+            // The toolkit hides a frame that begins out of view, and leaves it so when what it is
+            // around comes into view.
+            raise();
+            show();
+        }
+        return isHandled;
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const double half = Measure::focusRing / 2.0;
+        const QRectF ring = QRectF(rect()).adjusted(half, half, -half, -half);
+        painter.strokePath(cutPath(ring, buttonCorners),
+                           QPen(theme_.colour(Role::blue), Measure::focusRing));
+    }
+
+private:
+    Theme& theme_;
+};
+
 bool comesFromTheKeyboard(Qt::FocusReason reason, bool keyboardWasLast)
 {
     switch (reason) {
@@ -56,13 +94,19 @@ bool comesFromTheKeyboard(Qt::FocusReason reason, bool keyboardWasLast)
 }  // namespace
 
 FocusRing::FocusRing(Theme& theme, QWidget& window)
-    : QFocusFrame(&window), theme_(theme), window_(window)
+    : QObject(&window), theme_(theme), window_(window)
 {
-    auto* style = new RingStyle;
-    style->setParent(this);
-    setStyle(style);
-    hide();
     qApp->installEventFilter(this);
+}
+
+void FocusRing::surround(QWidget* widget)
+{
+    if (!frame_ && widget != nullptr) {
+        frame_ = new Ring(theme_, window_);
+    }
+    if (frame_) {
+        frame_->setWidget(widget);
+    }
 }
 
 bool FocusRing::eventFilter(QObject* watched, QEvent* event)
@@ -80,20 +124,10 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event)
                 && comesFromTheKeyboard(static_cast<QFocusEvent*>(event)->reason(),
                                         keyboardWasLast_);
             const bool showsItself = focused->property(showsFocusItself).toBool();
-            setWidget(byKeyboard && !showsItself ? focused : nullptr);
+            surround(byKeyboard && !showsItself ? focused : nullptr);
         }
     }
-    return QFocusFrame::eventFilter(watched, event);
-}
-
-void FocusRing::paintEvent(QPaintEvent*)
-{
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const double half = Measure::focusRing / 2.0;
-    const QRectF ring = QRectF(rect()).adjusted(half, half, -half, -half);
-    painter.strokePath(cutPath(ring, buttonCorners),
-                       QPen(theme_.colour(Role::blue), Measure::focusRing));
+    return QObject::eventFilter(watched, event);
 }
 
 }  // namespace gruk

@@ -13,6 +13,7 @@
 #include "app/screens/realm_card.h"
 #include "app/screens/realm_row.h"
 #include "app/screens/sidebar.h"
+#include "app/theme/focus_ring.h"
 #include "tests/support/screen_house.h"
 
 namespace gruk {
@@ -188,6 +189,42 @@ TEST_F(MainWindowFocus, tabGoesThroughTheFoldersAsTheyAreRead)
     }
     ASSERT_EQ(house.window->findChild<BreadcrumbBar*>()->crumbs().size(), 3U);
     expectReadingOrder();
+}
+
+TEST_F(MainWindowFocus, whereverTabGoesItIsInViewWithTheRingAroundIt)
+{
+    makeRealms();
+    house.window->resize(house.window->minimumSize());
+    for (const DetailPage page : {DetailPage::browse, DetailPage::patrol}) {
+        house.window->setDetailPage(page);
+        house.settle();
+        const FocusRing* ring = house.window->findChild<FocusRing*>();
+        const std::size_t all = tabStops().size();
+        // Once more, from the end of the page, which is far down.
+        for (std::size_t i = 0; i < all; ++i) {
+            press(Qt::Key_Tab);
+            const std::string stop = name(focused()).toStdString();
+            EXPECT_FALSE(focused()->visibleRegion().isEmpty()) << stop;
+            if (!focused()->property(showsFocusItself).toBool()) {
+                EXPECT_EQ(ring->widget(), focused()) << stop;
+                ASSERT_NE(ring->frame(), nullptr) << stop;
+                EXPECT_TRUE(ring->frame()->isVisible()) << stop;
+            }
+        }
+    }
+}
+
+TEST_F(MainWindowFocus, shiftTabFromTheSidebarBringsTheEndOfThePageIntoView)
+{
+    makeRealms();
+    house.window->resize(house.window->minimumSize());
+    house.settle();
+    focusOn(tabStops().front());
+    auto* page = qobject_cast<QScrollArea*>(house.window->page());
+    page->verticalScrollBar()->setValue(0);
+    press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_TRUE(isOnThePage());
+    EXPECT_EQ(focused()->visibleRegion().boundingRect(), focused()->rect());
 }
 
 TEST_F(MainWindowFocus, realmsThatComeWhileAPageShowsStandInTheirPlaceForTab)

@@ -28,7 +28,7 @@ protected:
     /// Where the ring is in `widget`.
     [[nodiscard]] QRect placeIn(const QWidget* widget) const
     {
-        return {ring.mapTo(widget, QPoint()), ring.size()};
+        return {ring.frame()->mapTo(widget, QPoint()), ring.frame()->size()};
     }
     /// Where the ring belongs that is around what stands there.
     [[nodiscard]] static QRect around(const QRect& place) { return place.adjusted(-4, -4, 4, 4); }
@@ -44,16 +44,16 @@ TEST_F(FocusRingTest, showsAroundWhatTheKeyboardReachedAndNotThePointer)
 {
     auto* second = buttonAt({300, 350, 100, 30}, &window);
     window.begin();
-    EXPECT_FALSE(ring.isVisible() && ring.widget() == nullptr);
+    EXPECT_EQ(ring.frame(), nullptr);
 
     focus(*second, Qt::TabFocusReason);
     EXPECT_EQ(ring.widget(), second);
-    EXPECT_TRUE(ring.isVisible());
-    EXPECT_TRUE(ring.geometry().contains(around(second->geometry())));
+    EXPECT_TRUE(ring.frame()->isVisible());
+    EXPECT_TRUE(ring.frame()->geometry().contains(around(second->geometry())));
 
     focus(*first, Qt::MouseFocusReason);
     EXPECT_EQ(ring.widget(), nullptr);
-    EXPECT_FALSE(ring.isVisible());
+    EXPECT_FALSE(ring.frame()->isVisible());
 }
 
 TEST_F(FocusRingTest, isNotCutOffByAParentThatIsNoWider)
@@ -63,9 +63,9 @@ TEST_F(FocusRingTest, isNotCutOffByAParentThatIsNoWider)
     auto* button = buttonAt(narrow->rect(), narrow);
     window.begin();
     focus(*button, Qt::TabFocusReason);
-    ASSERT_TRUE(ring.isVisible());
+    ASSERT_TRUE(ring.frame()->isVisible());
     EXPECT_EQ(placeIn(&window), around({40, 40, 100, 40}));
-    EXPECT_EQ(ring.visibleRegion().boundingRect(), ring.rect());
+    EXPECT_EQ(ring.frame()->visibleRegion().boundingRect(), ring.frame()->rect());
 }
 
 TEST_F(FocusRingTest, followsWhatScrollsAndStaysInItsArea)
@@ -78,8 +78,8 @@ TEST_F(FocusRingTest, followsWhatScrollsAndStaysInItsArea)
     area->setWidget(page);
     window.begin();
     focus(*button, Qt::TabFocusReason);
-    ASSERT_TRUE(ring.isVisible());
-    EXPECT_TRUE(area->viewport()->isAncestorOf(&ring));
+    ASSERT_TRUE(ring.frame()->isVisible());
+    EXPECT_TRUE(area->viewport()->isAncestorOf(ring.frame()));
     area->verticalScrollBar()->setValue(area->verticalScrollBar()->value() + 40);
     window.rest();
     EXPECT_EQ(placeIn(area->viewport()),
@@ -93,6 +93,43 @@ TEST_F(FocusRingTest, leavesAloneWhatShowsItsFocusItself)
     window.begin();
     focus(*button, Qt::TabFocusReason);
     EXPECT_EQ(ring.widget(), nullptr);
+}
+
+TEST_F(FocusRingTest, showsAroundWhatComesIntoViewOnlyByItsFocus)
+{
+    auto* area = new QScrollArea(&window);
+    area->setGeometry(0, 0, 300, 200);
+    auto* page = new QWidget;
+    page->resize(200, 1'000);
+    auto* above = buttonAt({20, 20, 100, 30}, page);
+    auto* button = buttonAt({20, 700, 100, 30}, page);
+    area->setWidget(page);
+    window.begin();
+    focus(*above, Qt::TabFocusReason);
+    button->setFocus(Qt::TabFocusReason);
+    area->ensureWidgetVisible(button);
+    window.rest();
+    ASSERT_TRUE(ring.frame()->isVisible());
+    EXPECT_EQ(placeIn(&window), around({button->mapTo(&window, QPoint()), button->size()}));
+}
+
+TEST_F(FocusRingTest, outlivesThePageThatItWasIn)
+{
+    auto* area = new QScrollArea(&window);
+    area->setGeometry(0, 40, 300, 160);
+    auto* button = new QPushButton(QStringLiteral("one"));
+    area->setWidget(button);
+    window.begin();
+    focus(*button, Qt::TabFocusReason);
+    ASSERT_TRUE(area->isAncestorOf(ring.frame()));
+    first->setFocus(Qt::MouseFocusReason);
+    delete area;
+    EXPECT_EQ(ring.widget(), nullptr);
+    auto* next = buttonAt({20, 100, 100, 30}, &window);
+    next->show();
+    focus(*next, Qt::TabFocusReason);
+    EXPECT_EQ(ring.widget(), next);
+    EXPECT_TRUE(ring.frame()->isVisible());
 }
 
 }  // namespace gruk
