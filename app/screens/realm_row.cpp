@@ -73,7 +73,10 @@ void RealmRow::paintEvent(QPaintEvent*)
         paintCard(painter, rect(), theme_);
         const QRectF bar(body.left(), body.top() + Measure::medium, Measure::activeBar,
                          body.height() - 2 * Measure::medium);
-        painter.fillRect(bar, theme_.colour(Role::accent));
+        QPainterPath shape;
+        shape.addRect(bar);
+        painter.fillPath(shape.intersected(cutPath(body, cardCorners)),
+                         theme_.colour(Role::accent));
     } else if (underMouse()) {
         painter.fillPath(cutPath(body, cardCorners), theme_.colour(Role::ink, Strength::shadow));
     }
