@@ -143,8 +143,11 @@ void FindingRow::focusControl(std::size_t control)
 
 int FindingRow::closedHeight(const Theme& theme)
 {
+    // The ring around an action that has the focus lies under the figures, and not on them.
+    constexpr int roomForTheRing = Measure::focusGap + Measure::focusRing;
     return 2 * Measure::small + QFontMetrics(theme.font(TextStyle::bodyStrong)).height()
-           + QFontMetrics(theme.font(TextStyle::small)).height() + Measure::buttonHeight + 1;
+           + QFontMetrics(theme.font(TextStyle::small)).height() + roomForTheRing
+           + Measure::buttonHeight + 1;
 }
 
 int FindingRow::openExtra(const Theme& theme, const ReviewFinding& finding, int width)

@@ -440,6 +440,27 @@ TEST(FindingsList, aFindingOfExactlyEightTenthsConfidenceReadsSolid)
                              "moves."));
 }
 
+TEST(FindingsList, theRingAroundAnActionLiesOnNoFigure)
+{
+    Page page;
+    page.list->setReviewOnly(false);
+    auto findings = std::make_shared<std::vector<ReviewFinding>>(*makeFindings(1));
+    findings->front().byteDelta = 52'000'000;
+    page.show(findings);
+    const FindingRow* row = page.row(0);
+    const auto place = [&](const QWidget& part) {
+        return QRect(part.mapTo(row, QPoint()), part.size());
+    };
+    const auto labels = row->findChildren<QLabel*>();
+    const auto delta = std::ranges::find(labels, QStringLiteral("+52 MB"), &QLabel::text);
+    ASSERT_NE(delta, labels.end());
+    constexpr int ring = Measure::focusGap + Measure::focusRing;
+    for (const QWidget* control : row->controls()) {
+        const QRect around = place(*control).adjusted(-ring, -ring, ring, ring);
+        EXPECT_FALSE(around.intersects(place(**delta))) << control->metaObject()->className();
+    }
+}
+
 TEST(FindingsList, aRowIsPressedWhileThePointerIsDownOnIt)
 {
     Page page;
