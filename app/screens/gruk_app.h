@@ -12,6 +12,8 @@
 #include "app/screens/menu_bar_entries.h"
 #include "app/theme/theme.h"
 
+class QSessionManager;
+
 namespace gruk {
 
 class GrukMenuBarView;
