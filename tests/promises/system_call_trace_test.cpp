@@ -37,6 +37,9 @@ int run(std::vector<std::string> words, const std::string& output)
     if (child == 0) {
         ::setenv("GRUK_SEQUENCES", sequences, 1);
         ::unsetenv("GRUK_PROMISES");
+        // It runs the one test named, whatever part of the program this process is to run.
+        ::unsetenv("GTEST_TOTAL_SHARDS");
+        ::unsetenv("GTEST_SHARD_INDEX");
         // The search for leaks traces the process itself, and only one tracer can.
         const char* const options = std::getenv("ASAN_OPTIONS");
         ::setenv("ASAN_OPTIONS",
