@@ -16,6 +16,12 @@ ActivationTokens ActivationTokens::fromEnvironment()
     return {qEnvironmentVariable(activationVariable), qEnvironmentVariable(startupVariable)};
 }
 
+QString soundToken(const QString& text)
+{
+    constexpr int longestToken = 4'096;
+    return text.size() <= longestToken && !text.contains(QChar(0)) ? text : QString();
+}
+
 void bringForward(QWidget& window, const ActivationTokens& tokens)
 {
     if (!tokens.activationToken.isEmpty()) {

@@ -21,6 +21,10 @@ struct ActivationTokens {
     friend bool operator==(const ActivationTokens&, const ActivationTokens&) = default;
 };
 
+/// A text that someone on the bus calls a token: itself, or empty where it can be none, being
+/// longer than any desktop makes them or holding a NUL.
+[[nodiscard]] QString soundToken(const QString& text);
+
 /// Shows the window, also when it is minimised, and asks the desktop to put it to the front. It is
 /// the desktop's to refuse, most likely without a token. Main thread only.
 void bringForward(QWidget& window, const ActivationTokens& tokens);

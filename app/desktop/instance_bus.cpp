@@ -18,13 +18,9 @@ const QString busName = QStringLiteral("org.freedesktop.DBus");
 const QString tokenKey = QStringLiteral("activation-token");
 const QString startupKey = QStringLiteral("desktop-startup-id");
 
-/// Longer than any desktop makes them.
-constexpr int longestToken = 4'096;
-
 QString tokenOf(const QVariantMap& platformData, const QString& key)
 {
-    const QString token = platformData.value(key).toString();
-    return token.size() <= longestToken && !token.contains(QChar(0)) ? token : QString();
+    return soundToken(platformData.value(key).toString());
 }
 
 ActivationTokens tokensOf(const QVariantMap& platformData)

@@ -2,14 +2,9 @@
 
 #include <utility>
 
+#include "app/desktop/activation.h"
+
 namespace gruk {
-
-namespace {
-
-/// Longer than any desktop makes them.
-constexpr int longestToken = 4'096;
-
-}  // namespace
 
 TrayBusIcon::TrayBusIcon(QString applicationID, QString menuPath, QObject* parent)
     : QObject(parent), applicationID_(std::move(applicationID)), menuPath_(std::move(menuPath))
@@ -61,8 +56,7 @@ void TrayBusIconAdaptor::ContextMenu(int x, int y)
 
 void TrayBusIconAdaptor::ProvideXdgActivationToken(const QString& token)
 {
-    const bool isSound = token.size() <= longestToken && !token.contains(QChar(0));
-    icon_.keepToken(isSound ? token : QString());
+    icon_.keepToken(soundToken(token));
 }
 
 }  // namespace gruk

@@ -19,11 +19,11 @@ namespace gruk {
 
 namespace {
 
-constexpr int barHeight = Measure::buttonHeight;
+constexpr int breadcrumbHeight = Measure::buttonHeight;
 constexpr int widestCrumb = 240;
 /// The rest is the ring's around the crumb that has the focus.
 constexpr int crumbHeight = Measure::smallestTarget;
-constexpr int crumbTop = (barHeight - crumbHeight) / 2;
+constexpr int crumbTop = (breadcrumbHeight - crumbHeight) / 2;
 constexpr int separatorIcon = Measure::medium;
 constexpr int separatorWidth = separatorIcon + Measure::small;
 constexpr CrumbMeasures measures = {separatorWidth, Measure::smallestTarget,
@@ -132,12 +132,12 @@ BreadcrumbBar::BreadcrumbBar(AppModel& model, Theme& theme, QWidget* parent)
 
 QSize BreadcrumbBar::sizeHint() const
 {
-    return {widestCrumb, barHeight};
+    return {widestCrumb, breadcrumbHeight};
 }
 
 QSize BreadcrumbBar::minimumSizeHint() const
 {
-    return {widestCrumb / 2, barHeight};
+    return {widestCrumb / 2, breadcrumbHeight};
 }
 
 std::vector<FileURL> BreadcrumbBar::path() const
@@ -257,7 +257,7 @@ void BreadcrumbBar::paintEvent(QPaintEvent*)
     if (crumbs_.empty()) {
         return;
     }
-    const double inset = (barHeight - Measure::largeIconSize) / 2.0;
+    const double inset = (breadcrumbHeight - Measure::largeIconSize) / 2.0;
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme_.colour(accent()));
     painter.drawRoundedRect(QRectF(0, inset, Measure::bannerBar, Measure::largeIconSize),
@@ -265,7 +265,7 @@ void BreadcrumbBar::paintEvent(QPaintEvent*)
     for (const int left : layout_.separators) {
         drawIcon(painter,
                  QPointF(crumbsLeft + left + (separatorWidth - separatorIcon) / 2.0,
-                         (barHeight - separatorIcon) / 2.0 + 1),
+                         (breadcrumbHeight - separatorIcon) / 2.0 + 1),
                  Icon::chevronRight, theme_.colour(Role::ink, Strength::quiet), separatorIcon);
     }
 }

@@ -8,7 +8,6 @@ namespace gruk {
 
 namespace {
 
-constexpr int artHeight = 96;
 constexpr int longestFilterShown = 40;
 
 }  // namespace
@@ -17,7 +16,7 @@ BrowseEmptyNote::BrowseEmptyNote(Theme& theme, QWidget* parent)
     : QWidget(parent), sentence_(new Label(theme, TextStyle::body))
 {
     auto* gruk = new ArtView(theme, Art::grukStateMap, QString());
-    gruk->setFixedSize(artHeight, artHeight);
+    gruk->setFixedSize(Measure::noteHero, Measure::noteHero);
     sentence_->setObjectName(QStringLiteral("emptySentence"));
     sentence_->setColour(Role::ink, Strength::quiet);
     // What lies on rows would take the colour of their text.

@@ -6,20 +6,9 @@
 #include "app/screens/repaint_once.h"
 #include "app/screens/section_title.h"
 #include "app/theme/accessible.h"
+#include "app/theme/layouts.h"
 
 namespace gruk {
-
-namespace {
-
-QVBoxLayout* columnIn(QWidget* widget, int gap)
-{
-    auto* column = new QVBoxLayout(widget);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(gap);
-    return column;
-}
-
-}  // namespace
 
 DesktopTidySection::DesktopTidySection(AppModel& model, Theme& theme, QWidget* parent)
     : QWidget(parent), model_(model), theme_(theme),

@@ -7,15 +7,16 @@ namespace gruk {
 namespace {
 
 /// In the order of the kinds.
-constexpr std::array names = {"Screenshot", "Image",    "Video",       "Audio",  "PDF",  "Archive",
-                              "Installer",  "Document", "Application", "Folder", "Other"};
-static_assert(names.size() == allFileKinds.size());
+constexpr std::array kindNames = {"Screenshot",  "Image",   "Video",     "Audio",
+                                  "PDF",         "Archive", "Installer", "Document",
+                                  "Application", "Folder",  "Other"};
+static_assert(kindNames.size() == allFileKinds.size());
 
 }  // namespace
 
 QString nameOf(FileKind kind)
 {
-    return QString::fromLatin1(names.at(static_cast<std::size_t>(kind)));
+    return QString::fromLatin1(kindNames.at(static_cast<std::size_t>(kind)));
 }
 
 QString nameInSentence(FileKind kind)

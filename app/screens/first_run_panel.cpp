@@ -6,6 +6,7 @@
 #include "app/screens/repaint_once.h"
 #include "app/theme/accessible.h"
 #include "app/theme/label.h"
+#include "app/theme/layouts.h"
 #include "app/theme/text.h"
 #include "core/patrol/patrol_copy.h"
 
@@ -32,14 +33,6 @@ QLayout* withSymbol(Theme& theme, Icon icon, Label* label)
     return row;
 }
 
-QVBoxLayout* columnIn(QWidget* card)
-{
-    auto* column = new QVBoxLayout(card);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(Measure::small);
-    return column;
-}
-
 }  // namespace
 
 FirstRunPanel::FirstRunPanel(AppModel& model, Theme& theme, QWidget* parent)
@@ -50,7 +43,7 @@ FirstRunPanel::FirstRunPanel(AppModel& model, Theme& theme, QWidget* parent)
         QStringLiteral("Large disks can take a while. An interrupted patrol is discarded, never "
                        "saved as a misleading snapshot."));
     note->setColour(Role::ink, Strength::quiet);
-    QVBoxLayout* column = columnIn(this);
+    QVBoxLayout* column = columnIn(this, Measure::small);
     column->addWidget(
         paragraph(theme, TextStyle::sectionTitle, QStringLiteral("First, Gruk needs a map")));
     column->addWidget(paragraph(
@@ -73,7 +66,7 @@ BaselineNote::BaselineNote(AppModel& model, Theme& theme, QWidget* parent)
     : Card(theme, Measure::cardPadding, parent)
 {
     auto* headline = paragraph(theme, TextStyle::body);
-    QVBoxLayout* column = columnIn(this);
+    QVBoxLayout* column = columnIn(this, Measure::small);
     setAccessibleRole(*this, QAccessible::Notification);
     setAccessibleName(QStringLiteral("First patrol complete."));
     column->addWidget(paragraph(theme, TextStyle::lead, QStringLiteral("First patrol complete.")));

@@ -13,7 +13,7 @@ namespace gruk {
 namespace {
 
 constexpr double barWidth = 28;
-constexpr double barHeight = 3;
+constexpr double metricBarHeight = 3;
 
 }  // namespace
 
@@ -79,9 +79,11 @@ void MetricCard::paintEvent(QPaintEvent* event)
     Card::paintEvent(event);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF bar(contentsRect().left(), contentsRect().top() - barHeight, barWidth, barHeight);
-    painter.fillPath(cutPath(bar, {barHeight, barHeight, barHeight, barHeight}),
-                     theme().colour(colour_));
+    const QRectF bar(contentsRect().left(), contentsRect().top() - metricBarHeight, barWidth,
+                     metricBarHeight);
+    painter.fillPath(
+        cutPath(bar, {metricBarHeight, metricBarHeight, metricBarHeight, metricBarHeight}),
+        theme().colour(colour_));
 }
 
 }  // namespace gruk

@@ -12,14 +12,13 @@ namespace gruk {
 
 namespace {
 
-constexpr double outlineWidth = 1.2;
 constexpr int rowHeight = 40;
-constexpr int dotDiameter = 18;
+constexpr int swatchDot = 18;
 /// How far one dot lies from the next.
 constexpr int dotStep = 22;
 constexpr std::array swatch = {Role::paper, Role::fernDark,   Role::fern, Role::blue,
                                Role::plum,  Role::terracotta, Role::red,  Role::yellow};
-constexpr int swatchWidth = (static_cast<int>(swatch.size()) - 1) * dotStep + dotDiameter;
+constexpr int swatchWidth = (static_cast<int>(swatch.size()) - 1) * dotStep + swatchDot;
 
 }  // namespace
 
@@ -43,14 +42,14 @@ void PaletteRow::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const double half = outlineWidth / 2;
+    const double half = Measure::outline / 2;
     const QRectF body = QRectF(rect()).adjusted(half, half, -half, -half);
     press_->apply(painter, body);
     if (isChecked() || underMouse()) {
         const QPainterPath shape = cutPath(body, buttonCorners);
         painter.fillPath(shape, theme_.colour(Role::paperInset));
         if (isChecked()) {
-            painter.strokePath(shape, QPen(theme_.colour(Role::accent), outlineWidth));
+            painter.strokePath(shape, QPen(theme_.colour(Role::accent), Measure::outline));
         }
     }
     const double middle = body.center().y();
@@ -67,11 +66,11 @@ void PaletteRow::paintEvent(QPaintEvent*)
 
 void PaletteRow::paintSwatch(QPainter& painter) const
 {
-    painter.setPen(QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
+    painter.setPen(QPen(theme_.colour(Role::ink, Strength::outline), Measure::outline));
     double left = width() - Measure::medium - swatchWidth;
     for (const Role role : swatch) {
         painter.setBrush(QColor::fromRgb(paletteColour(role, palette_, theme_.scheme())));
-        painter.drawEllipse(QRectF(left, (height() - dotDiameter) / 2.0, dotDiameter, dotDiameter));
+        painter.drawEllipse(QRectF(left, (height() - swatchDot) / 2.0, swatchDot, swatchDot));
         left += dotStep;
     }
 }

@@ -21,8 +21,8 @@ constexpr int cardHeightPixels = 76;
 constexpr double lift = 1;
 constexpr double liftedShadow = Measure::shadowOffset + 2 * lift;
 constexpr double liftedOutline = 1.5;
-constexpr QSizeF landSize{52, 56};
-constexpr double shieldSize = 36;
+constexpr QSizeF cardLand{52, 56};
+constexpr double cardShield = 36;
 
 }  // namespace
 
@@ -93,11 +93,11 @@ void RealmCard::paintEvent(QPaintEvent*)
 
     // On whole pixels, so that they come out sharp.
     const QRectF land(QPointF(body.left() + Measure::small,
-                              std::round(body.center().y() - landSize.height() / 2)),
-                      landSize);
+                              std::round(body.center().y() - cardLand.height() / 2)),
+                      cardLand);
     paintLand(painter, land, identity_, theme_);
-    const QPointF corner = land.center() - QPointF(shieldSize / 2, shieldSize / 2);
-    paintShield(painter, {corner, QSizeF(shieldSize, shieldSize)}, identity_, theme_);
+    const QPointF corner = land.center() - QPointF(cardShield / 2, cardShield / 2);
+    paintShield(painter, {corner, QSizeF(cardShield, cardShield)}, identity_, theme_);
     paintTexts(painter, QRectF(QPointF(land.right() + Measure::small, body.top()),
                                body.bottomRight() - QPointF(Measure::small, 0)));
 }

@@ -9,14 +9,12 @@
 #include "app/theme/drawing.h"
 #include "app/theme/icons.h"
 #include "app/theme/text.h"
+#include "app/theme/work_mark.h"
 
 namespace gruk {
 
 namespace {
 
-constexpr int steps = 16;
-constexpr int sixteenthsOfADegree = 16;
-constexpr int arcDegrees = 100;
 constexpr double markWidth = 1.75;
 constexpr int markSize = Measure::medium;
 
@@ -63,7 +61,7 @@ int ScanNodeDelegate::columnWidth(int column) const
 
 void ScanNodeDelegate::turnMarks()
 {
-    step_ = (step_ + 1) % steps;
+    step_ = (step_ + 1) % workMarkSteps;
 }
 
 void ScanNodeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -133,15 +131,7 @@ void ScanNodeDelegate::paintQuietText(QPainter& painter, const QRect& cell,
 
 void ScanNodeDelegate::paintMark(QPainter& painter, const QRectF& bounds) const
 {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF ring = bounds.adjusted(1, 1, -1, -1);
-    painter.setPen(QPen(theme_.colour(Role::ink, Strength::edge), markWidth));
-    painter.drawEllipse(ring);
-    painter.setPen(QPen(theme_.colour(Role::accent), markWidth, Qt::SolidLine, Qt::RoundCap));
-    painter.drawArc(ring, -step_ * 360 / steps * sixteenthsOfADegree,
-                    arcDegrees * sixteenthsOfADegree);
-    painter.restore();
+    paintWorkMark(painter, bounds.adjusted(1, 1, -1, -1), step_, markWidth, theme_);
 }
 
 }  // namespace gruk

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double side = 18;
 constexpr Corners corners = {5, 4, 6, 4};
-constexpr double outlineWidth = 1.5;
+constexpr double boxOutline = 1.5;
 constexpr double tickWidth = 2.2;
 
 }  // namespace
@@ -41,7 +41,7 @@ void SelectionBox::paintEvent(QPaintEvent*)
     const QPainterPath shape = cutPath(box, corners);
     if (!isChecked()) {
         painter.fillPath(shape, theme_.colour(Role::paperCard));
-        painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::quiet), outlineWidth));
+        painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::quiet), boxOutline));
         return;
     }
     painter.fillPath(shape, theme_.colour(Role::accent));

@@ -15,6 +15,7 @@
 #include "app/theme/accessible.h"
 #include "app/theme/art.h"
 #include "app/theme/focus_ring.h"
+#include "app/theme/layouts.h"
 #include "app/theme/segmented_control.h"
 #include "app/theme/tab_bar.h"
 #include "app/theme/toggle.h"
@@ -25,15 +26,6 @@ namespace {
 
 constexpr QSize usualSize(560, 744);
 constexpr QSize smallestSize(480, 360);
-constexpr int grukHeight = 96;
-
-QVBoxLayout* columnIn(QWidget* widget, int spacing)
-{
-    auto* column = new QVBoxLayout(widget);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(spacing);
-    return column;
-}
 
 /// A page that scrolls where the window is too small for it.
 QWidget* scrolling(QWidget* page)
@@ -221,7 +213,7 @@ QWidget* SettingsView::makeAutomations()
     QWidget* page = makePage(column);
     auto* card = new Card(theme_);
     auto* gruk = new ArtView(theme_, Art::grukStatePatrol, QString());
-    gruk->setFixedHeight(grukHeight);
+    gruk->setFixedHeight(Measure::noteHero);
     auto* lines = columnIn(card, Measure::medium);
     lines->addWidget(gruk);
     lines->addWidget(paragraph(

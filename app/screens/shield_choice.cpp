@@ -16,11 +16,10 @@ namespace gruk {
 
 namespace {
 
-constexpr int tileSize = 32;
+constexpr int choiceSize = 32;
 constexpr double tileInset = 4;
 /// How much of its ground a charge takes.
 constexpr double chargeInset = 4;
-constexpr double outlineWidth = 1.2;
 constexpr double frameWidth = 2;
 constexpr double tickGround = 14;
 constexpr Corners tileCorners = {7, 5, 8, 5};
@@ -50,9 +49,9 @@ void ShieldChoice::setDraft(const RealmIdentity& draft)
 QSize ShieldChoice::sizeHint() const
 {
     if (field_ != ShieldField::species) {
-        return {tileSize, tileSize};
+        return {choiceSize, choiceSize};
     }
-    return {fontMetrics().horizontalAdvance(accessibleName()) + 2 * Measure::large, tileSize};
+    return {fontMetrics().horizontalAdvance(accessibleName()) + 2 * Measure::large, choiceSize};
 }
 
 void ShieldChoice::paintEvent(QPaintEvent*)
@@ -87,7 +86,7 @@ void ShieldChoice::paintChoice(QPainter& painter, const QRectF& room) const
     case ShieldField::secondary:
         painter.fillPath(cutPath(room, tileCorners), theme_.colour(static_cast<Role>(choice_)));
         painter.strokePath(cutPath(room, tileCorners),
-                           QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
+                           QPen(theme_.colour(Role::ink, Strength::outline), Measure::outline));
         break;
     case ShieldField::species:
         painter.setPen(theme_.colour(Role::ink, isChecked() ? Strength::full : Strength::quiet));

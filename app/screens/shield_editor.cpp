@@ -16,8 +16,8 @@ namespace gruk {
 
 namespace {
 
-constexpr QSize landSize{112, 88};
-constexpr int shieldSize = 64;
+constexpr QSize editorLand{112, 88};
+constexpr int editorShield = 64;
 /// Longer than the pause between two repeats of a key that is held.
 constexpr std::chrono::milliseconds timeToRest{250};
 
@@ -58,9 +58,9 @@ QWidget* ShieldEditorPopover::makeHead()
 {
     auto* head = new QWidget;
     land_ = new RealmMapBackdrop(theme(), draft_);
-    land_->setFixedSize(landSize);
+    land_->setFixedSize(editorLand);
     shield_ = new RealmShieldView(theme(), draft_);
-    shield_->setFixedSize(shieldSize, shieldSize);
+    shield_->setFixedSize(editorShield, editorShield);
     auto* middle = new QHBoxLayout(land_);
     middle->setContentsMargins(0, 0, 0, 0);
     middle->addWidget(shield_, 0, Qt::AlignCenter);

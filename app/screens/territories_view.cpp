@@ -21,7 +21,6 @@ namespace gruk {
 namespace {
 
 /// The Gruk where there is nothing else to see.
-constexpr int grukHeight = 96;
 
 }  // namespace
 
@@ -106,7 +105,7 @@ QWidget* TerritoriesView::makePlaceholder()
 {
     auto* placeholder = new QWidget;
     auto* gruk = new ArtView(theme_, Art::grukStateMap, QString());
-    gruk->setFixedSize(grukHeight, grukHeight);
+    gruk->setFixedSize(Measure::noteHero, Measure::noteHero);
     mark_ = new WorkMark(theme_);
     words_ = new Label(theme_, TextStyle::body);
     auto* row = new QHBoxLayout;

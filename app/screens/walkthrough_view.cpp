@@ -19,9 +19,9 @@ namespace gruk {
 namespace {
 
 constexpr QSize sheetSize(640, 520);
-constexpr int artHeight = 220;
+constexpr int stepArtHeight = 220;
 constexpr int textWidth = 460;
-constexpr int dotDiameter = 8;
+constexpr int stepDot = 8;
 
 Label* centredText(Theme& theme, TextStyle style, const QString& text)
 {
@@ -50,7 +50,7 @@ public:
     {
         setAccessibleRole(*this, QAccessible::StaticText);
         const int count = static_cast<int>(WalkthroughView::pages().size());
-        setFixedSize(count * dotDiameter + (count - 1) * Measure::small, dotDiameter + 2);
+        setFixedSize(count * stepDot + (count - 1) * Measure::small, stepDot + 2);
         connect(&theme_, &Theme::changed, this, qOverload<>(&QWidget::update));
     }
 
@@ -65,8 +65,7 @@ protected:
             const bool isShown = index == view_.page();
             painter.setBrush(isShown ? theme_.colour(Role::accent)
                                      : theme_.colour(Role::ink, Strength::outline));
-            painter.drawEllipse(
-                QRectF(index * (dotDiameter + Measure::small), 1, dotDiameter, dotDiameter));
+            painter.drawEllipse(QRectF(index * (stepDot + Measure::small), 1, stepDot, stepDot));
         }
     }
 
@@ -139,7 +138,7 @@ QWidget* WalkthroughView::makePage(const WalkthroughPage& page)
     setAccessibleRole(*view, QAccessible::Notification);
     view->setAccessibleName(page.heading);
     auto* art = new ArtView(theme(), page.image, QString());
-    art->setFixedHeight(artHeight);
+    art->setFixedHeight(stepArtHeight);
     auto* column = new QVBoxLayout(view);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Measure::medium);

@@ -12,12 +12,12 @@ namespace {
 
 constexpr int largeHero = 320;
 constexpr int smallHero = 120;
-constexpr int wordsWidth = 460;
+constexpr int wordsColumn = 460;
 /// What the words need, and what they need with the Gruk over them.
 constexpr int smallestHeight = 308;
 constexpr int heightForBoth = smallestHeight + smallHero + Measure::medium;
 /// What both need side by side.
-constexpr int widthForBoth = wordsWidth + largeHero + 2 * Measure::pageMargin + Measure::huge;
+constexpr int widthForBoth = wordsColumn + largeHero + 2 * Measure::pageMargin + Measure::huge;
 
 Label* line(Theme& theme, TextStyle style, const QString& text)
 {
@@ -60,7 +60,7 @@ GrukWelcomeView::GrukWelcomeView(AppModel& model, Theme& theme, QWidget* parent)
 
 QSize GrukWelcomeView::minimumSizeHint() const
 {
-    return {wordsWidth + 2 * Measure::pageMargin, smallestHeight};
+    return {wordsColumn + 2 * Measure::pageMargin, smallestHeight};
 }
 
 QBoxLayout* GrukWelcomeView::makeWords(AppModel& model, Theme& theme)
@@ -87,7 +87,7 @@ QBoxLayout* GrukWelcomeView::makeWords(AppModel& model, Theme& theme)
     auto* lead = line(theme, TextStyle::lead,
                       QStringLiteral("Gruk maps a folder, remembers it, then shows you what "
                                      "changed. It never deletes on its own."));
-    lead->setFixedWidth(wordsWidth);
+    lead->setFixedWidth(wordsColumn);
     column->addWidget(lead);
     column->addLayout(promises);
     column->addSpacing(Measure::small);

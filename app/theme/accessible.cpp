@@ -29,7 +29,7 @@ public:
     }
 };
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object)
+QAccessibleInterface* makeAccessiblePart(const QString&, QObject* object)
 {
     auto* widget = qobject_cast<QWidget*>(object);
     const QVariant role = object->property(roleProperty);
@@ -43,7 +43,7 @@ QAccessibleInterface* makeAccessible(const QString&, QObject* object)
 void setAccessibleRole(QWidget& widget, QAccessible::Role role)
 {
     // The toolkit keeps one of each.
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeAccessiblePart);
     widget.setProperty(roleProperty, static_cast<int>(role));
 }
 

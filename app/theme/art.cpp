@@ -18,12 +18,12 @@ namespace gruk {
 
 namespace {
 
-/// The names of the drawings, in the order of the cases.
-constexpr std::array<const char*, artCount> names = {
+/// The artNames of the drawings, in the order of the cases.
+constexpr std::array<const char*, artCount> artNames = {
     "gruk_hero",         "gruk_state_map",       "gruk_state_report",
     "gruk_state_patrol", "gruk_state_celebrate", "gruk_state_attack",
 };
-constexpr QSize usualSize{240, 240};
+constexpr QSize usualArtSize{240, 240};
 
 std::optional<Role> roleOfCommittedColour(QRgb colour)
 {
@@ -53,7 +53,7 @@ Role atNight(Role role)
 
 QPixmap rendered(Art art, const QSize& pixels, const Theme& theme)
 {
-    const QString name = QLatin1String(names[static_cast<std::size_t>(art)]);
+    const QString name = QLatin1String(artNames[static_cast<std::size_t>(art)]);
     QSvgRenderer renderer(recoloured(themeResource(QStringLiteral("art/%1.svg").arg(name)),
                                      theme.paletteTheme(), theme.scheme()));
     QPixmap pixmap(pixels);
@@ -138,7 +138,7 @@ void ArtView::setArt(Art art)
 
 QSize ArtView::sizeHint() const
 {
-    return usualSize;
+    return usualArtSize;
 }
 
 void ArtView::paintEvent(QPaintEvent*)

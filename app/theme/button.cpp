@@ -13,7 +13,6 @@ namespace {
 
 /// From pointing right to pointing down.
 constexpr double chevronTurn = 90;
-constexpr double outlineWidth = 1.2;
 /// Of a primary button under the pointer, in percent.
 constexpr int hoverLightness = 108;
 
@@ -54,7 +53,7 @@ private:
     DisclosureButton& button_;
 };
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object)
+QAccessibleInterface* makeAccessibleDisclosure(const QString&, QObject* object)
 {
     auto* button = qobject_cast<DisclosureButton*>(object);
     return button == nullptr ? nullptr : new AccessibleDisclosure(*button);
@@ -163,7 +162,7 @@ void Button::paintGround(QPainter& painter, const QRectF& body) const
         const QColor outline = kind_ == Kind::destructive
                                    ? theme_.colour(Role::red)
                                    : theme_.colour(Role::ink, Strength::outline);
-        painter.strokePath(shape, QPen(outline, outlineWidth));
+        painter.strokePath(shape, QPen(outline, Measure::outline));
     }
 }
 
@@ -218,7 +217,7 @@ DisclosureButton::DisclosureButton(Theme& theme, const QString& closedText, cons
     : Button(theme, Kind::link, closedText, parent), closedText_(closedText), openText_(openText)
 {
     // The toolkit keeps one of each.
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeAccessibleDisclosure);
     setCheckable(true);
     setSymbol(Icon::chevronRight);
     turn_.setStartValue(0.0);

@@ -8,7 +8,6 @@ namespace gruk {
 
 namespace {
 
-constexpr double outlineWidth = 1.2;
 constexpr double miterLimit = 10;
 /// How far along the radius a corner's handles lie; more than an arc's 0.552, which makes the
 /// curve set in gently.
@@ -72,7 +71,7 @@ void paintCard(QPainter& painter, const QRectF& bounds, const Theme& theme)
     const QPainterPath shadow = body.translated(Measure::shadowOffset, Measure::shadowOffset);
     painter.fillPath(shadow.subtracted(body), theme.colour(Role::ink, Strength::shadow));
     painter.fillPath(body, theme.colour(Role::paperCard, Strength::card));
-    QPen outline(theme.colour(Role::ink, Strength::outline), outlineWidth);
+    QPen outline(theme.colour(Role::ink, Strength::outline), Measure::outline);
     outline.setJoinStyle(Qt::MiterJoin);
     outline.setMiterLimit(miterLimit);
     painter.strokePath(body, outline);

@@ -16,8 +16,8 @@ namespace gruk {
 
 namespace {
 
-/// The names of the drawings, in the order of the cases.
-constexpr std::array<const char*, iconCount> names = {
+/// The iconNames of the drawings, in the order of the cases.
+constexpr std::array<const char*, iconCount> iconNames = {
     "house",         "desktop",
     "downloads",     "applications",
     "screenshot",    "image",
@@ -69,8 +69,9 @@ QPixmap rendered(Icon icon, const QColor& colour, int size, double ratio)
 {
     QImage image(QSizeF(size * ratio, size * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QSvgRenderer renderer(themeResource(
-        QStringLiteral("icons/%1.svg").arg(QLatin1String(names[static_cast<std::size_t>(icon)]))));
+    QSvgRenderer renderer(
+        themeResource(QStringLiteral("icons/%1.svg")
+                          .arg(QLatin1String(iconNames[static_cast<std::size_t>(icon)]))));
     QPainter drawing(&image);
     renderer.render(&drawing);
     drawing.end();

@@ -14,8 +14,8 @@ namespace {
 constexpr double landStrength = 0.5;
 constexpr double coastStrength = 0.25;
 constexpr double speckleStrength = 0.09;
-constexpr double coastWidth = 1.2;
-constexpr double coastReach = 0.46;
+constexpr double islandOutline = 1.2;
+constexpr double islandReach = 0.46;
 constexpr int clusters = 6;
 
 std::uint64_t seedOf(const RealmIdentity& identity)
@@ -41,8 +41,8 @@ QPainterPath coast(SeededGenerator& generator, const QRectF& canvas)
             2 * std::numbers::pi * static_cast<double>(index) / static_cast<double>(count);
         const double r = generator.unit(0.82, 1.18);
         const QPointF vertex(
-            canvas.center().x() + coastReach * canvas.width() * std::cos(angle) * r,
-            canvas.center().y() + coastReach * canvas.height() * std::sin(angle) * r);
+            canvas.center().x() + islandReach * canvas.width() * std::cos(angle) * r,
+            canvas.center().y() + islandReach * canvas.height() * std::sin(angle) * r);
         if (index == 0) {
             path.moveTo(vertex);
         } else {
@@ -79,7 +79,7 @@ Drawing landDrawing(const RealmIdentity& identity, const QRectF& canvas)
         {.path = land,
          .role = Role::ink,
          .opacity = coastStrength,
-         .stroke = DrawingStroke{.width = coastWidth, .dashes = {4, 3}}},
+         .stroke = DrawingStroke{.width = islandOutline, .dashes = {4, 3}}},
     };
     for (int cluster = 0; cluster < clusters; ++cluster) {
         addSpeckles(generator, canvas, drawing);

@@ -4,11 +4,10 @@
 #include <cmath>
 
 #include <QPainter>
-#include <QPixmap>
-#include <QPixmapCache>
 
 #include "app/theme/card_painter.h"
 #include "app/theme/icons.h"
+#include "app/theme/identity_picture.h"
 #include "app/theme/land_geometry.h"
 #include "app/theme/paper_backdrop.h"
 #include "core/realm/seeded_generator.h"
@@ -28,29 +27,6 @@ constexpr double coastReach = 0.045;
 constexpr double coastWidth = 1.2;
 /// How far a wave keeps off the land and off the edge of the sea.
 constexpr double waveDistance = 22;
-
-template <typename Case>
-int number(Case value)
-{
-    return static_cast<int>(value);
-}
-
-QString cacheKey(const RealmIdentity& identity, const QSizeF& size, double ratio,
-                 const Theme& theme)
-{
-    return QStringLiteral("gruk-land-%1-%2-%3-%4-%5")
-               .arg(number(identity.shape))
-               .arg(number(identity.division))
-               .arg(number(identity.primary))
-               .arg(number(identity.secondary))
-               .arg(number(identity.charge))
-           + QStringLiteral("-%1-%2-%3-%4-%5")
-                 .arg(number(theme.paletteTheme()))
-                 .arg(number(theme.scheme()))
-                 .arg(size.width())
-                 .arg(size.height())
-                 .arg(ratio);
-}
 
 /// Two crests, one after the other.
 void addWave(QPainterPath& path, const QPointF& at)
@@ -89,22 +65,13 @@ QPainterPath waves(const QRectF& bounds, const QRectF& island)
 void paintLand(QPainter& painter, const QRectF& canvas, const RealmIdentity& identity,
                const Theme& theme)
 {
-    const double ratio = pixelRatio(painter);
-    const QString key = cacheKey(identity, canvas.size(), ratio, theme);
     // On whole pixels, so that it comes out as sharp as it was drawn.
     const QPointF bleed(std::ceil(canvas.width() * coastReach + coastWidth),
                         std::ceil(canvas.height() * coastReach + coastWidth));
-    QPixmap pixmap;
-    if (!QPixmapCache::find(key, &pixmap)) {
-        const QSizeF whole = canvas.size() + QSizeF(2 * bleed.x(), 2 * bleed.y());
-        pixmap = QPixmap((whole * ratio).toSize());
-        pixmap.setDevicePixelRatio(ratio);
-        pixmap.fill(Qt::transparent);
-        QPainter drawing(&pixmap);
-        paintDrawing(drawing, landDrawing(identity, QRectF(bleed, canvas.size())), theme);
-        QPixmapCache::insert(key, pixmap);
-    }
-    painter.drawPixmap(canvas.topLeft() - bleed, pixmap);
+    const QRectF area(canvas.topLeft() - bleed,
+                      canvas.size() + QSizeF(2 * bleed.x(), 2 * bleed.y()));
+    paintIdentityPicture(painter, area, QLatin1String("land"), identity, theme,
+                         [&] { return landDrawing(identity, QRectF(bleed, canvas.size())); });
 }
 
 QRectF landCanvas(const QRectF& room)

@@ -21,6 +21,8 @@ inline constexpr int stackingWidth = 700;
 inline constexpr int sidebarWidth = 248;
 /// The Gruk beside his name.
 inline constexpr int brandHero = 52;
+/// The Gruk beside a few words of his.
+inline constexpr int noteHero = 96;
 /// The shield at the head of a realm's page.
 inline constexpr int headerShield = 72;
 inline constexpr int realmRowHeight = 48;
@@ -33,6 +35,8 @@ inline constexpr int iconSize = 22;
 inline constexpr int smallIconSize = 16;
 inline constexpr int largeIconSize = 24;
 
+/// The line around what stands on the paper: cards, buttons, fields.
+inline constexpr double outline = 1.2;
 inline constexpr int bannerBar = 4;
 inline constexpr int activeBar = 3;
 inline constexpr int focusRing = 2;

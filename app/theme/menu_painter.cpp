@@ -12,7 +12,6 @@ namespace gruk {
 
 namespace {
 
-constexpr double outlineWidth = 1.2;
 constexpr int itemHeight = 30;
 constexpr int dividerHeight = 9;
 constexpr Corners itemCorners = {6, 5, 7, 5};
@@ -34,7 +33,7 @@ void paintMenuPanel(QPainter& painter, const QRect& bounds, const Theme& theme, 
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const double half = outlineWidth / 2;
+    const double half = Measure::outline / 2;
     QPainterPath shape;
     if (isShaped) {
         shape = cutPath(QRectF(bounds).adjusted(half, half, -half, -half), buttonCorners);
@@ -43,7 +42,7 @@ void paintMenuPanel(QPainter& painter, const QRect& bounds, const Theme& theme, 
         painter.fillRect(bounds, theme.colour(Role::paperCard));
     }
     painter.fillPath(shape, theme.colour(Role::paperCard));
-    painter.strokePath(shape, QPen(theme.colour(Role::ink, Strength::outline), outlineWidth));
+    painter.strokePath(shape, QPen(theme.colour(Role::ink, Strength::outline), Measure::outline));
     painter.restore();
 }
 

@@ -30,7 +30,7 @@ public:
     }
 };
 
-QAccessibleInterface* makeAccessible(const QString& className, QObject* object)
+QAccessibleInterface* makeAccessibleOverlay(const QString& className, QObject* object)
 {
     auto* overlay = qobject_cast<Overlay*>(object);
     return overlay != nullptr && className == QLatin1String(Overlay::staticMetaObject.className())
@@ -67,7 +67,7 @@ Overlay::Overlay(Theme& theme, const QString& accessibleName, QWidget* owner)
       column_(new QVBoxLayout(card_)), previousFocus_(owner->window()->focusWidget())
 {
     static const bool hasFactory = [] {
-        QAccessible::installFactory(makeAccessible);
+        QAccessible::installFactory(makeAccessibleOverlay);
         return true;
     }();
     Q_UNUSED(hasFactory);

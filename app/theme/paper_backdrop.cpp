@@ -12,7 +12,7 @@ namespace {
 constexpr int grainStep = 31;
 constexpr int firstColumn = 7;
 constexpr int firstRow = 11;
-constexpr double dotDiameter = 1.1;
+constexpr double grainDiameter = 1.1;
 constexpr double dotStrength = 0.055;
 /// Every dot whose column and row add up to a multiple of this stands a little aside.
 constexpr int breakEvery = 5;
@@ -54,7 +54,7 @@ QPixmap paperTile(const Theme& theme, Role shade, double ratio)
     for (int x = firstColumn; x < tileSize; x += grainStep) {
         for (int y = firstRow; y < tileSize; y += grainStep) {
             const double aside = (x + y) % breakEvery == 0 ? breakOffset : 0;
-            painter.drawEllipse(QRectF(x + aside, y, dotDiameter, dotDiameter));
+            painter.drawEllipse(QRectF(x + aside, y, grainDiameter, grainDiameter));
         }
     }
     return tile;

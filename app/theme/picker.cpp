@@ -13,8 +13,6 @@ namespace gruk {
 
 namespace {
 
-constexpr double outlineWidth = 1.2;
-
 }  // namespace
 
 Picker::Picker(Theme& theme, const QStringList& labels, const QString& accessibleName,
@@ -57,11 +55,11 @@ void Picker::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(isEnabled() ? Strength::full : Strength::disabled);
-    const double half = outlineWidth / 2;
+    const double half = Measure::outline / 2;
     const QRectF body = QRectF(rect()).adjusted(half, half, -half, -half);
     const QPainterPath shape = cutPath(body, buttonCorners);
     painter.fillPath(shape, theme_.colour(underMouse() ? Role::paperInset : Role::paperCard));
-    painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
+    painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::outline), Measure::outline));
 
     const int right = width() - Measure::medium - Measure::smallIconSize;
     drawIcon(painter, QPointF(right, (height() - Measure::smallIconSize) / 2.0), Icon::chevronDown,

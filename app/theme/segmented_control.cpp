@@ -12,8 +12,6 @@ namespace gruk {
 
 namespace {
 
-constexpr double outlineWidth = 1.2;
-
 class Segment : public QRadioButton {
 public:
     Segment(Theme& theme, const QString& text) : QRadioButton(text), theme_(theme)
@@ -114,16 +112,16 @@ void SegmentedControl::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const double half = outlineWidth / 2;
+    const double half = Measure::outline / 2;
     const QPainterPath shape =
         cutPath(QRectF(rect()).adjusted(half, half, -half, -half), buttonCorners);
     painter.fillPath(shape, theme_.colour(Role::paperInset));
-    painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
+    painter.strokePath(shape, QPen(theme_.colour(Role::ink, Strength::outline), Measure::outline));
     const bool isSliding = slide_.state() == QAbstractAnimation::Running;
     const QPainterPath card =
         cutPath(isSliding ? slide_.currentValue().toRectF() : place(), buttonCorners);
     painter.fillPath(card, theme_.colour(Role::paperCard));
-    painter.strokePath(card, QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
+    painter.strokePath(card, QPen(theme_.colour(Role::ink, Strength::outline), Measure::outline));
 }
 
 }  // namespace gruk

@@ -11,11 +11,11 @@ namespace gruk {
 namespace {
 
 /// How much of the canvas stays free at each side.
-constexpr double margin = 0.04;
+constexpr double shieldMargin = 0.04;
 constexpr double squareCorner = 0.16;
 constexpr double chevronBand = 0.24;
 constexpr double chargeSize = 0.45;
-constexpr double outlineWidth = 1.5;
+constexpr double shieldLine = 1.5;
 
 QPainterPath kite(const QRectF& r)
 {
@@ -94,8 +94,8 @@ QRectF chargeSquare(const QRectF& r)
 /// What of the canvas the shield takes.
 QRectF shieldRect(const QRectF& canvas)
 {
-    const double dx = margin * canvas.width();
-    const double dy = margin * canvas.height();
+    const double dx = shieldMargin * canvas.width();
+    const double dy = shieldMargin * canvas.height();
     return canvas.adjusted(dx, dy, -dx, -dy);
 }
 
@@ -118,7 +118,7 @@ DrawingStep outlineStep(const RealmIdentity& identity, const QRectF& r)
     return {.path = shieldOutline(identity.shape, r),
             .role = Role::ink,
             .stroke =
-                DrawingStroke{.width = outlineWidth, .cap = Qt::RoundCap, .join = Qt::RoundJoin}};
+                DrawingStroke{.width = shieldLine, .cap = Qt::RoundCap, .join = Qt::RoundJoin}};
 }
 
 }  // namespace

@@ -10,7 +10,6 @@ namespace gruk {
 
 namespace {
 
-constexpr double outlineWidth = 1.2;
 constexpr int narrowestTab = 104;
 constexpr int tabHeight = 52;
 
@@ -48,12 +47,12 @@ void TabBar::paintEvent(QPaintEvent*)
     for (int index = 0; index < count(); ++index) {
         const bool isChosen = index == currentIndex();
         const QRect tab = tabRect(index);
-        const double half = outlineWidth / 2;
+        const double half = Measure::outline / 2;
         const QRectF body = QRectF(tab).adjusted(half, half, -half, -half);
         if (isChosen) {
             painter.fillPath(cutPath(body, buttonCorners), theme_.colour(Role::paperCard));
             painter.strokePath(cutPath(body, buttonCorners),
-                               QPen(theme_.colour(Role::ink, Strength::outline), outlineWidth));
+                               QPen(theme_.colour(Role::ink, Strength::outline), Measure::outline));
         } else if (underMouse() && tab.contains(mapFromGlobal(QCursor::pos()))) {
             painter.fillPath(cutPath(body, buttonCorners),
                              theme_.colour(Role::ink, Strength::shadow));

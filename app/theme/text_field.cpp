@@ -10,7 +10,6 @@ namespace gruk {
 
 namespace {
 
-constexpr double outlineWidth = 1.2;
 constexpr double refusedWidth = 2;
 constexpr int shortestText = 96;
 constexpr int usualText = 200;
@@ -96,7 +95,7 @@ void TextField::paintEvent(QPaintEvent* event)
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setOpacity(isEnabled() ? Strength::full : Strength::disabled);
-        const double half = outlineWidth / 2;
+        const double half = Measure::outline / 2;
         const QRectF body = QRectF(rect()).adjusted(half, half, -half, -half);
         const QPainterPath shape = cutPath(body, buttonCorners);
         painter.fillPath(shape, theme_.colour(Role::paper));
@@ -104,7 +103,7 @@ void TextField::paintEvent(QPaintEvent* event)
         const QColor outline = isRefused_   ? theme_.colour(Role::red)
                                : hasFocus() ? theme_.colour(Role::blue)
                                             : theme_.colour(Role::ink, Strength::outline);
-        painter.strokePath(shape, QPen(outline, isRefused_ ? refusedWidth : outlineWidth));
+        painter.strokePath(shape, QPen(outline, isRefused_ ? refusedWidth : Measure::outline));
         if (symbol_) {
             drawIcon(painter, QPointF(Measure::small, (height() - Measure::smallIconSize) / 2.0),
                      *symbol_, theme_.colour(Role::ink, Strength::quiet), Measure::smallIconSize);

@@ -8,7 +8,6 @@ namespace gruk {
 namespace {
 
 constexpr QSize switchSize(34, 20);
-constexpr double outlineWidth = 1.2;
 constexpr double knobInset = 4;
 
 }  // namespace
@@ -58,7 +57,7 @@ void Toggle::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(isEnabled() ? Strength::full : Strength::disabled);
 
-    const double half = outlineWidth / 2;
+    const double half = Measure::outline / 2;
     const QRectF track =
         QRectF(0, (height() - switchSize.height()) / 2.0, switchSize.width(), switchSize.height())
             .adjusted(half, half, -half, -half);
@@ -66,7 +65,7 @@ void Toggle::paintEvent(QPaintEvent*)
     const bool isSliding = slide_.state() == QAbstractAnimation::Running;
     const double way = isSliding ? slide_.currentValue().toDouble() : isChecked() ? 1 : 0;
     painter.setPen(QPen(theme_.colour(Role::ink, isChecked() ? Strength::full : Strength::quiet),
-                        outlineWidth));
+                        Measure::outline));
     painter.setBrush(theme_.colour(isChecked() ? Role::fern : Role::paperInset));
     painter.drawRoundedRect(track, radius, radius);
 

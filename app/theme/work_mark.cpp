@@ -8,12 +8,24 @@ namespace gruk {
 namespace {
 
 constexpr int stepMilliseconds = 60;
-constexpr int steps = 16;
-constexpr int sixteenthsOfADegree = 16;
-constexpr double lineWidth = 2;
-constexpr int arcDegrees = 100;
+constexpr double markLine = 2;
 
 }  // namespace
+
+void paintWorkMark(QPainter& painter, const QRectF& ring, int step, double lineWidth,
+                   const Theme& theme)
+{
+    constexpr int sixteenthsOfADegree = 16;
+    constexpr int arcDegrees = 100;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(theme.colour(Role::ink, Strength::edge), lineWidth));
+    painter.drawEllipse(ring);
+    painter.setPen(QPen(theme.colour(Role::accent), lineWidth, Qt::SolidLine, Qt::RoundCap));
+    const int start = -step * 360 / workMarkSteps;
+    painter.drawArc(ring, start * sixteenthsOfADegree, arcDegrees * sixteenthsOfADegree);
+    painter.restore();
+}
 
 WorkMark::WorkMark(Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme)
 {
@@ -23,19 +35,14 @@ WorkMark::WorkMark(Theme& theme, QWidget* parent) : QWidget(parent), theme_(them
 void WorkMark::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF ring = QRectF(rect()).adjusted(lineWidth, lineWidth, -lineWidth, -lineWidth);
-    painter.setPen(QPen(theme_.colour(Role::ink, Strength::edge), lineWidth));
-    painter.drawEllipse(ring);
-    painter.setPen(QPen(theme_.colour(Role::accent), lineWidth, Qt::SolidLine, Qt::RoundCap));
-    const int start = -step_ * 360 / steps;
-    painter.drawArc(ring, start * sixteenthsOfADegree, arcDegrees * sixteenthsOfADegree);
+    paintWorkMark(painter, QRectF(rect()).adjusted(markLine, markLine, -markLine, -markLine), step_,
+                  markLine, theme_);
 }
 
 void WorkMark::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() == timer_.timerId()) {
-        step_ = (step_ + 1) % steps;
+        step_ = (step_ + 1) % workMarkSteps;
         update();
         return;
     }

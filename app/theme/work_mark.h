@@ -5,7 +5,16 @@
 
 #include "app/theme/theme.h"
 
+class QPainter;
+
 namespace gruk {
+
+/// How many steps the mark of ongoing work takes to turn round once.
+inline constexpr int workMarkSteps = 16;
+
+/// Paints that mark, turned by `step`, as a ring whose line runs along the ellipse in `ring`.
+void paintWorkMark(QPainter& painter, const QRectF& ring, int step, double lineWidth,
+                   const Theme& theme);
 
 /// The small turning mark of ongoing work. Turns only while it is seen.
 class WorkMark : public QWidget {

@@ -50,8 +50,9 @@ Bytes sizeOnDisk(const FileURL& url)
     return facts && facts->type != ItemType::directory ? std::min(facts->logicalSize, largest) : 0;
 }
 
-OrganiseCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
-                        const RootCheck& stands)
+OrganiseCalls organiseDiskCalls(const MoveCalls& calls,
+                                const std::optional<FileURL>& authorizedRoot,
+                                const RootCheck& stands)
 {
     // All moves of one operation are one batch, which ends with these calls.
     const auto batch = std::make_shared<MoveBatch>(calls);
@@ -204,7 +205,7 @@ void moveCategory(const OrganiseCalls& calls, const OrganisePlan::CategoryMove& 
 OrganiseService::OrganiseService(MoveCalls calls)
     : callsUnder_(
         [calls = std::move(calls)](const std::optional<FileURL>& root, const RootCheck& stands) {
-            return diskCalls(calls, root, stands);
+            return organiseDiskCalls(calls, root, stands);
         })
 {
 }

@@ -30,8 +30,8 @@ std::optional<StashJournalFile> journalIn(const FileURL& folder, const MoveCalls
     return text ? decodedStashJournal(*text) : std::nullopt;
 }
 
-StashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
-                     const RootCheck& stands)
+StashCalls stashDiskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
+                          const RootCheck& stands)
 {
     // All moves of one operation are one batch, which ends with these calls.
     const auto batch = std::make_shared<MoveBatch>(calls);
@@ -123,7 +123,7 @@ StashOperation filledHoard(const StashCalls& calls, const FileURL& hoard,
 StashService::StashService(MoveCalls calls)
     : callsUnder_(
         [calls = std::move(calls)](const std::optional<FileURL>& root, const RootCheck& stands) {
-            return diskCalls(calls, root, stands);
+            return stashDiskCalls(calls, root, stands);
         })
 {
 }

@@ -17,7 +17,7 @@ namespace gruk {
 
 namespace {
 
-using Reason = TrashFailure::Reason;
+using TrashReason = TrashFailure::Reason;
 
 FileIdentity::Kind kindOf(ItemType type)
 {
@@ -42,8 +42,8 @@ FileIdentity fileIdentity(const ItemIdentity& item)
 /// The calls on the disk for one operation, whose moves are one batch that ends with them. The
 /// identity that was read last is the one that the service compared, and so the one that the move
 /// must find.
-TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
-                     const RootCheck& stands)
+TrashCalls trashDiskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
+                          const RootCheck& stands)
 {
     struct Review {
         FileURL url;
@@ -79,23 +79,24 @@ TrashCalls diskCalls(const MoveCalls& calls, const std::optional<FileURL>& autho
 }
 
 /// Why the item may not be moved; none when it may.
-std::optional<Reason> refusal(const TrashCalls& calls, const FileURL& url, const FileURL& root,
-                              const FileIdentity& expected)
+std::optional<TrashReason> refusal(const TrashCalls& calls, const FileURL& url, const FileURL& root,
+                                   const FileIdentity& expected)
 {
     if (!isInsideRoot(url, root)) {
-        return Reason::outsideAuthorizedRoot;
+        return TrashReason::outsideAuthorizedRoot;
     }
     if (isProtectedLocation(url, calls.volumeRoot(url))) {
-        return Reason::protectedLocation;
+        return TrashReason::protectedLocation;
     }
     if (url.path() == root.path()) {
-        return Reason::authorizedRoot;
+        return TrashReason::authorizedRoot;
     }
     const std::optional<FileIdentity> identity = calls.identityReader(url);
     if (!identity) {
-        return Reason::missingAtReviewedPath;
+        return TrashReason::missingAtReviewedPath;
     }
-    return *identity == expected ? std::nullopt : std::optional(Reason::itemChangedSinceReview);
+    return *identity == expected ? std::nullopt
+                                 : std::optional(TrashReason::itemChangedSinceReview);
 }
 
 /// The requests with their places standardised, and of those for one place only the first.
@@ -145,7 +146,7 @@ Bytes TrashOperation::totalBytes() const
 TrashService::TrashService(MoveCalls calls)
     : callsUnder_(
         [calls = std::move(calls)](const std::optional<FileURL>& root, const RootCheck& stands) {
-            return diskCalls(calls, root, stands);
+            return trashDiskCalls(calls, root, stands);
         })
 {
 }
@@ -188,7 +189,7 @@ TrashOperation TrashService::moveToTrash(const std::vector<TrashRequest>& reques
         try {
             operation.moved.push_back({url, calls.trashItem(url), item.allocatedSize});
         } catch (const std::exception& error) {
-            operation.failures.push_back({url, Reason::couldNotTrash, describe(error)});
+            operation.failures.push_back({url, TrashReason::couldNotTrash, describe(error)});
         }
     }
     return operation;
@@ -201,11 +202,11 @@ RestoreOperation TrashService::restore(const std::vector<TrashedItem>& items,
     RestoreOperation operation;
     for (const TrashedItem& item : items) {
         if (calls.fileExists(item.originalURL)) {
-            operation.failures.push_back({item.originalURL, Reason::destinationExists, {}});
+            operation.failures.push_back({item.originalURL, TrashReason::destinationExists, {}});
             continue;
         }
         if (!calls.standsInTrash(item.trashURL)) {
-            operation.failures.push_back({item.trashURL, Reason::missingFromTrash, {}});
+            operation.failures.push_back({item.trashURL, TrashReason::missingFromTrash, {}});
             continue;
         }
         try {
@@ -213,7 +214,7 @@ RestoreOperation TrashService::restore(const std::vector<TrashedItem>& items,
             operation.restored.push_back(item);
         } catch (const std::exception& error) {
             operation.failures.push_back(
-                {item.originalURL, Reason::couldNotRestore, describe(error)});
+                {item.originalURL, TrashReason::couldNotRestore, describe(error)});
         }
     }
     return operation;

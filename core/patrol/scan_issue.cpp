@@ -7,23 +7,24 @@ namespace gruk {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> reasonNames = {"permissionDenied", "unreadable",
-                                                         "disappeared", "differentFilesystem"};
+constexpr std::array<std::string_view, 4> issueReasonNames = {"permissionDenied", "unreadable",
+                                                              "disappeared", "differentFilesystem"};
 
 }  // namespace
 
 std::string_view rawString(ScanIssue::Reason reason)
 {
-    return reasonNames.at(static_cast<std::size_t>(reason));
+    return issueReasonNames.at(static_cast<std::size_t>(reason));
 }
 
 std::optional<ScanIssue::Reason> scanIssueReason(std::string_view rawString)
 {
-    const auto* const found = std::find(reasonNames.begin(), reasonNames.end(), rawString);
-    if (found == reasonNames.end()) {
+    const auto* const found =
+        std::find(issueReasonNames.begin(), issueReasonNames.end(), rawString);
+    if (found == issueReasonNames.end()) {
         return std::nullopt;
     }
-    return static_cast<ScanIssue::Reason>(found - reasonNames.begin());
+    return static_cast<ScanIssue::Reason>(found - issueReasonNames.begin());
 }
 
 }  // namespace gruk

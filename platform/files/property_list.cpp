@@ -13,7 +13,7 @@ namespace gruk {
 namespace {
 
 /// No attribute of a file is longer.
-constexpr std::size_t longestList = 65'536;
+constexpr std::size_t longestPropertyList = 65'536;
 /// What the texts of one list may come to when each use of a shared one is counted.
 constexpr std::uint64_t longestExpansion = 67'108'864;
 /// How deep the elements of an XML list may nest before it is not looked at: the library walks
@@ -118,10 +118,10 @@ bool isShallow(std::string_view bytes)
 }
 
 /// The parsed list; none when the bytes are not one.
-List parsed(std::string_view bytes)
+List parsedList(std::string_view bytes)
 {
     plist_t list = nullptr;
-    if (bytes.size() > longestList) {
+    if (bytes.size() > longestPropertyList) {
         return nullptr;
     }
     const auto length = static_cast<std::uint32_t>(bytes.size());
@@ -139,7 +139,7 @@ List parsed(std::string_view bytes)
 
 std::optional<bool> propertyListBoolean(std::string_view bytes)
 {
-    const List list = parsed(bytes);
+    const List list = parsedList(bytes);
     if (!list || plist_get_node_type(list.get()) != PLIST_BOOLEAN) {
         return std::nullopt;
     }
@@ -150,7 +150,7 @@ std::optional<bool> propertyListBoolean(std::string_view bytes)
 
 std::optional<std::vector<std::string>> propertyListTexts(std::string_view bytes)
 {
-    const List list = parsed(bytes);
+    const List list = parsedList(bytes);
     if (!list || plist_get_node_type(list.get()) != PLIST_ARRAY) {
         return std::nullopt;
     }

@@ -6,17 +6,13 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "platform/foundation/ascii.h"
 #include "platform/foundation/require.h"
 #include "platform/foundation/utf8.h"
 
 namespace gruk {
 
 namespace {
-
-bool isASCII(std::string_view text) noexcept
-{
-    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
 
 const icu::Normalizer2& composer()
 {

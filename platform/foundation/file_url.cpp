@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/foundation/ascii.h"
+
 namespace gruk {
 
 namespace {
 
-constexpr std::string_view scheme = "file://";
 constexpr std::string_view localHost = "localhost";
-constexpr std::string_view hexDigits = "0123456789ABCDEF";
 
 std::string_view withoutNul(std::string_view text)
 {
@@ -22,11 +22,6 @@ bool isUnreserved(char c)
            || c == '.' || c == '_' || c == '~';
 }
 
-char lowerASCII(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 /// Drops `prefix` (lower case) from the front of `text`, in either case; false if it is not there.
 bool dropPrefix(std::string_view& text, std::string_view prefix)
 {
@@ -37,13 +32,6 @@ bool dropPrefix(std::string_view& text, std::string_view prefix)
     }
     text.remove_prefix(prefix.size());
     return true;
-}
-
-int hexValue(char c)
-{
-    const std::size_t value =
-        hexDigits.find(c >= 'a' && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c);
-    return value == std::string_view::npos ? -1 : static_cast<int>(value);
 }
 
 /// The bytes of percent-encoded text; none for a broken "%", an encoded NUL, or a raw character
@@ -154,8 +142,8 @@ std::string FileURL::fileURLText() const
         } else {
             const auto byte = static_cast<unsigned char>(c);
             text += '%';
-            text += hexDigits[byte >> 4U];
-            text += hexDigits[byte & 0x0FU];
+            text += upperHexDigits[byte >> 4U];
+            text += upperHexDigits[byte & 0x0FU];
         }
     }
     if (namesDirectory_ && path_.size() > 1) {

@@ -44,6 +44,9 @@ public:
     /// looked at, and ".." at the root stays at the root.
     [[nodiscard]] FileURL standardized() const;
 
+    /// What every text of a URL begins with.
+    static constexpr std::string_view scheme = "file://";
+
     /// "file://" and the path, every byte but the unreserved ones of RFC 3986 and "/" written as
     /// "%XX", so that any name comes back to the same bytes. Ends in "/" for a directory.
     [[nodiscard]] std::string fileURLText() const;

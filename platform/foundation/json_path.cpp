@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "platform/foundation/ascii.h"
 #include "platform/foundation/require.h"
 #include "platform/foundation/utf8.h"
 
@@ -10,16 +11,14 @@ namespace gruk {
 
 namespace {
 
-constexpr std::string_view hexDigits = "0123456789abcdef";
-
 /// The byte from 80 on that two lower-case digits at the start of `text` stand for.
 std::optional<char> escapedByte(std::string_view text)
 {
     if (text.size() < 2) {
         return std::nullopt;
     }
-    const std::size_t high = hexDigits.find(text[0]);
-    const std::size_t low = hexDigits.find(text[1]);
+    const std::size_t high = lowerHexDigits.find(text[0]);
+    const std::size_t low = lowerHexDigits.find(text[1]);
     if (high == std::string_view::npos || low == std::string_view::npos || high < 8) {
         return std::nullopt;
     }
@@ -43,8 +42,8 @@ std::string jsonPathText(std::string_view bytes)
         } else {
             const auto byte = static_cast<unsigned char>(bytes.front());
             text += '\0';
-            text += hexDigits[byte >> 4];
-            text += hexDigits[byte & 15U];
+            text += lowerHexDigits[byte >> 4];
+            text += lowerHexDigits[byte & 15U];
             length = 1;
         }
         bytes.remove_prefix(length);

@@ -8,23 +8,13 @@
 #include <cstdint>
 #include <limits>
 
+#include "platform/foundation/ascii.h"
 #include "platform/foundation/require.h"
 #include "platform/foundation/utf8.h"
 
 namespace gruk {
 
 namespace {
-
-bool isASCII(std::string_view text)
-{
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-char lowered(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
 
 icu::UnicodeString normalized(const icu::Normalizer2* form, UErrorCode& status,
                               const icu::UnicodeString& text)
@@ -54,7 +44,7 @@ std::string searchKey(std::string_view text)
     std::string key;
     if (isASCII(text)) {
         key.resize(text.size());
-        std::transform(text.begin(), text.end(), key.begin(), lowered);
+        std::transform(text.begin(), text.end(), key.begin(), lowerASCII);
         return key;
     }
     GRUK_REQUIRE(text.size() < std::numeric_limits<std::int32_t>::max() / 4, "a text too long");

@@ -2,32 +2,18 @@
 
 #include <random>
 
+#include "platform/foundation/ascii.h"
+
 namespace gruk {
 
 namespace {
 
-constexpr std::string_view hexDigits = "0123456789ABCDEF";
 constexpr std::size_t textLength = 36;
 
 /// Whether the canonical text has a hyphen before the digits of the byte `index`.
 constexpr bool hyphenBefore(std::size_t index)
 {
     return index == 4 || index == 6 || index == 8 || index == 10;
-}
-
-/// The value of a hexadecimal digit in either case; 16 for anything else.
-constexpr std::uint8_t hexValue(char c)
-{
-    if (c >= '0' && c <= '9') {
-        return static_cast<std::uint8_t>(c - '0');
-    }
-    if (c >= 'A' && c <= 'F') {
-        return static_cast<std::uint8_t>(c - 'A' + 10);
-    }
-    if (c >= 'a' && c <= 'f') {
-        return static_cast<std::uint8_t>(c - 'a' + 10);
-    }
-    return 16;
 }
 
 }  // namespace
@@ -55,8 +41,8 @@ std::string UUID::text() const
         if (hyphenBefore(i)) {
             result.push_back('-');
         }
-        result.push_back(hexDigits[bytes[i] >> 4U]);
-        result.push_back(hexDigits[bytes[i] & 0x0FU]);
+        result.push_back(upperHexDigits[bytes[i] >> 4U]);
+        result.push_back(upperHexDigits[bytes[i] & 0x0FU]);
     }
     return result;
 }
@@ -72,12 +58,12 @@ std::optional<UUID> UUID::parse(std::string_view text)
         if (hyphenBefore(i) && text[at++] != '-') {
             return std::nullopt;
         }
-        const std::uint8_t high = hexValue(text[at++]);
-        const std::uint8_t low = hexValue(text[at++]);
-        if (high > 15 || low > 15) {
+        const int high = hexValue(text[at++]);
+        const int low = hexValue(text[at++]);
+        if (high < 0 || low < 0) {
             return std::nullopt;
         }
-        uuid.bytes[i] = static_cast<std::uint8_t>(high << 4U | low);
+        uuid.bytes[i] = static_cast<std::uint8_t>(high * 16 + low);
     }
     return uuid;
 }

@@ -30,7 +30,7 @@ struct AttributeArguments {
 /// What is offered for the list of one item's names. The kernel allocates what is offered at every
 /// call, which for its limit of 64 KB takes as long as all the rest; few items have longer lists.
 constexpr std::size_t usualList = 256;
-constexpr std::size_t longestList = 65'536;
+constexpr std::size_t longestNameList = 65'536;
 /// Attributes that Gruk reads hold a date, a flag or an address.
 constexpr long longestValue = 1'048'576;
 
@@ -58,7 +58,7 @@ AttributeLister::AttributeLister(std::vector<std::string> names, TreeReader::Att
     for (std::string& name : names_) {
         name.insert(0, "user.");
     }
-    buffer_.resize(longestList);
+    buffer_.resize(longestNameList);
     using Access = TreeReader::AttributeAccess;
     if (access == Access::best && hasRelativeCalls(probe)) {
         way_ = Way::relative;
@@ -110,7 +110,7 @@ std::uint32_t AttributeLister::list(const char* child)
     }
     long length = listNames(child, usualList);
     if (length < 0 && errno == ERANGE) {
-        length = listNames(child, longestList);
+        length = listNames(child, longestNameList);
     }
     expectsSome_ = length > 0;
     return length > 0 ? matches(buffer_.data(), static_cast<std::size_t>(length)) : 0;

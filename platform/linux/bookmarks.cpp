@@ -1,7 +1,6 @@
 #include "platform/settings/bookmarks.h"
 
 #include <cerrno>
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -11,16 +10,13 @@
 #include "platform/linux/bookmark_text.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/directory_identity.h"
+#include "platform/linux/directory_stream.h"
 #include "platform/linux/errno_error.h"
 #include "platform/linux/mount_table.h"
 
 namespace gruk {
 
 namespace {
-
-struct DirectoryCloser {
-    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
-};
 
 /// Opens a directory for listing it; none with `errno` set when that is refused.
 Descriptor openForListing(const std::string& path)
@@ -59,7 +55,7 @@ Bookmark parsedBookmark(std::string_view bookmark)
 std::vector<FileURL> foldersByInode(const FileURL& parent, std::uint64_t inode)
 {
     std::vector<FileURL> found;
-    const std::unique_ptr<DIR, DirectoryCloser> listing(::opendir(parent.path().c_str()));
+    const DirectoryStream listing(::opendir(parent.path().c_str()));
     if (!listing) {
         return found;
     }

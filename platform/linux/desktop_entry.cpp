@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/foundation/ascii.h"
 #include "platform/foundation/utf8.h"
 
 namespace gruk {
@@ -10,16 +11,6 @@ namespace gruk {
 namespace {
 
 constexpr std::string_view ownGroup = "[Desktop Entry]";
-constexpr std::string_view blanks = " \t\r";
-
-std::string_view trimmed(std::string_view text)
-{
-    const std::size_t start = text.find_first_not_of(blanks);
-    if (start == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(start, text.find_last_not_of(blanks) - start + 1);
-}
 
 bool isKeyCharacter(char c)
 {
@@ -33,7 +24,7 @@ std::string_view keyOf(std::string_view line)
     if (equals == std::string_view::npos) {
         return {};
     }
-    const std::string_view key = trimmed(line.substr(0, equals));
+    const std::string_view key = trimmedLine(line.substr(0, equals));
     const std::string_view name = key.substr(0, key.find('['));
     const bool isPlain = std::all_of(name.begin(), name.end(), isKeyCharacter);
     const bool isWhole = name.size() == key.size() || key.ends_with(']');
@@ -42,19 +33,19 @@ std::string_view keyOf(std::string_view line)
 
 std::string_view valueOf(std::string_view line)
 {
-    return trimmed(line.substr(line.find('=') + 1));
+    return trimmedLine(line.substr(line.find('=') + 1));
 }
 
 bool isGroup(std::string_view line)
 {
-    const std::string_view text = trimmed(line);
+    const std::string_view text = trimmedLine(line);
     return text.size() > 2 && text.starts_with('[')
            && text.find_first_of("[]", 1) == text.size() - 1 && text.ends_with(']');
 }
 
 bool isPassedOver(std::string_view line)
 {
-    const std::string_view text = trimmed(line);
+    const std::string_view text = trimmedLine(line);
     return text.empty() || text.starts_with('#');
 }
 
@@ -62,7 +53,7 @@ bool isPassedOver(std::string_view line)
 constexpr std::pair<char, char> escapes[] = {
     {'s', ' '}, {'n', '\n'}, {'t', '\t'}, {'r', '\r'}, {'\\', '\\'}};
 
-std::string unescaped(std::string_view raw)
+std::string unescapedString(std::string_view raw)
 {
     std::string text;
     for (std::size_t i = 0; i < raw.size(); ++i) {
@@ -116,7 +107,7 @@ std::optional<DesktopEntry> DesktopEntry::parse(std::string_view text)
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
         if (!isInGroup && !isPassedOver(line)) {
-            if (trimmed(line) != ownGroup) {
+            if (trimmedLine(line) != ownGroup) {
                 return std::nullopt;
             }
             isInGroup = true;
@@ -134,7 +125,7 @@ std::optional<std::string> DesktopEntry::text(std::string_view key) const
     std::optional<std::string> found;
     for (std::size_t i = groupStart_ + 1; i < groupEnd(); ++i) {
         if (keyOf(lines_[i]) == key) {
-            found = unescaped(valueOf(lines_[i]));
+            found = unescapedString(valueOf(lines_[i]));
         }
     }
     return found;

@@ -18,7 +18,7 @@ namespace gruk {
 namespace {
 
 const std::string fileName = "directorysizes";
-constexpr std::size_t longestFile = 4'194'304;
+constexpr std::size_t longestSizesFile = 4'194'304;
 
 std::string pathThrough(const Descriptor& directory, const std::string& name)
 {
@@ -171,7 +171,7 @@ private:
 /// to be replaced.
 std::optional<std::string> formerText(const Descriptor& base, const MoveCalls& calls)
 {
-    if (auto file = readSmallFile(base.number(), fileName, longestFile, calls)) {
+    if (auto file = readSmallFile(base.number(), fileName, longestSizesFile, calls)) {
         return std::move(file->text);
     }
     PlaceFacts facts;

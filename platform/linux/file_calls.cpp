@@ -6,17 +6,11 @@
 
 #include "platform/files/atomic_file.h"
 #include "platform/linux/descriptor.h"
+#include "platform/linux/or_error.h"
 
 namespace gruk {
 
 namespace {
-
-/// A result of the system in the form of `FileCalls`.
-template <typename Result>
-Result orError(Result result)
-{
-    return result < 0 ? static_cast<Result>(-errno) : result;
-}
 
 int createOwnFile(const char* path)
 {

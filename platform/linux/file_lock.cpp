@@ -6,11 +6,11 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 #include "platform/linux/errno_error.h"
 #include "platform/linux/persistently.h"
+#include "platform/linux/try_lock.h"
 
 namespace gruk {
 
@@ -21,12 +21,6 @@ using Clock = std::chrono::steady_clock;
 /// Short beside the time for which a lock is held, so that who waits gets its turn also between
 /// two owners who take it again and again.
 constexpr std::chrono::microseconds betweenAttempts{200};
-
-/// 0, or the negative error number.
-int tryLock(int descriptor)
-{
-    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 ? 0 : -errno;
-}
 
 bool meansNoLocks(int error)
 {
@@ -54,7 +48,7 @@ FileLock::FileLock(const FileURL& url, std::chrono::milliseconds patience)
 {
     const Clock::time_point end = Clock::now() + patience;
     for (;;) {
-        const int result = persistently([this] { return tryLock(descriptor_); });
+        const int result = tryLock(descriptor_);
         if (result == 0 || meansNoLocks(result)) {
             return;
         }

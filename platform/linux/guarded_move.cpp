@@ -14,7 +14,7 @@ namespace gruk {
 
 namespace {
 
-constexpr const char* operation = "move";
+constexpr const char* moving = "move";
 
 int examine(const Spot& spot, PlaceFacts& facts, const MoveCalls& calls)
 {
@@ -143,7 +143,7 @@ int moveOverPlaceHolder(const Spot& from, const Spot& to, const PlaceFacts& item
 
 [[noreturn]] void refuseFolder(const Spot& folder, int error, std::string_view words)
 {
-    throw FileError(std::error_code(error, std::generic_category()), operation, folder.path, words);
+    throw FileError(std::error_code(error, std::generic_category()), moving, folder.path, words);
 }
 
 /// A folder would take the volumes that are mounted in it along, and whoever empties the Trash
@@ -205,7 +205,7 @@ void noteNames(const Spot& from, const Spot& to, MoveBatch::Records& records)
 
 [[noreturn]] void throwChanged(const std::string& path, std::string_view words)
 {
-    throw FileError(std::make_error_code(std::errc::no_such_file_or_directory), operation, path,
+    throw FileError(std::make_error_code(std::errc::no_such_file_or_directory), moving, path,
                     words);
 }
 
@@ -222,13 +222,13 @@ void confirm(const Spot& from, const Spot& to, const ItemIdentity& identity, con
     const int result = transfer(to, from, arrived, calls);
     if (result == 0) {
         if (seen < 0) {
-            throwErrno(-seen, operation, from.path);
+            throwErrno(-seen, moving, from.path);
         }
         throwChanged(from.path, "another item was put in its place; it was left there");
     }
     if (seen == 0) {
-        throw StrayedItemError(std::make_error_code(std::errc::no_such_file_or_directory),
-                               operation, from.path,
+        throw StrayedItemError(std::make_error_code(std::errc::no_such_file_or_directory), moving,
+                               from.path,
                                "another item was put in its place, and is now at " + to.path);
     }
 }
@@ -260,13 +260,13 @@ void requireIdentity(const PlaceFacts& found, const std::optional<ItemIdentity>&
 void moveBetween(const Spot& from, const Spot& to, const std::optional<ItemIdentity>& identity,
                  const MoveCalls& calls, MoveBatch::Records& records)
 {
-    const PlaceFacts item = factsOf(from, operation, calls);
+    const PlaceFacts item = factsOf(from, moving, calls);
     requireIdentity(item, identity, from.path);
     if (item.item.type == ItemType::directory) {
         requireNoVolumeIn(from, calls);
     }
     if (const int result = transfer(from, to, item, calls); result < 0) {
-        throwErrno(-result, operation, result == -EEXIST ? to.path : from.path);
+        throwErrno(-result, moving, result == -EEXIST ? to.path : from.path);
     }
     // Also of an item that goes back.
     noteNames(from, to, records);

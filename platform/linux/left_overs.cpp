@@ -2,22 +2,22 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <memory>
 #include <random>
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 
+#include "platform/foundation/ascii.h"
 #include "platform/linux/descriptor.h"
+#include "platform/linux/directory_stream.h"
+#include "platform/linux/try_lock.h"
 
 namespace gruk {
 
 namespace {
 
 constexpr std::string_view suffix = ".gruk-new";
-constexpr std::string_view hexDigits = "0123456789abcdef";
 constexpr std::size_t randomDigits = 8;
 constexpr std::size_t longestName = 255;
 
@@ -34,21 +34,8 @@ bool isTemporaryName(std::string_view candidate, std::string_view prefix)
         return false;
     }
     const std::string_view digits = candidate.substr(prefix.size(), randomDigits);
-    return digits.find_first_not_of(hexDigits) == std::string_view::npos;
+    return digits.find_first_not_of(lowerHexDigits) == std::string_view::npos;
 }
-
-int tryLock(int descriptor)
-{
-    int result = 0;
-    do {
-        result = ::flock(descriptor, LOCK_EX | LOCK_NB);
-    } while (result != 0 && errno == EINTR);
-    return result == 0 ? 0 : errno;
-}
-
-struct DirectoryCloser {
-    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
-};
 
 void removeUnlessInUse(const std::string& path, const FileCalls& calls)
 {
@@ -70,7 +57,7 @@ std::string temporaryName(std::string_view name)
     const unsigned number = source();
     std::string result = prefixFor(name);
     for (std::size_t i = 0; i < randomDigits; ++i) {
-        result += hexDigits[number >> (4 * i) & 0xFU];
+        result += lowerHexDigits[number >> (4 * i) & 0xFU];
     }
     result += suffix;
     return result;
@@ -78,8 +65,7 @@ std::string temporaryName(std::string_view name)
 
 Lock lockTemporaryFile(int descriptor)
 {
-    const int error = tryLock(descriptor);
-    if (error == EWOULDBLOCK) {
+    if (tryLock(descriptor) == -EWOULDBLOCK) {
         return Lock::lost;
     }
     // Whoever clears left-overs may have come between making the file and locking it.
@@ -90,7 +76,7 @@ Lock lockTemporaryFile(int descriptor)
 
 void removeLeftOvers(const std::string& directory, std::string_view name, const FileCalls& calls)
 {
-    const std::unique_ptr<DIR, DirectoryCloser> listing(::opendir(directory.c_str()));
+    const DirectoryStream listing(::opendir(directory.c_str()));
     if (!listing) {
         return;
     }

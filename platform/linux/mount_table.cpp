@@ -28,7 +28,7 @@ bool isOctal(char c)
 }
 
 /// A field with the kernel's "\040" for a blank and its like taken back.
-std::string unescaped(std::string_view field)
+std::string unescapedField(std::string_view field)
 {
     std::string bytes;
     bytes.reserve(field.size());
@@ -56,14 +56,14 @@ std::optional<Mount> mountOfLine(std::string_view line)
     takeField(line);  // the parent's id
     takeField(line);  // the device
     takeField(line);  // the root within the file system
-    mount.point = unescaped(takeField(line));
+    mount.point = unescapedField(takeField(line));
     const std::size_t mark = line.find(" - ");
     if (mark == std::string_view::npos) {
         return std::nullopt;
     }
     line.remove_prefix(mark + 3);
-    mount.type = unescaped(takeField(line));
-    mount.source = unescaped(takeField(line));
+    mount.type = unescapedField(takeField(line));
+    mount.source = unescapedField(takeField(line));
     return mount;
 }
 

@@ -3,7 +3,6 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <memory>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -12,23 +11,14 @@
 
 #include "platform/foundation/errors.h"
 #include "platform/linux/descriptor.h"
+#include "platform/linux/directory_stream.h"
 #include "platform/linux/mount_table.h"
+#include "platform/linux/or_error.h"
 #include "platform/linux/statx_facts.h"
 
 namespace gruk {
 
 namespace {
-
-/// A result of the system in the form of `MoveCalls`.
-template <typename Result>
-Result orError(Result result)
-{
-    return result < 0 ? static_cast<Result>(-errno) : result;
-}
-
-struct DirectoryCloser {
-    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
-};
 
 int openDirectoryItself(int directory, const char* name, LastLink link)
 {
@@ -36,7 +26,7 @@ int openDirectoryItself(int directory, const char* name, LastLink link)
     return orError(::openat(directory, name, O_PATH | O_DIRECTORY | O_CLOEXEC | links));
 }
 
-int describe(int directory, const char* name, LastLink link, PlaceFacts& facts)
+int readFactsOf(int directory, const char* name, LastLink link, PlaceFacts& facts)
 {
     constexpr unsigned mask = statxMask | STATX_UID | STATX_MNT_ID;
     constexpr unsigned permissionBits = 07777;
@@ -92,7 +82,7 @@ int listNames(int directory, MoveCalls::NameVisitor visit)
     if (number < 0) {
         return -errno;
     }
-    const std::unique_ptr<DIR, DirectoryCloser> listing(::fdopendir(number));
+    const DirectoryStream listing(::fdopendir(number));
     if (!listing) {
         const int error = errno;
         ::close(number);
@@ -109,7 +99,7 @@ int listNames(int directory, MoveCalls::NameVisitor visit)
     return -errno;
 }
 
-int synchronizeNames(int directory)
+int synchronizeOpenDirectory(int directory)
 {
     const Descriptor readable(::openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     return readable.isOpen() ? orError(::fsync(readable.number())) : -errno;
@@ -124,7 +114,7 @@ int createNewFile(int directory, const char* name, unsigned permissions)
 void setLookingCalls(MoveCalls& calls)
 {
     calls.openDirectory = openDirectoryItself;
-    calls.facts = describe;
+    calls.facts = readFactsOf;
     calls.pathOf = tellPath;
     calls.mounts = tellMounts;
     calls.list = listNames;
@@ -156,7 +146,7 @@ void setNameCalls(MoveCalls& calls)
     calls.makeDirectory = [](int directory, const char* name, unsigned permissions) {
         return orError(::mkdirat(directory, name, static_cast<mode_t>(permissions)));
     };
-    calls.synchronizeDirectory = synchronizeNames;
+    calls.synchronizeDirectory = synchronizeOpenDirectory;
     calls.moveWithoutReplacing = [](int fromDirectory, const char* from, int toDirectory,
                                     const char* to) {
         return orError(::renameat2(fromDirectory, from, toDirectory, to, RENAME_NOREPLACE));

@@ -12,6 +12,7 @@
 #include "platform/linux/errno_error.h"
 #include "platform/linux/guarded_path.h"
 #include "platform/linux/persistently.h"
+#include "platform/linux/place_facts.h"
 #include "platform/linux/small_file.h"
 #include "platform/linux/trash_info.h"
 #include "platform/linux/volume_top.h"
@@ -27,12 +28,6 @@ constexpr std::size_t mostNames = 64;
 Descriptor another(int directory)
 {
     return Descriptor(::fcntl(directory, F_DUPFD_CLOEXEC, 0));
-}
-
-int describe(const Descriptor& directory, PlaceFacts& facts, const MoveCalls& calls)
-{
-    return persistently(
-        [&] { return calls.facts(directory.number(), "", LastLink::refused, facts); });
 }
 
 std::string infoName(const std::string& name)
@@ -84,7 +79,7 @@ void MoveBatch::Records::stayIn(const FileURL& root, const std::function<bool()>
     OpenedDirectory opened = openDirectoryAt(root.path(), calls_);
     known.error = opened.error;
     if (opened.error == 0) {
-        known.error = -describe(opened.directory, known.facts, calls_);
+        known.error = -readPlaceFacts(opened.directory.number(), "", known.facts, calls_);
     }
     // Asked when the directory is open: from here on no other one can be taken for it.
     if (known.error == 0 && isMeant && !isMeant()) {
@@ -113,7 +108,8 @@ void MoveBatch::Records::requireRoot(const Descriptor& opened, const FileURL& pl
         return;
     }
     PlaceFacts facts;
-    const int error = root_->error != 0 ? root_->error : -describe(opened, facts, calls_);
+    const int error =
+        root_->error != 0 ? root_->error : -readPlaceFacts(opened.number(), "", facts, calls_);
     if (error != 0) {
         throwErrno(error, operation, place.path());
     }

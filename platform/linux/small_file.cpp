@@ -8,6 +8,7 @@
 #include "platform/linux/errno_error.h"
 #include "platform/linux/guarded_move.h"
 #include "platform/linux/persistently.h"
+#include "platform/linux/place_facts.h"
 
 namespace gruk {
 
@@ -25,12 +26,6 @@ private:
     int number_;
     const MoveCalls& calls_;
 };
-
-int describe(int directory, const std::string& name, PlaceFacts& facts, const MoveCalls& calls)
-{
-    return persistently(
-        [&] { return calls.facts(directory, name.c_str(), LastLink::refused, facts); });
-}
 
 int writeAll(int descriptor, std::string_view text, const MoveCalls& calls)
 {
@@ -57,7 +52,7 @@ std::optional<SmallFile> readSmallFile(int directory, const std::string& name, s
     }
     const ReadFile file(number, calls);
     SmallFile result;
-    if (describe(number, "", result.facts, calls) < 0
+    if (readPlaceFacts(number, "", result.facts, calls) < 0
         || result.facts.item.type != ItemType::regularFile) {
         return std::nullopt;
     }
@@ -118,10 +113,10 @@ void SmallFileInMaking::finish()
 
 void SmallFileInMaking::learn()
 {
-    int result = describe(number_, "", facts_, *calls_);
+    int result = readPlaceFacts(number_, "", facts_, *calls_);
     if (result < 0) {
         // Without its identity it could never be told from another one that takes its place.
-        result = describe(directory_, name_, facts_, *calls_);
+        result = readPlaceFacts(directory_, name_.c_str(), facts_, *calls_);
     }
     requireDone(result);
 }
@@ -147,7 +142,7 @@ void removeSmallFile(int directory, const std::string& name, const PlaceFacts& f
 {
     PlaceFacts now;
     // A number that was freed is soon given to another file; the time of birth tells them apart.
-    if (describe(directory, name, now, calls) == 0
+    if (readPlaceFacts(directory, name.c_str(), now, calls) == 0
         && identityFrom(now.item) == identityFrom(facts.item)
         && now.item.created == facts.item.created) {
         persistently([&] { return calls.remove(directory, name.c_str()); });

@@ -23,7 +23,6 @@ namespace gruk {
 
 namespace {
 
-constexpr const char* operation = "move to Trash";
 constexpr std::size_t longestInfo = 65'536;
 
 std::string infoNameOf(const std::string& name)
@@ -72,10 +71,10 @@ std::string firstGoodName(const TrashWay& way, Attempt attempt)
         if (result == EEXIST) {
             ++taken;
         } else if (++limit == nameLimitCount) {
-            throwErrno(result, operation, way.url.path());
+            throwErrno(result, trashing, way.url.path());
         }
     }
-    throwErrno(EEXIST, operation, way.url.path());
+    throwErrno(EEXIST, trashing, way.url.path());
 }
 
 /// One item's way into its Trash.

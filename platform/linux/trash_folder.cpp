@@ -12,21 +12,16 @@
 #include "platform/linux/errno_error.h"
 #include "platform/linux/guarded_path.h"
 #include "platform/linux/persistently.h"
+#include "platform/linux/place_facts.h"
 #include "platform/linux/volume_top.h"
 
 namespace gruk {
 
 namespace {
 
-constexpr const char* operation = "find Trash";
+constexpr const char* findingTrash = "find Trash";
 constexpr unsigned ownerOnly = 0700;
 constexpr unsigned stickyBit = 01000;
-
-int describe(const Descriptor& directory, PlaceFacts& facts, const MoveCalls& calls)
-{
-    return persistently(
-        [&] { return calls.facts(directory.number(), "", LastLink::refused, facts); });
-}
 
 /// Opens a directory of the user's own by its name, and makes it when it is missing.
 OpenedDirectory openOrMake(const Descriptor& parent, const std::string& name, LastLink link,
@@ -53,7 +48,7 @@ OpenedDirectory openOrMakeOwned(const Descriptor& parent, const std::string& nam
     OpenedDirectory opened = openOrMake(parent, name, LastLink::refused, calls);
     PlaceFacts facts;
     if (opened.error == 0) {
-        opened.error = -describe(opened.directory, facts, calls);
+        opened.error = -readPlaceFacts(opened.directory.number(), "", facts, calls);
     }
     if (opened.error == 0 && facts.owner != ::geteuid()) {
         opened.error = EPERM;
@@ -101,7 +96,7 @@ HomeTrash lookForHomeTrash(FileURL place, const MoveCalls& calls)
             return home;
         }
         if ((opened.error != ENOENT && !isObstacle(opened.error)) || place == FileURL()) {
-            throwErrno(opened.error, operation, place.path());
+            throwErrno(opened.error, findingTrash, place.path());
         }
         if (isObstacle(opened.error)) {
             home.obstacle = opened.error;
@@ -115,7 +110,7 @@ HomeTrash lookForHomeTrash(FileURL place, const MoveCalls& calls)
 TrashFolder openHomeTrash(HomeTrash home, const FileURL& place, const MoveCalls& calls)
 {
     if (home.obstacle != 0) {
-        throwErrno(home.obstacle, operation, place.path());
+        throwErrno(home.obstacle, findingTrash, place.path());
     }
     TrashFolder trash;
     trash.base = std::move(home.nearest);
@@ -124,11 +119,11 @@ TrashFolder openHomeTrash(HomeTrash home, const FileURL& place, const MoveCalls&
         OpenedDirectory next = openOrMake(trash.base, name, LastLink::followed, calls);
         trash.base = std::move(next.directory);
         if (next.error != 0) {
-            throwErrno(next.error, operation, place.path());
+            throwErrno(next.error, findingTrash, place.path());
         }
     }
     if (const int error = openParts(trash, calls); error != 0) {
-        throwErrno(error, operation, place.path());
+        throwErrno(error, findingTrash, place.path());
     }
     return trash;
 }
@@ -140,7 +135,7 @@ OpenedDirectory openShared(const VolumeTop& top, const MoveCalls& calls)
         openDirectoryIn(top.directory.number(), ".Trash", LastLink::refused, calls);
     PlaceFacts facts;
     if (shared.error == 0) {
-        shared.error = -describe(shared.directory, facts, calls);
+        shared.error = -readPlaceFacts(shared.directory.number(), "", facts, calls);
     }
     if (shared.error == 0 && (facts.permissions & stickyBit) == 0) {
         shared.error = EPERM;
@@ -175,7 +170,7 @@ TrashFolder trashOfVolume(int parent, const std::string& path, const MoveCalls& 
     const std::string name = ".Trash-" + user;
     if (const int error = openVolumeTrash(trash, top.directory, name, calls); error != 0) {
         const std::string reason = std::generic_category().message(error);
-        throw FileError(std::make_error_code(std::errc::cross_device_link), operation, path,
+        throw FileError(std::make_error_code(std::errc::cross_device_link), findingTrash, path,
                         "its volume has no Trash: " + reason);
     }
     trash.path = place.appending(name).path();
@@ -191,8 +186,9 @@ TrashFolder openTrashFor(int parent, const PlaceFacts& facts, const std::string&
         const FileURL place = data->appending("Trash", FileURL::Names::directory);
         HomeTrash home = lookForHomeTrash(place, calls);
         PlaceFacts nearest;
-        if (const int result = describe(home.nearest, nearest, calls); result < 0) {
-            throwErrno(-result, operation, place.path());
+        if (const int result = readPlaceFacts(home.nearest.number(), "", nearest, calls);
+            result < 0) {
+            throwErrno(-result, findingTrash, place.path());
         }
         if (areOnOneMount(nearest, facts)) {
             return openHomeTrash(std::move(home), place, calls);

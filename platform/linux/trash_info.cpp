@@ -5,6 +5,7 @@
 #include <mutex>
 #include <utility>
 
+#include "platform/foundation/ascii.h"
 #include "platform/foundation/file_url.h"
 #include "platform/foundation/utf8.h"
 
@@ -13,34 +14,22 @@ namespace gruk {
 namespace {
 
 constexpr std::string_view header = "[Trash Info]";
-constexpr std::string_view scheme = "file://";
-
-/// A line without the blanks and the carriage return that some editors leave at its ends.
-std::string_view trimmed(std::string_view line)
-{
-    constexpr std::string_view blanks = " \t\r";
-    const std::size_t start = line.find_first_not_of(blanks);
-    if (start == std::string_view::npos) {
-        return {};
-    }
-    return line.substr(start, line.find_last_not_of(blanks) - start + 1);
-}
 
 std::string_view takeLine(std::string_view& text)
 {
     const std::string_view line = text.substr(0, text.find('\n'));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
-    return trimmed(line);
+    return trimmedLine(line);
 }
 
 /// The value of a line "key=value"; none for another key.
 std::optional<std::string_view> valueOf(std::string_view line, std::string_view key)
 {
     const std::size_t mark = line.find('=');
-    if (mark == std::string_view::npos || trimmed(line.substr(0, mark)) != key) {
+    if (mark == std::string_view::npos || trimmedLine(line.substr(0, mark)) != key) {
         return std::nullopt;
     }
-    return trimmed(line.substr(mark + 1));
+    return trimmedLine(line.substr(mark + 1));
 }
 
 /// Where to end `text` so that at most `room` bytes are left and no character is split.
@@ -91,7 +80,7 @@ std::string percentEncodedPath(std::string_view path)
 {
     const bool isAbsolute = path.starts_with('/');
     const std::string text = FileURL(path).fileURLText();
-    return text.substr(scheme.size() + (isAbsolute ? 0 : 1));
+    return text.substr(FileURL::scheme.size() + (isAbsolute ? 0 : 1));
 }
 
 std::optional<std::string> percentDecodedPath(std::string_view text)
@@ -100,8 +89,8 @@ std::optional<std::string> percentDecodedPath(std::string_view text)
         return std::nullopt;
     }
     const bool isAbsolute = text.starts_with('/');
-    const auto url =
-        FileURL::fromFileURLText(std::string(scheme) + (isAbsolute ? "" : "/") + std::string(text));
+    const auto url = FileURL::fromFileURLText(std::string(FileURL::scheme) + (isAbsolute ? "" : "/")
+                                              + std::string(text));
     if (!url) {
         return std::nullopt;
     }

@@ -13,14 +13,12 @@ namespace gruk {
 
 namespace {
 
-constexpr const char* operation = "move to Trash";
-
 /// How long a name may be, most often and on file systems that encrypt names.
 constexpr std::array<std::size_t, nameLimitCount> nameLimits{255, 143};
 
 [[noreturn]] void refuse(const std::string& path, std::errc code, std::string_view words)
 {
-    throw FileError(std::make_error_code(code), operation, path, words);
+    throw FileError(std::make_error_code(code), trashing, path, words);
 }
 
 /// What tells the n-th name for an item from the others: nothing, "2", "3" and so on; after many
@@ -73,12 +71,12 @@ void refuseTheTrashItself(const TrashWay& way, const MoveCalls& calls)
 
 TrashWay openTrashWay(const FileURL& url, const MoveConditions& conditions, const MoveCalls& calls)
 {
-    TrashWay way{url, openWayTo(url, conditions, operation, calls), {}, {}, {}, {}};
-    way.facts = factsOf(way.spot(), operation, calls);
+    TrashWay way{url, openWayTo(url, conditions, trashing, calls), {}, {}, {}, {}};
+    way.facts = factsOf(way.spot(), trashing, calls);
     requireIdentity(way.facts, conditions.identity, url.path());
     const int parent = way.parent.directory.number();
     const std::string here;
-    const PlaceFacts around = factsOf({parent, here, url.path()}, operation, calls);
+    const PlaceFacts around = factsOf({parent, here, url.path()}, trashing, calls);
     if (!areOnOneMount(way.facts, around)) {
         refuse(url.path(), std::errc::device_or_resource_busy, "a volume is mounted there");
     }

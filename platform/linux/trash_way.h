@@ -29,6 +29,9 @@ struct TrashWay {
     [[nodiscard]] OpenTrash openTrash() const { return {trash.base, trash.files, trash.info}; }
 };
 
+/// What an error on the way to a Trash calls it.
+inline constexpr const char* trashing = "move to Trash";
+
 /// Opens the way from the item at `url` to its Trash, of which what is missing is made. Throws what
 /// `trashItem` does when the item may not go there.
 [[nodiscard]] TrashWay openTrashWay(const FileURL& url, const MoveConditions& conditions,

@@ -1,7 +1,6 @@
 #include "platform/linux/volume_lookup.h"
 
 #include <algorithm>
-#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -9,6 +8,7 @@
 #include <linux/magic.h>
 #include <sys/sysmacros.h>
 
+#include "platform/linux/directory_stream.h"
 #include "platform/linux/mount_table.h"
 
 namespace gruk {
@@ -28,10 +28,6 @@ std::uint64_t kindOf(const struct statfs& fileSystem)
     return static_cast<std::uint32_t>(fileSystem.f_type);
 }
 
-struct DirectoryCloser {
-    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
-};
-
 /// Whether a name is one that the system's list of disks would have.
 bool isPlainName(std::string_view name)
 {
@@ -41,7 +37,7 @@ bool isPlainName(std::string_view name)
 /// The UUID under which the system lists the disk with that number.
 std::optional<std::string> uuidOfDisk(dev_t device)
 {
-    const std::unique_ptr<DIR, DirectoryCloser> listing(::opendir(disksByUUID));
+    const DirectoryStream listing(::opendir(disksByUUID));
     if (!listing) {
         return std::nullopt;
     }

@@ -7,23 +7,17 @@
 #include "platform/linux/errno_error.h"
 #include "platform/linux/guarded_path.h"
 #include "platform/linux/persistently.h"
+#include "platform/linux/place_facts.h"
 
 namespace gruk {
 
 namespace {
 
-constexpr const char* operation = "find volume";
-
-int describe(int directory, PlaceFacts& facts, const MoveCalls& calls)
-{
-    return persistently([&] { return calls.facts(directory, "", LastLink::refused, facts); });
-}
-
 [[noreturn]] void fail(int directory, int error, const MoveCalls& calls)
 {
     std::string path;
     calls.pathOf(directory, path);
-    throwErrno(error, operation, path);
+    throwErrno(error, findingVolume, path);
 }
 
 /// What the system's table says of the mount, if that is what is found there: another mount may
@@ -38,7 +32,7 @@ VolumeTop topByTable(const PlaceFacts& inside, const MoveCalls& calls)
     top.directory = openDirectoryAt(top.path, calls).directory;
     PlaceFacts facts;
     const bool isFound = top.directory.isOpen()
-                         && describe(top.directory.number(), facts, calls) == 0
+                         && readPlaceFacts(top.directory.number(), "", facts, calls) == 0
                          && areOnOneMount(facts, inside);
     return isFound ? std::move(top) : VolumeTop();
 }
@@ -50,10 +44,10 @@ void requireReachable(const VolumeTop& top, const PlaceFacts& inside, const Move
     const OpenedDirectory reached = openDirectoryAt(top.path, calls);
     PlaceFacts facts;
     const bool isReached = reached.error == 0
-                           && describe(reached.directory.number(), facts, calls) == 0
+                           && readPlaceFacts(reached.directory.number(), "", facts, calls) == 0
                            && areOnOneMount(facts, inside);
     if (!isReached) {
-        throw FileError(std::make_error_code(std::errc::no_such_device), operation, top.path,
+        throw FileError(std::make_error_code(std::errc::no_such_device), findingVolume, top.path,
                         "its volume is not mounted any more");
     }
 }
@@ -68,7 +62,7 @@ VolumeTop topByClimbing(int directory, PlaceFacts here, const MoveCalls& calls)
             openDirectoryIn(at.directory.number(), "..", LastLink::refused, calls);
         PlaceFacts facts;
         if (above.error == 0) {
-            above.error = -describe(above.directory.number(), facts, calls);
+            above.error = -readPlaceFacts(above.directory.number(), "", facts, calls);
         }
         const bool isSame =
             facts.item.inode == here.item.inode && facts.item.deviceID == here.item.deviceID;
@@ -105,7 +99,7 @@ std::string mountPointOf(std::uint64_t mount, const MoveCalls& calls)
         });
     });
     if (result < 0) {
-        throwErrno(-result, operation, path);
+        throwErrno(-result, findingVolume, path);
     }
     return path;
 }
@@ -113,7 +107,7 @@ std::string mountPointOf(std::uint64_t mount, const MoveCalls& calls)
 VolumeTop volumeTop(int directory, const MoveCalls& calls)
 {
     PlaceFacts facts;
-    if (const int result = describe(directory, facts, calls); result < 0) {
+    if (const int result = readPlaceFacts(directory, "", facts, calls); result < 0) {
         fail(directory, -result, calls);
     }
     VolumeTop top = topByTable(facts, calls);

@@ -8,6 +8,9 @@
 
 namespace gruk {
 
+/// What an error of the search for a volume calls it.
+inline constexpr const char* findingVolume = "find volume";
+
 /// The directory at which a volume is mounted.
 struct VolumeTop {
     Descriptor directory;

@@ -12,8 +12,6 @@ namespace gruk {
 
 namespace {
 
-constexpr const char* operation = "find volume";
-
 /// Whether the error says that there is no such item, and not that it cannot be looked at.
 bool saysNothingIsThere(const FileError& error)
 {
@@ -23,9 +21,9 @@ bool saysNothingIsThere(const FileError& error)
 
 FileURL topOver(const FileURL& url, const MoveCalls& calls)
 {
-    const OpenedParent parent = openWayTo(url, std::nullopt, operation, calls);
+    const OpenedParent parent = openWayTo(url, std::nullopt, findingVolume, calls);
     const Spot spot{parent.directory.number(), parent.name, url.path()};
-    const PlaceFacts item = factsOf(spot, operation, calls);
+    const PlaceFacts item = factsOf(spot, findingVolume, calls);
     // The table alone decides, so that no other mount is touched.
     if (const std::string path = mountPointOf(item.mount, calls); !path.empty()) {
         return FileURL::directory(path);

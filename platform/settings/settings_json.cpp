@@ -13,14 +13,14 @@ namespace {
 
 namespace json = boost::json;
 
-constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view whiteSpace = " \t\r\n";
 
 /// Begins each key in an object that is no key of a dictionary. A dictionary's own key that begins
 /// with it stands with one more.
-constexpr char mark = '$';
+constexpr char keyMark = '$';
 constexpr std::string_view dataKey = "$data";
 
-std::optional<json::value> parsed(std::string_view text)
+std::optional<json::value> parsedJSON(std::string_view text)
 {
     boost::system::error_code error;
     json::value value = json::parse(text, error);
@@ -63,7 +63,7 @@ public:
     /// Skips blanks and these characters.
     void skip(std::string_view characters)
     {
-        while (blanks.find(rest_.front()) != std::string_view::npos
+        while (whiteSpace.find(rest_.front()) != std::string_view::npos
                || characters.find(rest_.front()) != std::string_view::npos) {
             rest_.remove_prefix(1);
         }
@@ -110,23 +110,23 @@ std::optional<std::string> textOf(const json::value& value)
 
 std::string escapedKey(std::string_view key)
 {
-    return (key.starts_with(mark) ? std::string(1, mark) : "") + jsonPathText(key);
+    return (key.starts_with(keyMark) ? std::string(1, keyMark) : "") + jsonPathText(key);
 }
 
 /// The key that a dictionary has as `text`; none when it is not one of a dictionary.
 std::optional<std::string> unescapedKey(std::string_view text)
 {
-    if (!text.starts_with(mark)) {
+    if (!text.starts_with(keyMark)) {
         return pathFromJSONText(text);
     }
-    return text.substr(1).starts_with(mark) ? pathFromJSONText(text.substr(1)) : std::nullopt;
+    return text.substr(1).starts_with(keyMark) ? pathFromJSONText(text.substr(1)) : std::nullopt;
 }
 
 }  // namespace
 
 std::optional<SettingsValues> settingsFromJSON(std::string_view json)
 {
-    const std::optional<json::value> root = parsed(json);
+    const std::optional<json::value> root = parsedJSON(json);
     if (!root || !root->is_object()) {
         return std::nullopt;
     }
@@ -135,7 +135,7 @@ std::optional<SettingsValues> settingsFromJSON(std::string_view json)
     tokens.skip("");
     tokens.skip("{");
     while (tokens.front() != '}') {
-        const std::optional<json::value> key = parsed(tokens.takeValue());
+        const std::optional<json::value> key = parsedJSON(tokens.takeValue());
         tokens.skip(":");
         const std::string_view value = tokens.takeValue();
         values.insert_or_assign(std::string(std::string_view(key->get_string())),
@@ -182,20 +182,20 @@ std::string textDictionaryJSON(const TextDictionary& dictionary)
 
 std::optional<bool> booleanFromJSON(std::string_view json)
 {
-    const std::optional<json::value> value = parsed(json);
+    const std::optional<json::value> value = parsedJSON(json);
     const bool* const boolean = value ? value->if_bool() : nullptr;
     return boolean == nullptr ? std::nullopt : std::optional(*boolean);
 }
 
 std::optional<std::string> textFromJSON(std::string_view json)
 {
-    const std::optional<json::value> value = parsed(json);
+    const std::optional<json::value> value = parsedJSON(json);
     return value ? textOf(*value) : std::nullopt;
 }
 
 std::optional<std::string> dataFromJSON(std::string_view json)
 {
-    const std::optional<json::value> value = parsed(json);
+    const std::optional<json::value> value = parsedJSON(json);
     const json::object* const object = value ? value->if_object() : nullptr;
     if (object == nullptr || object->size() != 1 || object->begin()->key() != dataKey) {
         return std::nullopt;
@@ -206,7 +206,7 @@ std::optional<std::string> dataFromJSON(std::string_view json)
 
 std::optional<TextDictionary> textDictionaryFromJSON(std::string_view json)
 {
-    const std::optional<json::value> value = parsed(json);
+    const std::optional<json::value> value = parsedJSON(json);
     const json::object* const object = value ? value->if_object() : nullptr;
     if (object == nullptr) {
         return std::nullopt;

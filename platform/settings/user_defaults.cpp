@@ -15,7 +15,7 @@ namespace {
 
 /// Settings are a few kilobytes; what is longer than this was never written by this program, and
 /// must not be taken into memory.
-constexpr std::int64_t longestFile = std::int64_t{64} << 20;
+constexpr std::int64_t longestSettingsFile = std::int64_t{64} << 20;
 
 /// More files than that have not been damaged; something is wrong with the folder.
 constexpr int damagedFilesLimit = 1'000;
@@ -181,7 +181,7 @@ void UserDefaults::refresh() const
         return;
     }
     std::optional<SettingsValues> values;
-    if (stamp.size <= longestFile) {
+    if (stamp.size <= longestSettingsFile) {
         values = settingsFromJSON(wholeContent(*file));
     }
     const bool isDamaged = !values;
