@@ -3,8 +3,10 @@ add_library(gruk_options INTERFACE)
 target_compile_features(gruk_options INTERFACE cxx_std_20)
 target_include_directories(gruk_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(gruk_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Woverloaded-virtual
+    -Wall -Wextra -Wpedantic -Wconversion -Wold-style-cast -Woverloaded-virtual
     -Wnon-virtual-dtor -Werror
+    # A name that one file has for itself may well be a parameter in a file joined to it.
+    $<$<NOT:$<BOOL:${GRUK_JOINED_SOURCES}>>:-Wshadow>
     # The same figures on every compiler: a*b+c is two roundings everywhere.
     -ffp-contract=off)
 # -O2: -O3 gains nothing measurable here and costs time to compile.
@@ -41,20 +43,24 @@ endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
-# Has the headers named parsed once for the whole target, where builds are to be quick. The program's
-# own sources only where that is asked for: a file that leaves out an include has to fail in the
-# builds of users and developers.
+# Has the headers named parsed once for a test program or what it stands on.
 function(gruk_precompile target)
-    if(GRUK_PRECOMPILED_HEADERS STREQUAL "everywhere")
+    if(NOT GRUK_PRECOMPILED_HEADERS)
+        return()
+    endif()
+    if(ARGV1 STREQUAL "REUSE_FROM")
+        target_precompile_headers(${target} REUSE_FROM ${ARGV2})
+    else()
         target_precompile_headers(${target} PRIVATE ${ARGN})
     endif()
 endfunction()
-function(gruk_precompile_for_tests target)
-    if(NOT GRUK_PRECOMPILED_HEADERS STREQUAL "nowhere")
-        if(ARGV1 STREQUAL "REUSE_FROM")
-            target_precompile_headers(${target} REUSE_FROM ${ARGV2})
-        else()
-            target_precompile_headers(${target} PRIVATE ${ARGN})
-        endif()
+
+# Has up to `count` sources of a library compiled as one (0: all of them) where a build is to be
+# quick above all. What is in their anonymous namespaces must then have a name of its own within the
+# library; and a file that leaves out an include has to fail in the other builds, of users and
+# developers.
+function(gruk_join target count)
+    if(GRUK_JOINED_SOURCES)
+        set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${count})
     endif()
 endfunction()

@@ -15,7 +15,7 @@ add_library(gruk_app_test_support STATIC
 set_target_properties(gruk_app_test_support PROPERTIES AUTOMOC ON)
 target_link_libraries(gruk_app_test_support PUBLIC gruk_app gruk_test_support Qt6::Test)
 gruk_compile_quickly(gruk_app_test_support)
-gruk_precompile_for_tests(gruk_app_test_support ${test_headers}
+gruk_precompile(gruk_app_test_support ${test_headers}
     <QtCore> <QtGui> <QtWidgets> <QTest> <QCoro/QCoroTask>)
 
 gruk_add_tests(gruk_app_tests
@@ -113,7 +113,7 @@ gruk_add_tests(gruk_app_tests
     app/theme/theme_test.cpp
     app/tour/tree_copy_test.cpp)
 target_link_libraries(gruk_app_tests PRIVATE gruk_app_test_support gruk_tour_parts)
-gruk_precompile_for_tests(gruk_app_tests REUSE_FROM gruk_app_test_support)
+gruk_precompile(gruk_app_tests REUSE_FROM gruk_app_test_support)
 # Some start the program itself.
 add_dependencies(gruk_app_tests gruk)
 target_compile_definitions(gruk_app_tests PRIVATE
@@ -130,7 +130,7 @@ gruk_add_tests(gruk_app_thread_tests LABEL threads
     app/model/app_model_live_test.cpp
     app/model/app_model_soak_test.cpp)
 target_link_libraries(gruk_app_thread_tests PRIVATE gruk_app_test_support)
-gruk_precompile_for_tests(gruk_app_thread_tests REUSE_FROM gruk_app_test_support)
+gruk_precompile(gruk_app_thread_tests REUSE_FROM gruk_app_test_support)
 
 # A user at the real window, on real files and threads.
 gruk_add_tests(gruk_end_to_end_tests
@@ -139,7 +139,7 @@ gruk_add_tests(gruk_end_to_end_tests
     support/disk_count.cpp
     support/window_user.cpp)
 target_link_libraries(gruk_end_to_end_tests PRIVATE gruk_app_test_support)
-gruk_precompile_for_tests(gruk_end_to_end_tests REUSE_FROM gruk_app_test_support)
+gruk_precompile(gruk_end_to_end_tests REUSE_FROM gruk_app_test_support)
 
 # Every picture of the tour is written, and none is blank.
 add_test(NAME Tour.writesEveryPicture
@@ -179,7 +179,7 @@ gruk_add_tests(gruk_repository_tests
     repository/source_file.cpp
     repository/walls.cpp
     repository/walls_test.cpp)
-gruk_precompile_for_tests(gruk_repository_tests ${test_headers})
+gruk_precompile(gruk_repository_tests REUSE_FROM gruk_promise_tests)
 get_target_property(widget_headers Qt6::Widgets INTERFACE_INCLUDE_DIRECTORIES)
 list(FILTER widget_headers INCLUDE REGEX "/QtWidgets$")
 target_compile_definitions(gruk_repository_tests PRIVATE
