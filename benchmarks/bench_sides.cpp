@@ -2,7 +2,7 @@
 
 #include <functional>
 #include <stdexcept>
-#include <unordered_set>
+#include <stop_token>
 #include <utility>
 #include <vector>
 
@@ -16,6 +16,7 @@
 #include "core/patrol/snapshot_entries_builder.h"
 #include "core/patrol/snapshot_scanner.h"
 #include "core/patrol/snapshot_store.h"
+#include "core/patrol/tree_walk.h"
 #include "platform/files/file_reader.h"
 #include "platform/files/metadata.h"
 
@@ -80,38 +81,51 @@ Figures attributeFloor(Arguments arguments)
              })}};
 }
 
-/// Walks and records what is below `root` as the scanner does.
+/// What a walk records when it is measured without the ordering: as a patrol does, with nobody to
+/// tell of its progress.
+class Recorder {
+public:
+    struct Directory {
+        SnapshotEntries::Index entry = SnapshotEntries::noIndex;
+    };
+
+    explicit Recorder(SnapshotEntriesBuilder& entries) : entries_(entries) {}
+
+    [[nodiscard]] std::string_view name(const Directory& directory) const
+    {
+        return entries_.name(directory.entry);
+    }
+    void willVisit() {}
+    void otherVolume(const Directory&, const ListedItem&) {}
+    Directory directory(const Directory& parent, const ListedItem& item)
+    {
+        return {add(parent, item, 0)};
+    }
+    void file(const Directory& parent, const ListedItem& item, FileMeeting meeting)
+    {
+        add(parent, item, meeting == FileMeeting::first ? item.allocatedSize : 0);
+    }
+    void listed(const Directory&) {}
+    /// A folder that cannot be listed has no children to record.
+    bool absorbs(const Directory&, const std::exception&) { return true; }
+
+private:
+    SnapshotEntries::Index add(const Directory& parent, const ListedItem& item, Bytes bytes)
+    {
+        return entries_.add(parent.entry, item.name, bytes, item.dateModified, item.kind,
+                            item.isDirectory);
+    }
+
+    SnapshotEntriesBuilder& entries_;
+};
+
+/// Walks and records what is below `root` with the scanner's own loop.
 void addTree(const FileURL& root, SnapshotEntriesBuilder& entries)
 {
-    constexpr auto noIndex = SnapshotEntries::noIndex;
-    const auto device = itemFacts(root).deviceID;
     const auto lister = makeLiveLister(root);
-    std::vector<std::pair<SnapshotEntries::Index, std::size_t>> pending = {{noIndex, 0}};
-    std::unordered_set<std::uint64_t> seenHardLinks;
-    while (!pending.empty()) {
-        const auto [directory, depth] = pending.back();
-        pending.pop_back();
-        const std::string_view name =
-            directory == noIndex ? std::string_view() : entries.name(directory);
-        try {
-            lister->list(depth, name, [&](const ListedItem& item) {
-                if (item.isSymlink || item.deviceID != device) {
-                    return;
-                }
-                const bool isCounted = item.isDirectory || item.linkCount < 2
-                                       || seenHardLinks.insert(item.inode).second;
-                const auto entry =
-                    entries.add(directory, item.name, isCounted ? item.allocatedSize : 0,
-                                item.dateModified, item.kind, item.isDirectory);
-                if (item.isDirectory) {
-                    pending.emplace_back(entry, depth + 1);
-                }
-            });
-        } catch (const std::exception&) {
-            // A folder that cannot be listed has no children to order.
-            continue;
-        }
-    }
+    const std::stop_token never;
+    Recorder recorder(entries);
+    TreeWalk(*lister, itemFacts(root).deviceID, never, recorder).run();
 }
 
 /// The walk alone: ordering what it recorded has a figure of its own.

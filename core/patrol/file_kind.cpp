@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "platform/foundation/ascii.h"
+
 namespace gruk {
 
 namespace {
@@ -46,36 +48,61 @@ constexpr std::array extensions = {
 
 constexpr std::size_t longestExtension = 5;
 
-constexpr char lowerCased(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 /// The letters of a short text as one number, so that looking one up compares numbers: this runs
 /// for each file of a realm.
 constexpr std::uint64_t packed(std::string_view text)
 {
     std::uint64_t number = 0;
     for (const char c : text) {
-        number = number << 8U | static_cast<unsigned char>(lowerCased(c));
+        number = number << 8U | static_cast<unsigned char>(lowerASCII(c));
     }
     return number;
 }
 
 struct PackedExtension {
-    std::uint64_t number;
-    FileKind kind;
+    std::uint64_t number = 0;
+    FileKind kind = FileKind::other;
 };
 
-constexpr auto packedExtensions = [] {
-    std::array<PackedExtension, extensions.size()> list{};
-    std::transform(extensions.begin(), extensions.end(), list.begin(), [](const Extension& one) {
-        return PackedExtension{packed(one.text), one.kind};
-    });
-    std::sort(list.begin(), list.end(), [](const PackedExtension& a, const PackedExtension& b) {
-        return a.number < b.number;
-    });
-    return list;
+/// The extensions at places that follow from their numbers, so that looking one up takes one
+/// comparison: a multiplier is tried after another until no two fall together.
+struct ExtensionTable {
+    static constexpr unsigned bits = 8;
+
+    [[nodiscard]] constexpr const PackedExtension& at(std::uint64_t number) const
+    {
+        return places[static_cast<std::size_t>(number * multiplier >> (64U - bits))];
+    }
+
+    std::array<PackedExtension, std::size_t{1} << bits> places{};
+    std::uint64_t multiplier = 0;
+};
+
+constexpr std::optional<ExtensionTable> tableWith(std::uint64_t multiplier)
+{
+    ExtensionTable table;
+    table.multiplier = multiplier;
+    for (const Extension& extension : extensions) {
+        const std::uint64_t number = packed(extension.text);
+        auto& place = table.places[static_cast<std::size_t>(&table.at(number) - &table.places[0])];
+        if (place.number != 0) {
+            return std::nullopt;
+        }
+        place = {number, extension.kind};
+    }
+    return table;
+}
+
+constexpr ExtensionTable extensionTable = [] {
+    // Steps that spread the bits, as the golden ratio does.
+    constexpr std::uint64_t step = 0x9E37'79B9'7F4A'7C15;
+    std::uint64_t multiplier = step;
+    std::optional<ExtensionTable> table = tableWith(multiplier);
+    while (!table) {
+        multiplier += step;
+        table = tableWith(multiplier);
+    }
+    return *table;
 }();
 
 FileKind kindOfExtension(std::string_view extension)
@@ -84,11 +111,8 @@ FileKind kindOfExtension(std::string_view extension)
         return FileKind::other;
     }
     const std::uint64_t number = packed(extension);
-    const auto* const found = std::lower_bound(
-        packedExtensions.begin(), packedExtensions.end(), number,
-        [](const PackedExtension& one, std::uint64_t wanted) { return one.number < wanted; });
-    return found != packedExtensions.end() && found->number == number ? found->kind
-                                                                      : FileKind::other;
+    const PackedExtension& found = extensionTable.at(number);
+    return found.number == number ? found.kind : FileKind::other;
 }
 
 bool endsInApp(std::string_view name)
@@ -96,7 +120,7 @@ bool endsInApp(std::string_view name)
     constexpr std::string_view suffix = ".app";
     return name.size() >= suffix.size()
            && std::equal(suffix.begin(), suffix.end(), name.end() - suffix.size(),
-                         [](char expected, char c) { return expected == lowerCased(c); });
+                         [](char expected, char c) { return expected == lowerASCII(c); });
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ public:
     void push(T value)
     {
         if ((size_ & (pieceSize - 1)) == 0) {
-            pieces_.push_back(std::make_unique_for_overwrite<T[]>(pieceSize));
+            grow();
         }
         pieces_.back()[size_ & (pieceSize - 1)] = value;
         ++size_;
@@ -43,6 +43,12 @@ public:
     [[nodiscard]] std::size_t size() const noexcept { return size_; }
 
 private:
+    /// Apart, so that what is done for each entry is short enough to be inlined.
+    [[gnu::noinline]] void grow()
+    {
+        pieces_.push_back(std::make_unique_for_overwrite<T[]>(pieceSize));
+    }
+
     std::vector<std::unique_ptr<T[]>> pieces_;
     std::size_t size_ = 0;
 };
