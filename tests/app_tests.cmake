@@ -175,6 +175,8 @@ add_test(NAME Packaging.installsTheProgramWithItsIconsAndEntries
 # What holds for the repository itself: who may include what, and that every test is in a program.
 gruk_add_tests(gruk_repository_tests
     repository/documents_test.cpp
+    repository/own_names.cpp
+    repository/own_names_test.cpp
     repository/repository_test.cpp
     repository/source_file.cpp
     repository/walls.cpp

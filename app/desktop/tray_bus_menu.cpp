@@ -12,7 +12,7 @@ namespace {
 constexpr int root = 0;
 
 /// The interface takes one "_" for the mark of a key.
-QString label(const TrayEntry& entry)
+QString entryLabel(const TrayEntry& entry)
 {
     return QString(entry.text).replace(QLatin1Char('_'), QLatin1String("__"));
 }
@@ -38,7 +38,7 @@ QVariantMap propertiesOf(const TrayEntry& entry)
         return {{QStringLiteral("type"), QStringLiteral("separator")},
                 {QStringLiteral("visible"), true}};
     }
-    return {{QStringLiteral("label"), label(entry)},
+    return {{QStringLiteral("label"), entryLabel(entry)},
             {QStringLiteral("enabled"), entry.isEnabled},
             {QStringLiteral("visible"), true}};
 }

@@ -13,7 +13,7 @@ namespace {
 
 /// The folder that an operation worked in: of an organise the realm that it names, of a Hoard the
 /// folder that holds it. Below it no link is followed on the way back, whichever realm is open.
-std::optional<FileURL> rootOf(const StashOperation& operation)
+std::optional<FileURL> rootOfUndo(const StashOperation& operation)
 {
     if (!operation.hoardFolder || operation.moved.empty()) {
         return std::nullopt;
@@ -85,7 +85,7 @@ void AppModel::undoLastOrganise()
 void AppModel::undoMoves(UndoSlot& slot, void (AppModel::*changed)())
 {
     const StashOperation former = *slot;
-    const std::optional<FileURL> root = rootOf(former);
+    const std::optional<FileURL> root = rootOfUndo(former);
     // None also of a realm that was removed from the list; its files may go back all the same.
     const std::shared_ptr<ScopedAccess> access = root ? accessTo(*root) : nullptr;
     const StashRestoreOperation operation =

@@ -63,7 +63,7 @@ std::array<PanelText, 3> panelTexts(const ReviewFinding& finding)
 
 QString sizeText(const ReviewFinding& finding)
 {
-    return QString::fromStdString(ByteFormat::string(finding.allocatedSize));
+    return bytesText(finding.allocatedSize);
 }
 
 QLabel* figure(Theme& theme, TextStyle style, const QString& text)

@@ -14,14 +14,6 @@ namespace gruk {
 
 namespace {
 
-Label* paragraph(Theme& theme, TextStyle style, const QString& text = {})
-{
-    auto* label = new Label(theme, style);
-    label->setWordWrap(true);
-    label->setText(text);
-    return label;
-}
-
 QLayout* withSymbol(Theme& theme, Icon icon, Label* label)
 {
     auto* row = new QHBoxLayout;

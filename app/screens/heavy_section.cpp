@@ -11,7 +11,6 @@
 #include "app/theme/accessible.h"
 #include "app/theme/row.h"
 #include "app/theme/text.h"
-#include "core/patrol/byte_format.h"
 #include "core/patrol/live_removals.h"
 
 namespace gruk {
@@ -103,7 +102,7 @@ void HeavySection::makeRows(const std::vector<HeavyItem>& items)
 QWidget* HeavySection::makeRow(const HeavyItem& item)
 {
     const QString path = displayName(item.relativePath);
-    const QString size = QString::fromStdString(ByteFormat::string(item.allocatedSize));
+    const QString size = bytesText(item.allocatedSize);
     const QString note = PatrolText::heavyNote(item, model_.previousSnapshot() != nullptr);
     auto* row = new Row(theme_);
     row->setAccessibleName(QStringLiteral("%1, %2, %3").arg(path, size, note));

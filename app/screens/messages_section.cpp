@@ -13,7 +13,7 @@ namespace gruk {
 
 namespace {
 
-QString textOf(const std::optional<std::string>& message)
+QString messageText(const std::optional<std::string>& message)
 {
     return message ? displayName(*message) : QString();
 }
@@ -55,16 +55,16 @@ QString MessagesSection::coverage() const
     if (place_ != Place::realmPage || !latest) {
         return {};
     }
-    return textOf(PatrolCopy::coverageNote(static_cast<std::int64_t>(latest->issues.size()),
-                                           latest->isComplete));
+    return messageText(PatrolCopy::coverageNote(static_cast<std::int64_t>(latest->issues.size()),
+                                                latest->isComplete));
 }
 
 void MessagesSection::showModel()
 {
     coverage_->setMessage(coverage());
-    error_->setMessage(textOf(model_.errorMessage()));
+    error_->setMessage(messageText(model_.errorMessage()));
     showFiling();
-    action_->setMessage(textOf(model_.lastActionMessage()),
+    action_->setMessage(messageText(model_.lastActionMessage()),
                         undoOffer(model_).value_or(BannerAction()));
     const StatusBanner* const banners[] = {coverage_, error_, filing_, action_};
     isEmpty_ =

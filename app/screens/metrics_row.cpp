@@ -44,8 +44,7 @@ void MetricsRow::showModel()
 {
     const Bytes total =
         LiveRemovals::adjustedTotal(model_.latestTotalBytes(), model_.liveRemovedBytesByPath());
-    mapped_->setFigure(QString::fromStdString(ByteFormat::string(total)),
-                       QStringLiteral("allocated in this realm"));
+    mapped_->setFigure(bytesText(total), QStringLiteral("allocated in this realm"));
     if (model_.previousSnapshot()) {
         change_->setFigure(
             QString::fromStdString(ByteFormat::signedString(model_.netChangeBytes())),

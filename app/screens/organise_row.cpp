@@ -11,7 +11,6 @@
 #include "app/theme/accessible.h"
 #include "app/theme/button.h"
 #include "app/theme/text.h"
-#include "core/patrol/byte_format.h"
 
 namespace gruk {
 
@@ -61,8 +60,7 @@ QWidget* OrganiseRow::makeHead(const OrganisePlan::CategoryMove& move)
     row->addWidget(new IconLabel(theme(), iconFor(kind_), Measure::iconSize));
     row->addWidget(name, 1);
     row->addWidget(quietFigure(theme(), QStringLiteral("%1 files").arg(move.files.size())));
-    row->addWidget(
-        quietFigure(theme(), QString::fromStdString(ByteFormat::string(move.totalBytes))));
+    row->addWidget(quietFigure(theme(), bytesText(move.totalBytes)));
     row->addWidget(pencil_);
     connect(pencil_, &QAbstractButton::clicked, this, &OrganiseRow::editRequested);
     return head;

@@ -15,11 +15,6 @@ namespace {
 constexpr std::int64_t longUntouchedDays = 90;
 constexpr std::int64_t daysAMonth = 30;
 
-QString bytesText(Bytes bytes)
-{
-    return QString::fromStdString(ByteFormat::string(bytes));
-}
-
 QString signedText(Bytes bytes)
 {
     return QString::fromStdString(ByteFormat::signedString(bytes));

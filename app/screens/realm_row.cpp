@@ -18,7 +18,7 @@ namespace gruk {
 
 namespace {
 
-QString nameOf(const Grant& grant)
+QString realmName(const Grant& grant)
 {
     return displayName(FileURL::directory(grant.path).standardized().lastPathComponent());
 }
@@ -27,7 +27,7 @@ QString nameOf(const Grant& grant)
 
 RealmRow::RealmRow(Theme& theme, const Grant& grant, const RealmIdentity& identity, QWidget* parent)
     : QPushButton(parent), theme_(theme), press_(new GrukTactileButtonStyle(theme, *this)),
-      identity_(identity), name_(nameOf(grant)), path_(displayName(grant.path))
+      identity_(identity), name_(realmName(grant)), path_(displayName(grant.path))
 {
     setAccessibleName(name_);
     giveToolTip(*this, path_);
@@ -127,7 +127,7 @@ DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
     shield_->setOpacity(Strength::disconnected);
     const QString path = displayName(grant.path);
     auto* name = new ElidedLabel(theme, TextStyle::bodyStrong, Qt::ElideMiddle);
-    name->setFullText(nameOf(grant));
+    name->setFullText(realmName(grant));
     giveToolTip(*name, path);
     name->setColour(Role::ink, Strength::disconnected);
     auto* state = new ElidedLabel(theme, TextStyle::small, Qt::ElideRight);
@@ -153,7 +153,7 @@ DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
     row->setSpacing(Measure::small);
     row->addWidget(shield_);
     row->addLayout(column, 1);
-    setAccessibleName(QStringLiteral("%1, disconnected").arg(nameOf(grant)));
+    setAccessibleName(QStringLiteral("%1, disconnected").arg(realmName(grant)));
 
     connect(again, &QPushButton::clicked, this, &DisconnectedRealmRow::regrantRequested);
 }

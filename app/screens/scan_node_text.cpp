@@ -6,16 +6,10 @@
 #include <QLocale>
 
 #include "app/theme/text.h"
-#include "core/patrol/byte_format.h"
 
 namespace gruk::ScanNodeText {
 
 namespace {
-
-QString bytesText(Bytes bytes)
-{
-    return QString::fromStdString(ByteFormat::string(bytes));
-}
 
 /// A date of medium length, without the time. The words around it are English, so the month is too.
 QString mediumDate(Date date)

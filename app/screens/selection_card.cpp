@@ -6,7 +6,6 @@
 
 #include "app/theme/accessible.h"
 #include "app/theme/text.h"
-#include "core/patrol/byte_format.h"
 
 namespace gruk {
 
@@ -38,9 +37,7 @@ SelectionCard::SelectionCard(Theme& theme, QWidget* parent)
 void SelectionCard::setState(const SelectionState& state)
 {
     const QString count = groupedNumber(static_cast<qint64>(state.selected));
-    const QString selected =
-        QStringLiteral("%1 selected · %2")
-            .arg(count, QString::fromStdString(ByteFormat::string(state.bytes)));
+    const QString selected = QStringLiteral("%1 selected · %2").arg(count, bytesText(state.bytes));
     const bool isAnother = count_->text() != selected;
     count_->setText(selected);
     setAccessibleName(selected);

@@ -15,6 +15,7 @@
 #include "app/theme/accessible.h"
 #include "app/theme/art.h"
 #include "app/theme/focus_ring.h"
+#include "app/theme/label.h"
 #include "app/theme/layouts.h"
 #include "app/theme/segmented_control.h"
 #include "app/theme/tab_bar.h"
@@ -49,14 +50,6 @@ QWidget* makePage(QVBoxLayout*& column)
     column->setContentsMargins(Measure::pageMargin, Measure::hair, Measure::pageMargin,
                                Measure::pageMargin);
     return page;
-}
-
-Label* paragraph(Theme& theme, const QString& text)
-{
-    auto* label = new Label(theme, TextStyle::body);
-    label->setText(text);
-    label->setWordWrap(true);
-    return label;
 }
 
 }  // namespace
@@ -216,15 +209,18 @@ QWidget* SettingsView::makeAutomations()
     gruk->setFixedHeight(Measure::noteHero);
     auto* lines = columnIn(card, Measure::medium);
     lines->addWidget(gruk);
+    lines->addWidget(
+        paragraph(theme_, TextStyle::body,
+                  QStringLiteral("The Gruk patrols on its own. You were never going to remember — "
+                                 "that's fine, that's the point.")));
     lines->addWidget(paragraph(
-        theme_, QStringLiteral("The Gruk patrols on its own. You were never going to remember — "
-                               "that's fine, that's the point.")));
-    lines->addWidget(paragraph(
-        theme_, QStringLiteral("Automations live with each realm now — open a realm and look under "
-                               "its Automations disclosure.")));
-    lines->addWidget(paragraph(
-        theme_, QStringLiteral("Automatic patrols run while Gruk or its menu-bar Gruk is open. "
-                               "Nothing runs behind your back.")));
+        theme_, TextStyle::body,
+        QStringLiteral("Automations live with each realm now — open a realm and look under "
+                       "its Automations disclosure.")));
+    lines->addWidget(
+        paragraph(theme_, TextStyle::body,
+                  QStringLiteral("Automatic patrols run while Gruk or its menu-bar Gruk is open. "
+                                 "Nothing runs behind your back.")));
     column->addWidget(card);
     column->addStretch(1);
     return scrolling(page);

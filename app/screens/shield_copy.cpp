@@ -19,7 +19,7 @@ QString word(const Names& names, Case value)
     return QString::fromLatin1(names.at(static_cast<std::size_t>(value)));
 }
 
-QString field(const RealmIdentity& identity)
+QString fieldWords(const RealmIdentity& identity)
 {
     const QString primary = nameOf(identity.primary).toLower();
     const QString secondary = nameOf(identity.secondary).toLower();
@@ -68,7 +68,8 @@ QString describeShield(const RealmIdentity& identity)
     const QString article =
         identity.charge == Charge::acorn ? QStringLiteral("an") : QStringLiteral("a");
     return QStringLiteral("%1 shield, %2, with %3 %4")
-        .arg(nameOf(identity.shape), field(identity), article, nameOf(identity.charge).toLower());
+        .arg(nameOf(identity.shape), fieldWords(identity), article,
+             nameOf(identity.charge).toLower());
 }
 
 }  // namespace gruk

@@ -1,27 +1,21 @@
 #include "app/screens/territory_copy.h"
 
 #include "app/theme/text.h"
-#include "core/patrol/byte_format.h"
 
 namespace gruk::TerritoryCopy {
 
 namespace {
 
-QString count(std::size_t number)
+QString counted(std::size_t number)
 {
     return groupedNumber(static_cast<qint64>(number));
-}
-
-QString bytes(Bytes total)
-{
-    return QString::fromStdString(ByteFormat::string(total));
 }
 
 }  // namespace
 
 QString size(const RealmSummary& realm)
 {
-    return bytes(realm.totalBytes);
+    return bytesText(realm.totalBytes);
 }
 
 QString nameAndSize(const RealmSummary& realm)
@@ -33,7 +27,7 @@ QString mappedAndFindings(const RealmSummary& realm)
 {
     const QString findings = realm.findingsCount == 1
                                  ? QStringLiteral("1 finding")
-                                 : count(realm.findingsCount) + QStringLiteral(" findings");
+                                 : counted(realm.findingsCount) + QStringLiteral(" findings");
     return QStringLiteral("%1 mapped, %2").arg(size(realm), findings);
 }
 
@@ -43,7 +37,7 @@ Figure mapped(const std::vector<RealmSummary>& realms)
     for (const RealmSummary& realm : realms) {
         total = checkedAdd(total, realm.totalBytes);
     }
-    return {bytes(total), QStringLiteral("allocated across every realm")};
+    return {bytesText(total), QStringLiteral("allocated across every realm")};
 }
 
 Figure toReview(const std::vector<RealmSummary>& realms)
@@ -52,7 +46,7 @@ Figure toReview(const std::vector<RealmSummary>& realms)
     for (const RealmSummary& realm : realms) {
         findings += realm.findingsCount;
     }
-    return {count(findings), QStringLiteral("evidence-backed findings")};
+    return {counted(findings), QStringLiteral("evidence-backed findings")};
 }
 
 Figure status(std::size_t overdue)
@@ -61,7 +55,7 @@ Figure status(std::size_t overdue)
         return {QStringLiteral("All caught up"),
                 QStringLiteral("every realm is within its cadence")};
     }
-    return {count(overdue) + QStringLiteral(" realms overdue"),
+    return {counted(overdue) + QStringLiteral(" realms overdue"),
             QStringLiteral("past their patrol cadence")};
 }
 

@@ -4,7 +4,6 @@
 
 #include "app/screens/confirmation_dialog.h"
 #include "app/theme/text.h"
-#include "core/patrol/byte_format.h"
 
 namespace gruk::TrashQuestions {
 
@@ -23,11 +22,6 @@ QString kindName(FileIdentity::Kind kind)
         break;
     }
     return QStringLiteral("Filesystem item");
-}
-
-QString bytesText(Bytes bytes)
-{
-    return QString::fromStdString(ByteFormat::string(bytes));
 }
 
 void ask(Theme& theme, const Confirmation& confirmation, const QString& name, QWidget& place,

@@ -51,7 +51,7 @@ Role atNight(Role role)
     }
 }
 
-QPixmap rendered(Art art, const QSize& pixels, const Theme& theme)
+QPixmap renderedArt(Art art, const QSize& pixels, const Theme& theme)
 {
     const QString name = QLatin1String(artNames[static_cast<std::size_t>(art)]);
     QSvgRenderer renderer(recoloured(themeResource(QStringLiteral("art/%1.svg").arg(name)),
@@ -113,7 +113,7 @@ void paintArt(QPainter& painter, const QRectF& bounds, Art art, const Theme& the
                             .arg(ratio);
     QPixmap pixmap;
     if (!QPixmapCache::find(key, &pixmap)) {
-        pixmap = rendered(art, pixels, theme);
+        pixmap = renderedArt(art, pixels, theme);
         pixmap.setDevicePixelRatio(ratio);
         QPixmapCache::insert(key, pixmap);
     }

@@ -65,7 +65,7 @@ void colourIn(QImage& image, const QColor& colour)
     }
 }
 
-QPixmap rendered(Icon icon, const QColor& colour, int size, double ratio)
+QPixmap renderedIcon(Icon icon, const QColor& colour, int size, double ratio)
 {
     QImage image(QSizeF(size * ratio, size * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -161,7 +161,7 @@ void drawIcon(QPainter& painter, const QPointF& topLeft, Icon icon, const QColor
                             .arg(ratio);
     QPixmap pixmap;
     if (!QPixmapCache::find(key, &pixmap)) {
-        pixmap = rendered(icon, colour, size, ratio);
+        pixmap = renderedIcon(icon, colour, size, ratio);
         QPixmapCache::insert(key, pixmap);
     }
     painter.drawPixmap(topLeft, pixmap);

@@ -16,6 +16,14 @@ bool isHeading(TextStyle style)
 
 }  // namespace
 
+Label* paragraph(Theme& theme, TextStyle style, const QString& text)
+{
+    auto* label = new Label(theme, style);
+    label->setWordWrap(true);
+    label->setText(text);
+    return label;
+}
+
 Label::Label(Theme& theme, TextStyle style, QWidget* parent) : QLabel(parent), theme_(theme)
 {
     if (isHeading(style)) {

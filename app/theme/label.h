@@ -28,6 +28,9 @@ private:
     double opacity_ = Strength::full;
 };
 
+/// Plain text of any length, on as many lines as it takes.
+[[nodiscard]] Label* paragraph(Theme& theme, TextStyle style, const QString& text = {});
+
 /// One line of text that gives way: elided where it does not fit, whole in its tooltip and to
 /// assistive technology.
 class ElidedLabel : public Label {

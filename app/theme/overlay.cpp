@@ -54,7 +54,7 @@ protected:
     }
 };
 
-void announce(QWidget* overlay, QAccessible::Event type)
+void announceDialog(QWidget* overlay, QAccessible::Event type)
 {
     QAccessibleEvent event(overlay, type);
     QAccessible::updateAccessibility(&event);
@@ -93,7 +93,7 @@ void Overlay::open()
     show();
     QWidget* first = initialFocus_ != nullptr ? initialFocus_.data() : nextControl(this, true);
     (first != nullptr ? first : this)->setFocus(Qt::OtherFocusReason);
-    announce(this, QAccessible::DialogStart);
+    announceDialog(this, QAccessible::DialogStart);
 }
 
 void Overlay::accept()
@@ -114,7 +114,7 @@ void Overlay::close(Answer answer)
     isOpen_ = false;
     isClosed_ = true;
     qApp->removeEventFilter(this);
-    announce(this, QAccessible::DialogEnd);
+    announceDialog(this, QAccessible::DialogEnd);
     hide();
     if (previousFocus_ != nullptr && previousFocus_->isVisible()) {
         previousFocus_->setFocus(Qt::OtherFocusReason);

@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include "core/patrol/byte_format.h"
 #include "platform/foundation/utf8.h"
 
 namespace gruk {
@@ -30,6 +31,11 @@ QString displayName(std::string_view bytes)
 QString toolTipText(const QString& text)
 {
     return QStringLiteral("<p style=\"white-space: pre-wrap\">%1</p>").arg(text.toHtmlEscaped());
+}
+
+QString bytesText(Bytes bytes)
+{
+    return QString::fromStdString(ByteFormat::string(bytes));
 }
 
 QString groupedNumber(qint64 count)

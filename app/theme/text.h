@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include "platform/foundation/checked_arithmetic.h"
+
 namespace gruk {
 
 /// Text of the model for the screen: UTF-8, and U+FFFD for every byte that is not.
@@ -15,6 +17,9 @@ namespace gruk {
 
 /// `text` for a tooltip, which would take some texts for markup.
 [[nodiscard]] QString toolTipText(const QString& text);
+
+/// A byte count as the whole program writes it.
+[[nodiscard]] QString bytesText(Bytes bytes);
 
 /// A count as the user's locale groups it.
 [[nodiscard]] QString groupedNumber(qint64 count);

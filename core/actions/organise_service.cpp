@@ -26,7 +26,7 @@ namespace {
 
 using Reason = StashFailure::Reason;
 
-std::optional<ItemFacts> factsOf(const FileURL& url)
+std::optional<ItemFacts> fileFactsOf(const FileURL& url)
 {
     try {
         return itemFacts(url);
@@ -37,14 +37,14 @@ std::optional<ItemFacts> factsOf(const FileURL& url)
 
 FileKind kindOnDisk(const FileURL& url)
 {
-    const std::optional<ItemFacts> facts = factsOf(url);
+    const std::optional<ItemFacts> facts = fileFactsOf(url);
     return classify(url.lastPathComponent(), facts && facts->type == ItemType::directory,
                     MetadataReader::isScreenshot(url));
 }
 
-Bytes sizeOnDisk(const FileURL& url)
+Bytes plannedSize(const FileURL& url)
 {
-    const std::optional<ItemFacts> facts = factsOf(url);
+    const std::optional<ItemFacts> facts = fileFactsOf(url);
     // A sparse file can claim any length, and the sum of a plan must hold them all.
     constexpr Bytes largest = Bytes{1} << 50U;
     return facts && facts->type != ItemType::directory ? std::min(facts->logicalSize, largest) : 0;
@@ -82,7 +82,7 @@ OrganiseCalls organiseDiskCalls(const MoveCalls& calls,
                        encodedStashJournal(journal), conditions, calls);
     };
     disk.kindOf = kindOnDisk;
-    disk.fileSize = sizeOnDisk;
+    disk.fileSize = plannedSize;
     disk.volumeRoot = [calls](const FileURL& url) { return liveFolderVolumeRoot(url, calls); };
     disk.now = Date::now;
     return disk;

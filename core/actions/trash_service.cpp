@@ -79,8 +79,8 @@ TrashCalls trashDiskCalls(const MoveCalls& calls, const std::optional<FileURL>& 
 }
 
 /// Why the item may not be moved; none when it may.
-std::optional<TrashReason> refusal(const TrashCalls& calls, const FileURL& url, const FileURL& root,
-                                   const FileIdentity& expected)
+std::optional<TrashReason> trashRefusal(const TrashCalls& calls, const FileURL& url,
+                                        const FileURL& root, const FileIdentity& expected)
 {
     if (!isInsideRoot(url, root)) {
         return TrashReason::outsideAuthorizedRoot;
@@ -125,7 +125,7 @@ void prepare(const TrashCalls& calls, std::span<const TrashRequest> items, const
     }
     std::vector<FileURL> urls;
     for (const TrashRequest& item : items) {
-        if (!refusal(calls, item.url, root, item.expectedIdentity)) {
+        if (!trashRefusal(calls, item.url, root, item.expectedIdentity)) {
             urls.push_back(item.url);
         }
     }
@@ -182,7 +182,7 @@ TrashOperation TrashService::moveToTrash(const std::vector<TrashRequest>& reques
         }
         const TrashRequest& item = items[i];
         const FileURL& url = item.url;
-        if (const auto reason = refusal(calls, url, root, item.expectedIdentity)) {
+        if (const auto reason = trashRefusal(calls, url, root, item.expectedIdentity)) {
             operation.failures.push_back({url, *reason, {}});
             continue;
         }

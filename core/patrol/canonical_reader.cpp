@@ -24,7 +24,7 @@ constexpr std::size_t usualEntry = 4'096;
 constexpr std::size_t longestEntry = std::size_t{1} << 24;
 
 /// From this size on a second thread is worth its start.
-constexpr std::uint64_t worthTwoThreads = std::uint64_t{1} << 24;
+constexpr std::uint64_t bytesWorthTwoThreads = std::uint64_t{1} << 24;
 constexpr std::size_t searchSize = std::size_t{1} << 18;
 
 /// One entry as it stands in the text.
@@ -363,7 +363,7 @@ std::optional<std::vector<StoredSnapshot>> CanonicalReader::check()
 {
     const auto size = static_cast<std::uint64_t>(file_.stamp().size);
     const auto middle =
-        size >= worthTwoThreads ? findSnapshotAfter(size / 2) : std::optional<std::uint64_t>();
+        size >= bytesWorthTwoThreads ? findSnapshotAfter(size / 2) : std::optional<std::uint64_t>();
     if (!middle) {
         return checkFromStart(std::nullopt);
     }

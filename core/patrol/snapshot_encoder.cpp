@@ -19,7 +19,7 @@ namespace {
 using Index = SnapshotEntries::Index;
 
 /// From this many entries on a second thread is worth its start.
-constexpr std::size_t worthTwoThreads = 10'000;
+constexpr std::size_t entriesWorthTwoThreads = 10'000;
 
 char* put(char* at, std::string_view text)
 {
@@ -237,7 +237,7 @@ void encodeAside(const ScanSnapshot& snapshot, Sink sink)
 
 void encode(const ScanSnapshot& snapshot, Sink sink)
 {
-    if (snapshot.entries.size() >= worthTwoThreads) {
+    if (snapshot.entries.size() >= entriesWorthTwoThreads) {
         encodeAside(snapshot, sink);
         return;
     }

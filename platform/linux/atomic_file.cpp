@@ -24,7 +24,7 @@ constexpr std::size_t bufferSize = 1'048'576;
 constexpr std::size_t copyingPays = 65'536;
 /// How much is handed to the disk at once.
 constexpr off_t diskPiece = 16'777'216;
-constexpr int nameAttempts = 16;
+constexpr int temporaryNameAttempts = 16;
 /// As many as the system follows.
 constexpr int linkLimit = 40;
 
@@ -121,7 +121,7 @@ private:
 
     void createTemporary()
     {
-        for (int i = 0; i < nameAttempts; ++i) {
+        for (int i = 0; i < temporaryNameAttempts; ++i) {
             temporary_ = parent_.appending(temporaryName(target_.lastPathComponent()));
             const int result =
                 persistently([this] { return calls_.createExclusive(temporary_.path().c_str()); });

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int directoryFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 
-int openDirectoryAt(int parent, const char* name)
+int openSubdirectory(int parent, const char* name)
 {
     int descriptor = -1;
     do {
@@ -57,7 +57,7 @@ int DirectoryChain::open(std::size_t depth, std::string_view name)
     truncate(depth);
     const int parent = descriptorAt(depth - 1);
     Level level{std::string(name), -1, 0, 0};
-    level.descriptor = openDirectoryAt(parent, level.name.c_str());
+    level.descriptor = openSubdirectory(parent, level.name.c_str());
     if (level.descriptor < 0) {
         fail(errno, name);
     }
@@ -111,7 +111,7 @@ int DirectoryChain::descriptorAt(std::size_t depth)
     }
     for (; at < depth; ++at) {
         Level& next = levels_[at + 1];
-        const int descriptor = openDirectoryAt(levels_[at].descriptor, next.name.c_str());
+        const int descriptor = openSubdirectory(levels_[at].descriptor, next.name.c_str());
         if (descriptor < 0) {
             fail(errno, next.name);
         }

@@ -23,7 +23,7 @@ std::string_view takeLine(std::string_view& text)
 }
 
 /// The value of a line "key=value"; none for another key.
-std::optional<std::string_view> valueOf(std::string_view line, std::string_view key)
+std::optional<std::string_view> valueOfKey(std::string_view line, std::string_view key)
 {
     const std::size_t mark = line.find('=');
     if (mark == std::string_view::npos || trimmedLine(line.substr(0, mark)) != key) {
@@ -116,13 +116,13 @@ std::optional<TrashInfo> parseTrashInfo(std::string_view text)
         if (line.starts_with('[')) {
             break;
         }
-        if (const auto value = valueOf(line, "Path"); value && !path) {
+        if (const auto value = valueOfKey(line, "Path"); value && !path) {
             path = percentDecodedPath(*value);
             if (!path) {
                 return std::nullopt;
             }
         }
-        if (const auto value = valueOf(line, "DeletionDate"); value && !date) {
+        if (const auto value = valueOfKey(line, "DeletionDate"); value && !date) {
             date = std::string(*value);
         }
     }

@@ -16,7 +16,7 @@ namespace {
 /// How long a name may be, most often and on file systems that encrypt names.
 constexpr std::array<std::size_t, nameLimitCount> nameLimits{255, 143};
 
-[[noreturn]] void refuse(const std::string& path, std::errc code, std::string_view words)
+[[noreturn]] void refuseTrashing(const std::string& path, std::errc code, std::string_view words)
 {
     throw FileError(std::make_error_code(code), trashing, path, words);
 }
@@ -59,11 +59,11 @@ void refuseTheTrashItself(const TrashWay& way, const MoveCalls& calls)
         return;
     }
     if (pathIsAtOrBelow(way.parentPath, trash)) {
-        refuse(way.url.path(), std::errc::invalid_argument, "it is in the Trash already");
+        refuseTrashing(way.url.path(), std::errc::invalid_argument, "it is in the Trash already");
     }
     const FileURL itself = FileURL(way.parentPath).appending(way.parent.name);
     if (pathIsAtOrBelow(trash, itself.path())) {
-        refuse(way.url.path(), std::errc::invalid_argument, "the Trash itself is in it");
+        refuseTrashing(way.url.path(), std::errc::invalid_argument, "the Trash itself is in it");
     }
 }
 
@@ -78,7 +78,7 @@ TrashWay openTrashWay(const FileURL& url, const MoveConditions& conditions, cons
     const std::string here;
     const PlaceFacts around = factsOf({parent, here, url.path()}, trashing, calls);
     if (!areOnOneMount(way.facts, around)) {
-        refuse(url.path(), std::errc::device_or_resource_busy, "a volume is mounted there");
+        refuseTrashing(url.path(), std::errc::device_or_resource_busy, "a volume is mounted there");
     }
     if (calls.pathOf(parent, way.parentPath) < 0) {
         way.parentPath.clear();
