@@ -17,6 +17,7 @@
 #include "core/actions/stash_service.h"
 #include "core/actions/trash_service.h"
 #include "tests/support/moves_house.h"
+#include "tests/support/sanitized.h"
 
 /// Another program of the same user swaps things in and out while the services work, as fast as it
 /// can. What lies outside the authorised root must not move, whatever comes of the rest.

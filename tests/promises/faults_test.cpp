@@ -12,6 +12,7 @@
 #include "tests/support/move_faults.h"
 #include "tests/support/moves_house.h"
 #include "tests/support/private_mounts.h"
+#include "tests/support/sanitized.h"
 
 namespace gruk {
 

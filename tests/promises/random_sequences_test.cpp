@@ -11,6 +11,7 @@
 
 #include "tests/promises/random_user.h"
 #include "tests/support/moves_house.h"
+#include "tests/support/sanitized.h"
 
 namespace gruk {
 

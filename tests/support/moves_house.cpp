@@ -142,15 +142,6 @@ MoveCalls withoutWaiting()
     return calls;
 }
 
-std::size_t unlessSanitized(std::size_t count)
-{
-#if defined(GRUK_SANITIZED)
-    return count / 10;
-#else
-    return count;
-#endif
-}
-
 void reportPromise(const std::string& name, const std::string& figures)
 {
     std::printf("%s: %s\n", name.c_str(), figures.c_str());

@@ -46,9 +46,6 @@ private:
 /// do not cut the power.
 [[nodiscard]] MoveCalls withoutWaiting();
 
-/// `count`, or a tenth of it where a sanitizer makes everything slow.
-[[nodiscard]] std::size_t unlessSanitized(std::size_t count);
-
 /// Keeps the figures of one promise where `./test -L promises` finds them, and prints them.
 void reportPromise(const std::string& name, const std::string& figures);
 

@@ -1,12 +1,14 @@
 #include "app/theme/shield_geometry.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
 #include <gtest/gtest.h>
 
 #include "tests/app/theme/drawing_probe.h"
+#include "tests/support/sanitized.h"
 
 namespace gruk {
 
@@ -356,12 +358,16 @@ class EveryShield : public testing::TestWithParam<int> {};
 TEST_P(EveryShield, isDrawnByItsFiguresAtEverySize)
 {
     const Charge charge = static_cast<Charge>(GetParam());
-    const Box canvases[] = {box(0, 0, 30, 30), box(0, 0, 180, 70), box(12, 7, 64, 96)};
-    for (int shape = 0; shape < 4; ++shape) {
-        for (int division = 0; division < 4; ++division) {
+    const std::array canvases = {box(0, 0, 30, 30), box(0, 0, 180, 70), box(12, 7, 64, 96)};
+    for (std::size_t shape = 0; shape < 4; ++shape) {
+        for (std::size_t division = 0; division < 4; ++division) {
             const RealmIdentity identity =
                 identityOf(static_cast<FieldShape>(shape), static_cast<Division>(division), charge);
-            for (const Box& canvas : canvases) {
+            for (std::size_t size = 0; size < canvases.size(); ++size) {
+                if (test::isSanitized && (shape + division + size) % canvases.size() != 0) {
+                    continue;  // one size of each instead of all
+                }
+                const Box& canvas = canvases[size];
                 const Sampled sampled = compare(identity, canvas);
                 EXPECT_GT(sampled.compared, 200);
                 EXPECT_EQ(sampled.wrong, 0)
