@@ -144,6 +144,10 @@ gruk_precompile(gruk_end_to_end_tests REUSE_FROM gruk_app_test_support)
 # Every picture of the tour is written, and none is blank.
 add_test(NAME Tour.writesEveryPicture
     COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/tour)
+add_test(NAME Tour.tellsThatTheFolderNamedIsNone
+    COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/no-tour /no/such/folder)
+set_tests_properties(Tour.tellsThatTheFolderNamedIsNone PROPERTIES
+    PASS_REGULAR_EXPRESSION "gruk_tour: /no/such/folder is not a folder that can be opened: No such")
 # Without a display the program ends with a sentence.
 add_test(NAME Program.endsWithASentenceWithoutADisplay COMMAND gruk)
 set_tests_properties(Program.endsWithASentenceWithoutADisplay PROPERTIES

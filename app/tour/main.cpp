@@ -1,7 +1,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -74,6 +76,13 @@ int main(int argc, char* argv[])
         std::optional<std::filesystem::path> folder;
         if (!arguments.positionalArguments().isEmpty()) {
             folder = QFile::encodeName(arguments.positionalArguments().constFirst()).toStdString();
+            std::error_code error;
+            if (!std::filesystem::is_directory(*folder, error)) {
+                std::fprintf(stderr, "gruk_tour: %s is not a folder that can be opened%s%s.\n",
+                             folder->c_str(), error ? ": " : "",
+                             error ? error.message().c_str() : "");
+                return EXIT_FAILURE;
+            }
         }
         const auto length = arguments.isSet(hardTimes) ? gruk::tour::Tour::Length::withHardTimes
                                                        : gruk::tour::Tour::Length::usual;
