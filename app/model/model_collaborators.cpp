@@ -39,6 +39,10 @@ void completeMainThread(ModelCollaborators& all)
 void completeServices(ModelCollaborators& all)
 {
     const FileURL directory = applicationDirectory();
+    complete(all.ownFolders, [&] {
+        return OwnFolders::resolved(
+            {directory, UserDefaults::standardFile().deletingLastPathComponent()});
+    });
     complete(all.grantStore,
              [&] { return std::make_shared<GrantStore>(directory.appending("grants.json")); });
     complete(all.session, [&] {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "platform/events/file_event_stream.h"
 #include "platform/events/run_loop.h"
 #include "platform/events/task_pool.h"
+#include "platform/files/own_folders.h"
 #include "platform/foundation/file_url.h"
 #include "platform/settings/user_defaults.h"
 
@@ -50,6 +52,8 @@ struct ModelCollaborators {
     LoginItemCalls loginItem = {};
     /// Hears of changes in a realm that is guarded.
     FileEventStreamFactory eventStreams = {};
+    /// Where the program keeps its own files, which are no part of any realm.
+    std::optional<OwnFolders> ownFolders = {};
     /// How long a guarded realm must be quiet before it is patrolled, in seconds.
     double quietPeriod = 90;
     /// Where the Desktop is; asked each time, since its place is a setting of the desktop.

@@ -53,6 +53,7 @@ ModelCollaborators ModelHouse::collaborators()
     all.runLoop = loop;
     all.taskPool = pool;
     all.openPanel = panel;
+    all.ownFolders = OwnFolders({FileURL::directory(directory.path("app"))});
     all.desktopDirectory = [this] { return FileURL::directory(directory.path("Desktop")); };
     const auto set = [this](bool enabled) {
         if (loginItemRefusal) {
