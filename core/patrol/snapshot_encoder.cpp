@@ -194,10 +194,8 @@ namespace {
 
 void encodeInto(TextCollector& output, const ScanSnapshot& snapshot)
 {
-    std::string head = R"({"id":")" + snapshot.id.text() + R"(","rootPath":")";
-    appendJSONPath(head, snapshot.rootPath);
-    head += R"(","capturedAt":")" + iso8601::text(snapshot.capturedAt) + R"(","entries":[)";
-    output.text(head);
+    output.text(head(snapshot.id, snapshot.rootPath) + R"(,"capturedAt":")"
+                + iso8601::text(snapshot.capturedAt) + R"(","entries":[)");
     EntryWriter(snapshot.entries, output).run();
     output.text(R"(],"issues":[)");
     encodeIssues(snapshot.issues, output);
@@ -234,6 +232,13 @@ void encodeAside(const ScanSnapshot& snapshot, Sink sink)
 }
 
 }  // namespace
+
+std::string head(const UUID& id, std::string_view rootPath)
+{
+    std::string text = R"({"id":")" + id.text() + R"(","rootPath":")";
+    appendJSONPath(text, rootPath);
+    return text + '"';
+}
 
 void encode(const ScanSnapshot& snapshot, Sink sink)
 {

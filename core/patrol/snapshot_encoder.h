@@ -18,6 +18,9 @@ inline constexpr std::string_view storeHead = R"({"schemaVersion":1,"snapshots":
 inline constexpr std::string_view betweenSnapshots = ",";
 inline constexpr std::string_view storeTail = "]}";
 
+/// What a snapshot's object begins with, up to and with its path.
+[[nodiscard]] std::string head(const UUID& id, std::string_view rootPath);
+
 /// Hands the snapshot's JSON object to `sink` in pieces of some hundred kilobytes, on this thread
 /// and in order; a large one is encoded on another thread meanwhile.
 void encode(const ScanSnapshot& snapshot, Sink sink);

@@ -5,6 +5,8 @@
 
 #include "core/patrol/snapshot_decoder.h"
 #include "core/patrol/snapshot_encoder.h"
+#include "core/patrol/store_writer.h"
+#include "platform/files/damaged_file.h"
 #include "platform/files/file_reader.h"
 #include "platform/foundation/errors.h"
 
@@ -67,56 +69,6 @@ Retention retain(const std::vector<StoredSnapshot>& stored, const ScanSnapshot& 
     return retention;
 }
 
-/// Writes a store's snapshots one after another.
-class StoreWriter {
-public:
-    explicit StoreWriter(AtomicFile& file) : file_(file)
-    {
-        file_.write(SnapshotEncoder::storeHead);
-    }
-
-    void add(const ScanSnapshot& snapshot)
-    {
-        separate();
-        SnapshotEncoder::encode(snapshot, [this](std::string_view text) { file_.write(text); });
-    }
-
-    /// Takes the text of snapshots over as it stands in `from`.
-    void copy(FileReader& from, const std::vector<StoredSnapshot>& snapshots)
-    {
-        std::vector<char> buffer(copySize);
-        for (const StoredSnapshot& snapshot : snapshots) {
-            separate();
-            from.seek(snapshot.begin);
-            for (std::uint64_t left = snapshot.end - snapshot.begin; left > 0;) {
-                const std::size_t count =
-                    from.read(buffer.data(), std::min<std::uint64_t>(left, buffer.size()));
-                if (count == 0) {
-                    throw SnapshotStoreError(SnapshotStoreError::Case::corruptStore);
-                }
-                file_.write({buffer.data(), count});
-                left -= count;
-            }
-        }
-    }
-
-    void finish() { file_.write(SnapshotEncoder::storeTail); }
-
-private:
-    static constexpr std::size_t copySize = std::size_t{1} << 20;
-
-    void separate()
-    {
-        if (!isFirst_) {
-            file_.write(SnapshotEncoder::betweenSnapshots);
-        }
-        isFirst_ = false;
-    }
-
-    AtomicFile& file_;
-    bool isFirst_ = true;
-};
-
 }  // namespace
 
 const char* SnapshotStoreError::what() const noexcept
@@ -147,11 +99,8 @@ void SnapshotStore::save(const ScanSnapshot& snapshot)
     const Retention retention = retain(contents.snapshots, snapshot);
     AtomicFile file(fileURL_, calls_);
     StoreWriter writer(file);
-    if (contents.isCanonical) {
-        writer.copy(*old, retention.kept);
-    } else if (old) {
-        SnapshotDecoder::build(*old, contents, retention.kept,
-                               [&](ScanSnapshot&& kept) { writer.add(kept); });
+    if (old) {
+        writer.keep(*old, contents, retention.kept);
     }
     if (retention.keepsNew) {
         writer.add(snapshot);
@@ -230,6 +179,106 @@ std::map<std::string, Date, std::less<>> SnapshotStore::lastCaptures() const
         }
     }
     return dates;
+}
+
+StoreShares SnapshotStore::shares() const
+{
+    const std::lock_guard lock(lock_);
+    StoreShares shares;
+    std::optional<FileReader> file = openStore(fileURL_);
+    if (!file) {
+        return shares;
+    }
+    const StoreContents contents = contentsOf(*file);
+    shares.fileBytes = static_cast<std::uint64_t>(file->stamp().size);
+    for (const StoredSnapshot& snapshot : contents.snapshots) {
+        StoreShares::OfRealm& share = shares.realms[snapshot.rootPath];
+        ++share.snapshots;
+        share.bytes += snapshot.end - snapshot.begin;
+    }
+    if (!contents.isCanonical) {
+        // Where each stands is not known; what it takes as Gruk writes it is near enough.
+        SnapshotDecoder::build(*file, contents, contents.snapshots, [&](ScanSnapshot&& snapshot) {
+            std::uint64_t& bytes = shares.realms[snapshot.rootPath].bytes;
+            SnapshotEncoder::encode(snapshot, [&](std::string_view text) { bytes += text.size(); });
+        });
+    }
+    return shares;
+}
+
+void SnapshotStore::forget(std::string_view rootPath, const std::stop_token& stop)
+{
+    const std::lock_guard lock(lock_);
+    std::optional<FileReader> old = openStore(fileURL_);
+    const StoreContents contents = old ? contentsOf(*old) : StoreContents();
+    std::vector<StoredSnapshot> kept;
+    std::copy_if(contents.snapshots.begin(), contents.snapshots.end(), std::back_inserter(kept),
+                 [&](const StoredSnapshot& one) { return one.rootPath != rootPath; });
+    if (kept.size() == contents.snapshots.size()) {
+        return;
+    }
+    AtomicFile file(fileURL_, calls_);
+    StoreWriter writer(file);
+    writer.keep(*old, contents, kept);
+    writer.finish();
+    if (stop.stop_requested()) {
+        throw CancelledError();
+    }
+    file.commit();
+}
+
+std::vector<UUID> SnapshotStore::move(std::string_view from, std::string_view to)
+{
+    return moveIf(from, to, [](const StoredSnapshot&) { return true; });
+}
+
+void SnapshotStore::moveBack(const std::vector<UUID>& ids, std::string_view from,
+                             std::string_view to)
+{
+    moveIf(from, to, [&](const StoredSnapshot& one) {
+        return std::find(ids.begin(), ids.end(), one.id) != ids.end();
+    });
+}
+
+std::vector<UUID> SnapshotStore::moveIf(std::string_view from, std::string_view to,
+                                        FunctionRef<bool(const StoredSnapshot&)> isMeant)
+{
+    const std::lock_guard lock(lock_);
+    std::optional<FileReader> old = openStore(fileURL_);
+    const StoreContents contents = old ? contentsOf(*old) : StoreContents();
+    std::vector<UUID> moved;
+    const auto newRoot = [&](const StoredSnapshot& one) -> std::optional<std::string> {
+        const bool moves = one.rootPath == from && isMeant(one);
+        return moves ? std::optional(std::string(to)) : std::nullopt;
+    };
+    for (const StoredSnapshot& one : contents.snapshots) {
+        if (newRoot(one)) {
+            moved.push_back(one.id);
+        }
+    }
+    if (moved.empty() || from == to) {
+        return moved;
+    }
+    AtomicFile file(fileURL_, calls_);
+    StoreWriter writer(file);
+    writer.keep(*old, contents, contents.snapshots, newRoot);
+    writer.finish();
+    file.commit();
+    return moved;
+}
+
+std::optional<FileURL> SnapshotStore::setAside()
+{
+    const std::lock_guard lock(lock_);
+    try {
+        if (std::optional<FileReader> file = openStore(fileURL_)) {
+            static_cast<void>(contentsOf(*file));
+        }
+        return std::nullopt;
+    } catch (const SnapshotStoreError&) {
+        checked_.reset();
+        return setDamagedFileAside(fileURL_);
+    }
 }
 
 }  // namespace gruk

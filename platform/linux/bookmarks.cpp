@@ -118,7 +118,10 @@ std::string renewBookmark(std::string_view bookmark, const FileURL& url)
 {
     const Bookmark former = parsedBookmark(bookmark);
     const Descriptor directory = openedForListing(url);
-    if (!isSameDirectory(directory, former.identity)) {
+    // Elsewhere, a directory without a number of its own could be any of its volume.
+    const bool canBeTold =
+        former.identity.inode || former.identity.isMountRoot || former.place.path() == url.path();
+    if (!canBeTold || !isSameDirectory(directory, former.identity)) {
         throwErrno(ENOENT, "renew", url.path());
     }
     return describedAt(directory, url);

@@ -15,8 +15,9 @@ namespace gruk {
 /// cannot be read.
 [[nodiscard]] std::string makeBookmark(const FileURL& url);
 
-/// Describes anew the directory that `bookmark` led to at `url`. Throws as `makeBookmark` does, and
-/// as `resolveBookmark` does when a different one stands there by now.
+/// Describes anew the directory that `bookmark` led to at `url`, wherever that is. Throws as
+/// `makeBookmark` does, and as `resolveBookmark` does when a different one stands there, or one
+/// that cannot be told from others of its volume.
 [[nodiscard]] std::string renewBookmark(std::string_view bookmark, const FileURL& url);
 
 /// The place where the very same directory is now: its old path, or another name beside its old

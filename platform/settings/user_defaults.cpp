@@ -3,9 +3,9 @@
 #include <array>
 #include <utility>
 
+#include "platform/files/damaged_file.h"
 #include "platform/files/file_lock.h"
 #include "platform/files/known_folders.h"
-#include "platform/files/moves.h"
 #include "platform/foundation/errors.h"
 #include "platform/foundation/json_path.h"
 
@@ -16,9 +16,6 @@ namespace {
 /// Settings are a few kilobytes; what is longer than this was never written by this program, and
 /// must not be taken into memory.
 constexpr std::int64_t longestSettingsFile = std::int64_t{64} << 20;
-
-/// More files than that have not been damaged; something is wrong with the folder.
-constexpr int damagedFilesLimit = 1'000;
 
 FileURL beside(const FileURL& file, std::string_view suffix)
 {
@@ -133,6 +130,34 @@ void UserDefaults::remove(std::string_view key)
     change(key, std::nullopt);
 }
 
+void UserDefaults::move(const std::vector<Move>& moves, std::string_view gone)
+{
+    Changes changes;
+    for (const auto& [from, to] : moves) {
+        requireNoNull(from);
+        requireNoNull(to);
+        std::optional<std::string> value = json(from);
+        if (value && from != to) {
+            changes.insert_or_assign(jsonPathText(to), *std::move(value));
+            changes.insert_or_assign(jsonPathText(from), std::nullopt);
+        }
+    }
+    requireNoNull(gone);
+    changes.insert_or_assign(jsonPathText(gone), std::nullopt);
+
+    const MutexLock lock(mutex_);
+    const Changes former = unsaved_;
+    for (auto& [key, value] : changes) {
+        unsaved_.insert_or_assign(key, std::move(value));
+    }
+    try {
+        write();
+    } catch (...) {
+        unsaved_ = former;
+        throw;
+    }
+}
+
 std::optional<std::string> UserDefaults::json(std::string_view key) const
 {
     if (key.find('\0') != std::string_view::npos) {
@@ -198,7 +223,7 @@ void UserDefaults::write()
     const FileLock lock = writersLock(file_, calls_);
     refresh();
     if (seen_.isDamaged) {
-        setAside();
+        setDamagedFileAside(file_);
     }
     SettingsValues values = wanted();
     replaceFile(file_, settingsJSON(values), calls_);
@@ -218,21 +243,6 @@ SettingsValues UserDefaults::wanted() const
         }
     }
     return values;
-}
-
-void UserDefaults::setAside()
-{
-    for (int number = 1; number <= damagedFilesLimit; ++number) {
-        const std::string mark = number == 1 ? "" : "." + std::to_string(number);
-        try {
-            moveItem(file_, beside(file_, ".damaged" + mark));
-            return;
-        } catch (const FileError& error) {
-            if (error.code() != std::errc::file_exists || number == damagedFilesLimit) {
-                throw;
-            }
-        }
-    }
 }
 
 }  // namespace gruk

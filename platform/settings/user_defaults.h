@@ -1,8 +1,11 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "platform/files/atomic_file.h"
 #include "platform/files/file_reader.h"
@@ -56,7 +59,17 @@ public:
     /// Takes the value away, of whatever type; fails as the others do.
     void remove(std::string_view key);
 
+    /// A value's new key, by its old one.
+    using Move = std::pair<std::string, std::string>;
+    /// Gives values of whatever type other keys, and takes that of `gone` away, all in one write.
+    /// A key without a value leaves the other one's as it is. Throws as the others do, but nothing
+    /// has changed then, also not for this object.
+    void move(const std::vector<Move>& moves, std::string_view gone);
+
 private:
+    /// Changes that are not in the file yet; none takes the value away.
+    using Changes = std::map<std::string, std::optional<std::string>>;
+
     /// What was last read of the file. It is held open, so that no other file can pass for it.
     struct Seen {
         std::optional<FileReader> file;
@@ -71,15 +84,13 @@ private:
     void refresh() const GRUK_REQUIRES(mutex_);
     void write() GRUK_REQUIRES(mutex_);
     [[nodiscard]] SettingsValues wanted() const GRUK_REQUIRES(mutex_);
-    void setAside() GRUK_REQUIRES(mutex_);
 
     const FileURL file_;
     const FileCalls calls_;
 
     mutable Mutex mutex_;
     mutable Seen seen_ GRUK_GUARDED_BY(mutex_);
-    /// Changes that are not in the file yet; none takes the value away.
-    std::map<std::string, std::optional<std::string>> unsaved_ GRUK_GUARDED_BY(mutex_);
+    Changes unsaved_ GRUK_GUARDED_BY(mutex_);
 };
 
 }  // namespace gruk
