@@ -8,6 +8,7 @@
 #include "core/actions/json_fields.h"
 #include "platform/files/atomic_file.h"
 #include "platform/foundation/base64.h"
+#include "platform/foundation/errors.h"
 #include "platform/foundation/json_path.h"
 #include "platform/settings/bookmarks.h"
 
@@ -102,8 +103,8 @@ BookmarkCalls BookmarkCalls::live()
             renewBookmark};
 }
 
-GrantStore::GrantStore(FileURL storageURL, BookmarkCalls calls)
-    : storageURL_(std::move(storageURL)), calls_(std::move(calls)),
+GrantStore::GrantStore(FileURL storageURL, BookmarkCalls calls, FileCalls files)
+    : storageURL_(std::move(storageURL)), calls_(std::move(calls)), files_(std::move(files)),
       storedGrants_(gruk::storedGrants(storageURL_))
 {
 }
@@ -176,6 +177,53 @@ Grant GrantStore::refreshGrant(const Grant& grant)
     return renewed;
 }
 
+std::optional<FileURL> GrantStore::whereabouts(const Grant& grant) const
+{
+    try {
+        return calls_.resolve(grant.bookmark);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+std::string GrantStore::bookmarkAt(const Grant& grant, const FileURL& place) const
+{
+    if (calls_.renew) {
+        return calls_.renew(grant.bookmark, place);
+    }
+    if (standardizedPath(calls_.resolve(grant.bookmark)) != standardizedPath(place)) {
+        throw FileError(std::make_error_code(std::errc::no_such_file_or_directory), "resolve",
+                        place.path());
+    }
+    return calls_.make(place);
+}
+
+void GrantStore::moveGrant(const UUID& id, const FileURL& place, const std::string& bookmark)
+{
+    std::vector<Grant> grants = storedGrants_;
+    const auto moved = std::ranges::find(grants, id, &Grant::id);
+    if (moved == grants.end()) {
+        return;
+    }
+    moved->path = place.path();
+    moved->bookmark = bookmark;
+    std::erase_if(grants, [&](const Grant& other) {
+        return other.id != id && standardizedPath(FileURL(other.path)) == standardizedPath(place);
+    });
+    putBack(grants);
+}
+
+void GrantStore::putBack(const std::vector<Grant>& former)
+{
+    std::vector<Grant> current = std::exchange(storedGrants_, former);
+    try {
+        save();
+    } catch (...) {
+        storedGrants_ = std::move(current);
+        throw;
+    }
+}
+
 Grant GrantStore::appendGrant(Grant grant)
 {
     storedGrants_.push_back(grant);
@@ -202,7 +250,7 @@ const Grant* GrantStore::bestGrant(std::string_view path) const
 
 void GrantStore::save() const
 {
-    replaceFile(storageURL_, encoded(storedGrants_));
+    replaceFile(storageURL_, encoded(storedGrants_), files_);
 }
 
 }  // namespace gruk

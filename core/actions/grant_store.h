@@ -2,12 +2,14 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/actions/grant.h"
 #include "core/actions/scoped_access.h"
+#include "platform/files/atomic_file.h"
 #include "platform/foundation/file_url.h"
 
 namespace gruk {
@@ -35,7 +37,8 @@ class GrantStore {
 public:
     /// Reads the file at once. Never fails: an unreadable file is an empty list, and stays on
     /// disk until the next save.
-    explicit GrantStore(FileURL storageURL, BookmarkCalls calls = BookmarkCalls::live());
+    explicit GrantStore(FileURL storageURL, BookmarkCalls calls = BookmarkCalls::live(),
+                        FileCalls files = FileCalls::live());
 
     [[nodiscard]] const std::vector<Grant>& grants() const noexcept { return storedGrants_; }
 
@@ -61,6 +64,20 @@ public:
     /// not there, or when saving fails (the list then keeps the renewed grant).
     Grant refreshGrant(const Grant& grant);
 
+    /// Where the grant's own directory is now; none when it is not found.
+    [[nodiscard]] std::optional<FileURL> whereabouts(const Grant& grant) const;
+
+    /// The grant's bookmark anew, made at `place`. Throws unless the grant's own directory is
+    /// there, wherever it was before.
+    [[nodiscard]] std::string bookmarkAt(const Grant& grant, const FileURL& place) const;
+
+    /// Gives a grant another place, with a bookmark of it; any other grant of that place goes. Does
+    /// nothing when there is no such grant. Throws when the file cannot be written; the list is
+    /// then as it was.
+    void moveGrant(const UUID& id, const FileURL& place, const std::string& bookmark);
+    /// Puts the list back to what `grants` told. Throws as `moveGrant` does.
+    void putBack(const std::vector<Grant>& former);
+
 private:
     Grant appendGrant(Grant grant);
     [[nodiscard]] const Grant* bestGrant(std::string_view path) const;
@@ -68,6 +85,7 @@ private:
 
     FileURL storageURL_;
     BookmarkCalls calls_;
+    FileCalls files_;
     std::vector<Grant> storedGrants_;
 };
 

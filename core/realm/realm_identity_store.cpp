@@ -46,6 +46,33 @@ void RealmIdentityStore::clearOverride(std::string_view path)
     write();
 }
 
+void RealmIdentityStore::moveOverride(std::string_view from, std::string_view to)
+{
+    const auto found = overrides_.find(from);
+    if (found == overrides_.end()) {
+        return;
+    }
+    IdentityOverrides moved = overrides_;
+    moved.erase(moved.find(from));
+    if (const auto there = moved.find(to); there != moved.end()) {
+        // Its spelling goes with it.
+        moved.erase(there);
+    }
+    moved.emplace(std::string(to), found->second);
+    putBack(moved);
+}
+
+void RealmIdentityStore::putBack(const IdentityOverrides& former)
+{
+    IdentityOverrides current = std::exchange(overrides_, former);
+    try {
+        write();
+    } catch (...) {
+        overrides_ = std::move(current);
+        throw;
+    }
+}
+
 void RealmIdentityStore::write() const
 {
     replaceFile(fileURL_, identityOverridesJSON(overrides_), calls_);

@@ -34,6 +34,12 @@ public:
     /// Throws as `setOverride` does; the override is then still forgotten in memory.
     void clearOverride(std::string_view path);
 
+    /// Keeps the painted shield of `from`, if it has one, as that of `to`. Throws as `setOverride`
+    /// does; nothing has changed then.
+    void moveOverride(std::string_view from, std::string_view to);
+    /// Puts all of them back to what `overrides` told. Throws as `moveOverride` does.
+    void putBack(const IdentityOverrides& former);
+
 private:
     void write() const;
 
