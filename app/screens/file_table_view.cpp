@@ -224,7 +224,7 @@ void FileTableView::showMenu(const QPoint& at)
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("browseMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(QStringLiteral("Reveal in Finder"), this, &FileTableView::reveal);
+    menu->addAction(QStringLiteral("Reveal in file manager"), this, &FileTableView::reveal);
     menu->popup(at);
 }
 

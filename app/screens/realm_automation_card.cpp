@@ -38,7 +38,7 @@ RealmAutomationCard::RealmAutomationCard(AppModel& model, Theme& theme, Grant gr
       realm_(FileURL::directory(FileURL::directory(grant_.path).standardized().path())),
       cadence_(new Picker(theme, cadenceNames(), QStringLiteral("Cadence"))),
       guardNote_(sectionNote(
-          theme, QStringLiteral("The Gruk asks macOS to tell it the moment anything changes "
+          theme, QStringLiteral("The Gruk asks the system to tell it the moment anything changes "
                                 "here, then patrols once things go quiet — usually within a couple "
                                 "of minutes. No constant scanning, and nothing extra sitting in "
                                 "memory: it's a standing order with the system, not a clock."))),

@@ -84,7 +84,7 @@ std::string_view storyOf(ReviewFinding::Reason reason)
                "near-identical names. That's what a duplicate download looks like.";
     case ReviewFinding::Reason::oldInstaller:
         return "A disk image or installer nobody's touched in over 30 days. The app it installed "
-               "is already on your Mac — the installer's done its job.";
+               "is already on your computer — the installer's done its job.";
     case ReviewFinding::Reason::regenerableCache:
         return "A cache or build folder the Gruk recognises. Whatever made it will rebuild what "
                "it needs next time it runs — clearing it just costs a little time on the next "

@@ -118,7 +118,7 @@ private:
         if (const auto sibling = siblingOfDuplicate(at)) {
             add(at, Reason::duplicateDownload,
                 "A same-size sibling named " + *sibling
-                    + " exists beside this Finder-style duplicate.");
+                    + " exists beside this numbered duplicate.");
             return true;
         }
         if (const auto growth = rapidGrowth_.find(index); growth != rapidGrowth_.end()) {

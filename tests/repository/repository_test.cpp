@@ -1,3 +1,4 @@
+#include <regex>
 #include <set>
 #include <string>
 
@@ -28,6 +29,22 @@ TEST(Repository, keepsItsWalls)
     for (const Breach& breach : breaches(files, widgetHeaders)) {
         ADD_FAILURE() << breach.path << ":" << breach.line << ": " << breach.message;
     }
+}
+
+TEST(Repository, nothingInTheProgramNamesAnotherSystemOrAProgramOfIt)
+{
+    const std::regex names(R"(\b(Finder|[Mm]acOS|Macs?|Spotlight|Dock)\b)");
+    std::size_t lines = 0;
+    for (const SourceFile& file : readSources(GRUK_SOURCE_DIRECTORY)) {
+        if (!file.isIn("app") && !file.isIn("core") && !file.isIn("platform")) {
+            continue;
+        }
+        for (const std::string& line : file.lines) {
+            ++lines;
+            EXPECT_FALSE(std::regex_search(line, names)) << file.path << ": " << line;
+        }
+    }
+    EXPECT_GT(lines, 10'000U);
 }
 
 }  // namespace

@@ -287,7 +287,7 @@ TEST(FileTableView, theMenuOfTheSelectionRevealsIt)
     auto* menu = house.page->findChild<QMenu*>(QStringLiteral("browseMenu"));
     ASSERT_NE(menu, nullptr);
     ASSERT_EQ(menu->actions().size(), 1);
-    EXPECT_EQ(menu->actions().constFirst()->text(), QStringLiteral("Reveal in Finder"));
+    EXPECT_EQ(menu->actions().constFirst()->text(), QStringLiteral("Reveal in file manager"));
     menu->actions().constFirst()->trigger();
     ASSERT_EQ(house.revealed.size(), 1U);
     EXPECT_EQ(house.revealed.front(), house.page->selection());

@@ -210,7 +210,7 @@ TEST(PatrolPage, aFindingTellsOnRequestWhyItWasFlagged)
          {"Hide why",
           ("Two files in the same folder, matching in size down to the byte, with near-identical "
            "names. That's what a duplicate download looks like."),
-          "A same-size sibling named report.pdf exists beside this Finder-style duplicate.",
+          "A same-size sibling named report.pdf exists beside this numbered duplicate.",
           "The facts here are solid. The decision is still yours."}) {
         EXPECT_TRUE(house.shows(QString::fromUtf8(text))) << text;
     }

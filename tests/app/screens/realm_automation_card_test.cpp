@@ -17,7 +17,7 @@ using test::ScreenHouse;
 using test::wordsIn;
 
 const QString guardLine = QStringLiteral(
-    "The Gruk asks macOS to tell it the moment anything changes here, then patrols once "
+    "The Gruk asks the system to tell it the moment anything changes here, then patrols once "
     "things go quiet — usually within a couple of minutes. No constant scanning, and nothing extra "
     "sitting in memory: it's a standing order with the system, not a clock.");
 const QString fullLine = QStringLiteral("This realm has 20 filing rules, which is as many as a "

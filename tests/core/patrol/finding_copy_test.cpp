@@ -14,7 +14,7 @@ using Reason = ReviewFinding::Reason;
 
 constexpr const char* installerStory =
     "A disk image or installer nobody's touched in over 30 days. The app it installed is already "
-    "on your Mac — the installer's done its job.";
+    "on your computer — the installer's done its job.";
 constexpr const char* cargoStory =
     "Created by Cargo (Rust) or Maven (Java) — holds this project's compiled build output, and a "
     "fresh `cargo build` or `mvn package` rebuilds it from source.";

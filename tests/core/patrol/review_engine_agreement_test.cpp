@@ -122,7 +122,7 @@ private:
             if (keys.contains(parent + sibling + "|" + std::to_string(entry.allocatedSize))) {
                 add(entry, Reason::duplicateDownload, 0.95,
                     "A same-size sibling named " + sibling
-                        + " exists beside this Finder-style duplicate.");
+                        + " exists beside this numbered duplicate.");
             }
         }
     }

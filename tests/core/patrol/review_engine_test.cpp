@@ -158,7 +158,7 @@ TEST(ReviewEngine, aSecondDownloadBesideAFileOfTheSameSizeIsFlaggedAndNotTheSibl
     expected.allocatedSize = 4'096;
     expected.reason = Reason::duplicateDownload;
     expected.explanation =
-        "A same-size sibling named report.pdf exists beside this Finder-style duplicate.";
+        "A same-size sibling named report.pdf exists beside this numbered duplicate.";
     expected.confidence = 0.95;
     EXPECT_EQ(evaluate({folder("d"), file("d/report (1).pdf", 4'096), file("d/report.pdf", 4'096)}),
               Findings{expected});
