@@ -49,6 +49,21 @@ EmptyReason reasonOfEmptiness(const FileURL& folder)
     }
 }
 
+/// The roots of all realms that were ever patrolled, granted or not.
+std::set<std::string> patrolledRoots(const SnapshotStore& store)
+{
+    std::set<std::string> roots;
+    try {
+        for (const auto& [root, captured] : store.lastCaptures()) {
+            roots.insert(root);
+        }
+    } catch (const std::exception&) {
+        // Of a store that cannot be read no realm has a history.
+        roots.clear();
+    }
+    return roots;
+}
+
 /// One summary a grant, all as of `now`. `cadences` are those of `grants`, in their order.
 std::vector<RealmSummary> summaries(const std::vector<Grant>& grants,
                                     const std::vector<PatrolCadence>& cadences,
@@ -108,6 +123,15 @@ void AppModel::complain(std::optional<std::string> message)
     assign(errorMessage_, std::move(message), &AppModel::errorMessageChanged);
 }
 
+bool AppModel::isActiveRealmMapped() const
+{
+    if (figures_.latestSnapshot) {
+        return true;
+    }
+    return activeRootURL_ && isLoadingRealmHistory_
+           && (!mappedRoots_ || mappedRoots_->contains(activeRootURL_->path()));
+}
+
 RealmIdentity AppModel::activeRealmIdentity() const
 {
     return with_.realmIdentityStore->identity(activeRootURL_ ? activeRootURL_->path() : "");
@@ -160,6 +184,11 @@ QCoro::Task<> AppModel::awaitRealmHistory(FileURL url, std::int64_t generation)
         // A newer load owns the figures and the mark.
         discard(std::make_shared<RealmFigures>(std::move(figures)));
         co_return;
+    }
+    if (mappedRoots_ && figures.latestSnapshot) {
+        mappedRoots_->insert(url.path());
+    } else if (mappedRoots_) {
+        mappedRoots_->erase(url.path());
     }
     showFigures(std::move(figures));
     assign(isLoadingRealmHistory_, false, &AppModel::isLoadingRealmHistoryChanged);
@@ -217,12 +246,12 @@ QCoro::Task<> AppModel::loadTerritories()
     for (const Grant& grant : grants) {
         cadences.push_back(cadence(grant));
     }
-    std::function<std::vector<RealmSummary>()> load =
-        [grants = grants_, cadences, store = with_.snapshotStore, loop = with_.runLoop] {
-            return summaries(grants, cadences, *store, loop->now());
-        };
-    std::vector<RealmSummary> loaded =
-        co_await inBackground(with_.taskPool, with_.runLoop, std::move(load));
+    using Look = std::pair<std::vector<RealmSummary>, std::set<std::string>>;
+    std::function<Look()> load = [grants = grants_, cadences, store = with_.snapshotStore,
+                                  loop = with_.runLoop] {
+        return Look(summaries(grants, cadences, *store, loop->now()), patrolledRoots(*store));
+    };
+    Look loaded = co_await inBackground(with_.taskPool, with_.runLoop, std::move(load));
     // The flags of a superseded load belong to the newer one.
     if (!self || territoryLoadGeneration_ != generation) {
         co_return;
@@ -232,7 +261,12 @@ QCoro::Task<> AppModel::loadTerritories()
         co_await loadTerritories();
         co_return;
     }
-    assign(territorySummaries_, std::move(loaded), &AppModel::territorySummariesChanged);
+    if (mappedRoots_ && territoryMarks_ != marks) {
+        // A patrol that ended meanwhile may have been missed.
+        loaded.second.merge(*mappedRoots_);
+    }
+    mappedRoots_ = std::move(loaded.second);
+    assign(territorySummaries_, std::move(loaded.first), &AppModel::territorySummariesChanged);
     assign(isLoadingTerritories_, false, &AppModel::isLoadingTerritoriesChanged);
     // What was marked meanwhile may have been read too early.
     assign(territoriesAreStale_, territoryMarks_ != marks, &AppModel::territoriesAreStaleChanged);

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -70,6 +71,11 @@ public:
         return liveRemovedBytesByPath_;
     }
     [[nodiscard]] bool isLoadingRealmHistory() const { return isLoadingRealmHistory_; }
+    /// Whether the active realm was patrolled before. While its history loads, what the last look
+    /// at the whole store told; true when there was none yet.
+    [[nodiscard]] bool isActiveRealmMapped() const;
+    /// Whether findings of the latest patrol have left the list since.
+    [[nodiscard]] bool haveFindingsLeft() const { return figures_.haveFindingsLeft; }
     [[nodiscard]] std::int64_t historyLoadGeneration() const { return historyLoadGeneration_; }
 
     // All realms on the map.
@@ -333,6 +339,8 @@ private:
     std::vector<RealmSummary> territorySummaries_;
     bool isLoadingTerritories_ = false;
     std::int64_t territoryLoadGeneration_ = 0;
+    /// The roots of which a patrol is stored; none before the first look at the store.
+    std::optional<std::set<std::string>> mappedRoots_;
     bool territoriesAreStale_ = true;
     /// How often they were marked so.
     std::uint64_t territoryMarks_ = 0;

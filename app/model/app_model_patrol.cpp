@@ -167,6 +167,9 @@ void AppModel::publish(const FileURL& url, RealmFigures figures, std::optional<O
     const std::string message = figures.previousSnapshot
                                     ? ModelCopy::patrolComplete(name, figures.deltas->size())
                                     : ModelCopy::firstPatrolComplete(name);
+    if (mappedRoots_) {
+        mappedRoots_->insert(url.path());
+    }
     if (activeRootURL_ == url) {
         // A history that was asked for before this patrol ended is older than its result.
         assign(historyLoadGeneration_, historyLoadGeneration_ + 1,

@@ -124,6 +124,7 @@ void AppModel::takeOut(const TrashOperation& operation, const std::vector<std::s
     assign(lastTrashOperation_, operation, &AppModel::lastTrashOperationChanged);
     assign(liveRemovedBytesByPath_, std::move(removed), &AppModel::liveRemovedBytesByPathChanged);
     figures_.findings = std::move(left);
+    figures_.haveFindingsLeft = true;
     Q_EMIT findingsChanged();
 }
 

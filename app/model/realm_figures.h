@@ -29,6 +29,8 @@ struct RealmFigures {
     /// The first changes of the top level, in the order of `deltas`, at most
     /// `topLevelChangeLimit`.
     std::vector<SnapshotDelta> topLevelDeltas;
+    /// Whether `findings` is what is left of them, others having gone to the Trash.
+    bool haveFindingsLeft = false;
 
     /// Nothing at all.
     RealmFigures();

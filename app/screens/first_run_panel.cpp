@@ -1,5 +1,7 @@
 #include "app/screens/first_run_panel.h"
 
+#include <algorithm>
+
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -73,6 +75,10 @@ BaselineNote::BaselineNote(AppModel& model, Theme& theme, QWidget* parent)
     const auto showModel = [this, &model, headline] {
         const AppModel::Snapshot& latest = model.latestSnapshot();
         setVisible(latest && !model.previousSnapshot());
+        const auto isNothing = [](const ReviewFinding& each) { return each.allocatedSize < 1; };
+        // What went to the Trash was found: of nothing left it is not said that there was nothing.
+        headline->setVisible(!model.haveFindingsLeft()
+                             || !std::ranges::all_of(model.findings(), isNothing));
         if (latest) {
             headline->setText(displayString(PatrolCopy::summary(
                 model.findings(), static_cast<std::int64_t>(latest->issues.size()),

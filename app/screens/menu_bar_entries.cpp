@@ -27,6 +27,8 @@ MenuBarState MenuBarState::of(const AppModel& model)
         state.hasLatestSnapshot = true;
         state.issueCount = static_cast<std::int64_t>(latest->issues.size());
         state.isComplete = latest->isComplete;
+    } else {
+        state.isLoadingHistory = model.isActiveRealmMapped();
     }
     state.hasPreviousSnapshot = model.previousSnapshot() != nullptr;
     state.changes = model.deltas().size();
@@ -43,7 +45,8 @@ void requestOnMenuBarChange(RepaintOnce& repaint, const AppModel& model)
          {&AppModel::activeRootURLChanged, &AppModel::latestSnapshotChanged,
           &AppModel::previousSnapshotChanged, &AppModel::deltasChanged, &AppModel::grantsChanged,
           &AppModel::isPatrollingChanged, &AppModel::patrollingRootURLChanged,
-          &AppModel::patrolProgressChanged}) {
+          &AppModel::patrolProgressChanged, &AppModel::isLoadingRealmHistoryChanged,
+          &AppModel::territorySummariesChanged}) {
         repaint.on(model, changed);
     }
 }
@@ -54,7 +57,8 @@ QString menuBarStatus(const MenuBarState& state)
         return QStringLiteral("Choose a realm in the app");
     }
     if (!state.hasLatestSnapshot) {
-        return QStringLiteral("Ready for a first patrol");
+        return state.isLoadingHistory ? PatrolText::loadingHistory()
+                                      : QStringLiteral("Ready for a first patrol");
     }
     if (const auto note = PatrolCopy::coverageNote(state.issueCount, state.isComplete)) {
         return displayString(*note);

@@ -43,6 +43,8 @@ struct MenuBarEntry {
 struct MenuBarState {
     std::optional<FileURL> activeRootURL = {};
     bool hasLatestSnapshot = false;
+    /// Whether there is one, which is still to be read.
+    bool isLoadingHistory = false;
     /// Of the latest snapshot.
     std::int64_t issueCount = 0;
     bool isComplete = true;

@@ -30,6 +30,7 @@ MetricsRow::MetricsRow(AppModel& model, Theme& theme, QWidget* parent)
     repaint->on(model_, &AppModel::findingsChanged);
     repaint->on(model_, &AppModel::liveRemovedBytesByPathChanged);
     repaint->on(model_, &AppModel::isLoadingRealmHistoryChanged);
+    repaint->on(model_, &AppModel::territorySummariesChanged);
     showModel();
 }
 
@@ -50,8 +51,11 @@ void MetricsRow::showModel()
             QString::fromStdString(ByteFormat::signedString(model_.netChangeBytes())),
             QStringLiteral("net allocated change"));
     } else {
+        // Whether there is something to compare is not known before the history is.
+        const bool isToCome = !model_.latestSnapshot() && model_.isActiveRealmMapped();
         change_->setFigure(QStringLiteral("Baseline"),
-                           QStringLiteral("comparison starts next time"));
+                           isToCome ? QStringLiteral("net allocated change")
+                                    : QStringLiteral("comparison starts next time"));
     }
     review_->setFigure(groupedNumber(static_cast<qint64>(model_.findings().size())),
                        QStringLiteral("evidence-backed findings"));

@@ -44,6 +44,8 @@ PatrolBar::PatrolBar(AppModel& model, Theme& theme, QWidget* parent)
     repaint->on(model_, &AppModel::isPatrollingChanged);
     repaint->on(model_, &AppModel::patrollingRootURLChanged);
     repaint->on(model_, &AppModel::latestSnapshotChanged);
+    repaint->on(model_, &AppModel::isLoadingRealmHistoryChanged);
+    repaint->on(model_, &AppModel::territorySummariesChanged);
     auto* reported = new RepaintOnce([this] { showProgress(); }, this);
     reported->on(model_, &AppModel::patrolProgressChanged);
     showModel();
@@ -81,8 +83,8 @@ bool PatrolBar::isPatrollingHere() const
 
 void PatrolBar::showModel()
 {
-    start_->setText(model_.latestSnapshot() ? QStringLiteral("Patrol again")
-                                            : QStringLiteral("Map this realm"));
+    start_->setText(model_.isActiveRealmMapped() ? QStringLiteral("Patrol again")
+                                                 : QStringLiteral("Map this realm"));
     handFocusOver();
     start_->setVisible(!model_.isPatrolling());
     running_->setVisible(isPatrollingHere());

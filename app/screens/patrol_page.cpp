@@ -107,7 +107,9 @@ QWidget* GrukPatrolView::makeHeader()
     row->addLayout(words, 1);
 
     const auto showDate = [this, date] {
-        date->setText(PatrolText::lastPatrolled(model_.latestSnapshot().get()));
+        const ScanSnapshot* latest = model_.latestSnapshot().get();
+        const bool isToCome = latest == nullptr && model_.isActiveRealmMapped();
+        date->setText(isToCome ? PatrolText::loadingHistory() : PatrolText::lastPatrolled(latest));
     };
     auto* repaint = new RepaintOnce(showDate, this);
     repaint->on(model_, &AppModel::latestSnapshotChanged);
@@ -116,6 +118,8 @@ QWidget* GrukPatrolView::makeHeader()
 }
 
 void GrukPatrolView::resizeEvent(QResizeEvent* event)
+    repaint->on(model_, &AppModel::isLoadingRealmHistoryChanged);
+    repaint->on(model_, &AppModel::territorySummariesChanged);
 {
     QScrollArea::resizeEvent(event);
     tellWhatIsInView();

@@ -40,6 +40,11 @@ QString lastPatrolled(const ScanSnapshot* latest)
                               QStringLiteral("d MMMM yyyy 'at' HH:mm")));
 }
 
+QString loadingHistory()
+{
+    return QStringLiteral("Loading…");
+}
+
 QString progress(const std::optional<PatrolProgress>& progress)
 {
     const QString line = QStringLiteral("%1 paths checked so far").arg(count(progress));

@@ -16,6 +16,9 @@ namespace gruk::PatrolText {
 /// "Last patrolled {date}", or that there was none. The date is in the local time of the user.
 [[nodiscard]] QString lastPatrolled(const ScanSnapshot* latest);
 
+/// What stands in its place while the history of a realm that was patrolled before loads.
+[[nodiscard]] QString loadingHistory();
+
 /// The line of this realm's own running patrol; `progress` is none before the first report.
 [[nodiscard]] QString progress(const std::optional<PatrolProgress>& progress);
 

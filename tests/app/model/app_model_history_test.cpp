@@ -164,6 +164,59 @@ TEST(AppModelHistory, aModelThatEndsWhileAHistoryLoadsDropsTheResult)
     EXPECT_EQ(house.pool->count(), 0U);
 }
 
+TEST(AppModelHistory, whileItLoadsARealmThatWasPatrolledIsKnownForOne)
+{
+    ModelHouse house;
+    const FileURL mapped = house.makePatrolledRealm("mapped");
+    const FileURL fresh = house.makeRealm("fresh");
+    house.settle();
+    house.restart();
+    house.model->loadTerritories();
+    house.settle();
+    house.model->selectRealm(mapped);
+    ASSERT_TRUE(house.model->isLoadingRealmHistory());
+    EXPECT_TRUE(house.model->isActiveRealmMapped());
+    house.settle();
+    EXPECT_TRUE(house.model->isActiveRealmMapped());
+    house.model->selectRealm(fresh);
+    ASSERT_TRUE(house.model->isLoadingRealmHistory());
+    EXPECT_FALSE(house.model->isActiveRealmMapped());
+    house.settle();
+    EXPECT_FALSE(house.model->isActiveRealmMapped());
+}
+
+TEST(AppModelHistory, beforeTheStoreWasLookedAtARealmIsTakenForMappedUntilItsHistorySaysOtherwise)
+{
+    ModelHouse house;
+    const FileURL mapped = house.makePatrolledRealm("mapped");
+    const FileURL fresh = house.makeRealm("fresh");
+    house.settle();
+    house.restart();
+    EXPECT_FALSE(house.model->isActiveRealmMapped());
+    house.model->selectRealm(mapped);
+    EXPECT_TRUE(house.model->isActiveRealmMapped());
+    house.model->selectRealm(fresh);
+    EXPECT_TRUE(house.model->isActiveRealmMapped());
+    house.settle();
+    EXPECT_FALSE(house.model->isActiveRealmMapped());
+}
+
+TEST(AppModelHistory, aRealmPatrolledSinceTheStoreWasLookedAtIsKnownForOne)
+{
+    ModelHouse house;
+    house.model->loadTerritories();
+    house.settle();
+    const FileURL first = house.makeRealm("first");
+    EXPECT_FALSE(house.model->isActiveRealmMapped());
+    house.settle();
+    house.patrol();
+    house.makeRealm("second");
+    house.settle();
+    house.model->selectRealm(first);
+    ASSERT_TRUE(house.model->isLoadingRealmHistory());
+    EXPECT_TRUE(house.model->isActiveRealmMapped());
+}
+
 TEST(AppModelHistory, aCorruptStoreReadsAsARealmWithNoHistory)
 {
     ModelHouse house;

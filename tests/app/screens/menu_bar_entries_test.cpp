@@ -43,6 +43,9 @@ TEST(MenuBarEntries, theStatusLineIsTheFirstOneThatHolds)
     EXPECT_EQ(menuBarStatus(state), QStringLiteral("Choose a realm in the app"));
     state.activeRootURL = home;
     EXPECT_EQ(menuBarStatus(state), QStringLiteral("Ready for a first patrol"));
+    state.isLoadingHistory = true;
+    EXPECT_EQ(menuBarStatus(state), QStringLiteral("Loading…"));
+    state.isLoadingHistory = false;
     state.hasLatestSnapshot = true;
     state.issueCount = 2;
     EXPECT_EQ(menuBarStatus(state),
@@ -125,18 +128,21 @@ TEST(MenuBarEntries, noEntryStandsThereTwice)
     EXPECT_EQ(items.size(), 10U);
 }
 
-TEST(MenuBarEntries, withTheHistoryStillLoadingTheStatusLineReadsReadyForAFirstPatrol)
+TEST(MenuBarEntries, whileTheHistoryOfAMappedRealmLoadsTheStatusLineDoesNotSayThatThereIsNone)
 {
     ModelHouse house;
     const FileURL first = house.makePatrolledRealm("Home");
     EXPECT_EQ(menuBarStatus(MenuBarState::of(*house.model)), QStringLiteral("Baseline mapped"));
     house.makePatrolledRealm("Letters");
     house.model->selectRealm(first);
-    EXPECT_EQ(menuBarStatus(MenuBarState::of(*house.model)),
-              QStringLiteral("Ready for a first patrol"));
+    EXPECT_EQ(menuBarStatus(MenuBarState::of(*house.model)), QStringLiteral("Loading…"));
     house.settle();
     EXPECT_EQ(menuBarStatus(MenuBarState::of(*house.model)), QStringLiteral("Baseline mapped"));
     EXPECT_EQ(MenuBarState::of(*house.model).grants, 2U);
+    house.makeRealm("Fresh");
+    house.settle();
+    EXPECT_EQ(menuBarStatus(MenuBarState::of(*house.model)),
+              QStringLiteral("Ready for a first patrol"));
 }
 
 TEST(MenuBarEntries, theModelsStateIsWhatIsShown)

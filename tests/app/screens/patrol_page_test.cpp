@@ -134,6 +134,45 @@ TEST(PatrolPage, whileTheHistoryLoadsEachFigureIsLoading)
     EXPECT_EQ(figures(house).first(), QStringLiteral("8 KB"));
 }
 
+TEST(PatrolPage, whileTheHistoryOfAMappedRealmLoadsNothingSaysThatThereIsNone)
+{
+    ScreenHouse house;
+    const FileURL home = house.makePatrolledRealm("Home");
+    const FileURL other = house.makeRealm("Other");
+    house.settle();
+    house.model->showTerritories();
+    house.settle();
+    house.model->selectRealm(home);
+    house.repaint();
+    ASSERT_TRUE(house.model->isLoadingRealmHistory());
+    EXPECT_TRUE(house.shows(QStringLiteral("Loading…")));
+    EXPECT_NE(house.button(QStringLiteral("Patrol again")), nullptr);
+    EXPECT_FALSE(house.shows(QStringLiteral("No baseline yet")));
+    EXPECT_FALSE(house.shows(QStringLiteral("Map this realm")));
+    EXPECT_FALSE(house.shows(QStringLiteral("comparison starts next time")));
+    house.settle();
+    EXPECT_FALSE(house.shows(QStringLiteral("Loading…")));
+    EXPECT_NE(house.button(QStringLiteral("Patrol again")), nullptr);
+    // Of one that was never mapped that is said at once.
+    house.model->selectRealm(other);
+    house.repaint();
+    ASSERT_TRUE(house.model->isLoadingRealmHistory());
+    EXPECT_FALSE(house.shows(QStringLiteral("Loading…")));
+    EXPECT_TRUE(house.shows(QStringLiteral("No baseline yet")));
+    EXPECT_NE(house.button(QStringLiteral("Map this realm")), nullptr);
+}
+
+TEST(PatrolPage, whatWasTakenForMappedSaysSoWhenItIsNot)
+{
+    ScreenHouse house;
+    house.makeRealm("Home");
+    house.repaint();
+    house.settle();
+    EXPECT_FALSE(house.shows(QStringLiteral("Loading…")));
+    EXPECT_TRUE(house.shows(QStringLiteral("No baseline yet")));
+    EXPECT_NE(house.button(QStringLiteral("Map this realm")), nullptr);
+}
+
 TEST(PatrolPage, aRunningPatrolShowsItsProgressAndCanBeStopped)
 {
     ScreenHouse* watched = nullptr;
