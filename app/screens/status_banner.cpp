@@ -60,7 +60,11 @@ void StatusBanner::setMessage(const QString& message, BannerAction action)
     setAccessibleName(message);
     action_ = std::move(action);
     button_->setText(action_.label);
-    button_->setAccessibleDescription(message);
+    button_->setAccessibleName(action_.spokenName);
+    giveToolTip(*button_, action_.description);
+    if (action_.description.isEmpty()) {
+        button_->setAccessibleDescription(message);
+    }
     button_->updateGeometry();
     button_->setVisible(static_cast<bool>(action_.run));
     const bool wasVisible = isVisible();

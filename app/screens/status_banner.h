@@ -13,6 +13,10 @@ class Label;
 struct BannerAction {
     QString label = QStringLiteral("Undo");
     std::function<void()> run;
+    /// What exactly it does, where the sentence beside it need not tell; else empty.
+    QString description = {};
+    /// What assistive technology calls it where the label could be taken for another's; else empty.
+    QString spokenName = {};
 };
 
 /// A card with one sentence that wraps, an icon, a bar of its colour at the left, and at the right

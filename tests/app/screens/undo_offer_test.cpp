@@ -63,6 +63,33 @@ TEST_F(UndoOffer, theTrashComesBeforeTheDesktopBeforeAnOrganise)
     EXPECT_FALSE(undoOffer(*house.model));
 }
 
+TEST_F(UndoOffer, namesWhatItPutsBack)
+{
+    house.model->tidyDesktop();
+    EXPECT_EQ(undoOffer(*house.model)->description,
+              QStringLiteral("Puts 4 items back on the Desktop"));
+    house.model->undoLastStash();
+
+    house.model->organise(*house.model->organisePlanForActiveRealm());
+    EXPECT_EQ(undoOffer(*house.model)->description,
+              QStringLiteral("Puts 4 items back where they were in Desktop"));
+    house.model->undoLastOrganise();
+
+    trash();
+    EXPECT_EQ(undoOffer(*house.model)->description,
+              QStringLiteral("Puts report (1).pdf back from the Trash"));
+}
+
+TEST_F(UndoOffer, countsWhatIsMoreThanOne)
+{
+    house.directory.file("Desktop/report (2).pdf", 40'960);
+    house.patrol();
+    house.model->moveFindingsToTrash(house.model->findings());
+    ASSERT_EQ(house.model->lastTrashOperation()->moved.size(), 2U);
+    EXPECT_EQ(undoOffer(*house.model)->description,
+              QStringLiteral("Puts 2 items back from the Trash"));
+}
+
 TEST_F(UndoOffer, anOrganiseIsTakenBackInAnotherRealmToo)
 {
     house.model->organise(*house.model->organisePlanForActiveRealm());
