@@ -319,6 +319,9 @@ private:
     void log(const Failures& failures) const;
     [[nodiscard]] FolderOverrides overrides(const FileURL& realm) const;
     [[nodiscard]] std::optional<OrganisePlan> organisePlan(const FileURL& realm) const;
+    /// What of a filing the rules of its realm speak of by now.
+    [[nodiscard]] std::optional<OrganisePlan>
+    underPresentRules(std::optional<OrganisePlan> filing) const;
     /// Runs a change of the shields; says `failure` when it cannot be saved.
     void changeShields(const std::function<void()>& change, std::string_view failure);
 
@@ -336,11 +339,11 @@ private:
     RemovedBytesByPath liveRemovedBytesByPath_;
     bool isLoadingRealmHistory_ = false;
     std::int64_t historyLoadGeneration_ = 0;
+    /// The roots of which a patrol is stored; none before the first look at the store.
+    std::optional<std::set<std::string>> mappedRoots_;
     std::vector<RealmSummary> territorySummaries_;
     bool isLoadingTerritories_ = false;
     std::int64_t territoryLoadGeneration_ = 0;
-    /// The roots of which a patrol is stored; none before the first look at the store.
-    std::optional<std::set<std::string>> mappedRoots_;
     bool territoriesAreStale_ = true;
     /// How often they were marked so.
     std::uint64_t territoryMarks_ = 0;

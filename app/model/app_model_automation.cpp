@@ -136,6 +136,11 @@ void AppModel::saveRealmRules(const std::vector<RealmRule>& rules, const FileURL
     save([&](UserDefaults& settings) {
         settings.setData(SettingKeys::realmRules(realm), RealmRules::encoded(rules));
     });
+    if (pendingRuleFilingPlan_) {
+        // What is offered is what the rules say now.
+        assign(pendingRuleFilingPlan_, underPresentRules(pendingRuleFilingPlan_),
+               &AppModel::pendingRuleFilingPlanChanged);
+    }
 }
 
 void AppModel::setLaunchAtLogin(bool enabled)

@@ -177,7 +177,9 @@ void AppModel::publish(const FileURL& url, RealmFigures figures, std::optional<O
         showFigures(std::move(figures));
         assign(liveRemovedBytesByPath_, {}, &AppModel::liveRemovedBytesByPathChanged);
         assign(isLoadingRealmHistory_, false, &AppModel::isLoadingRealmHistoryChanged);
-        assign(pendingRuleFilingPlan_, std::move(filing), &AppModel::pendingRuleFilingPlanChanged);
+        // A rule may have been removed while the plan was made.
+        assign(pendingRuleFilingPlan_, underPresentRules(std::move(filing)),
+               &AppModel::pendingRuleFilingPlanChanged);
     } else {
         discard(std::make_shared<RealmFigures>(std::move(figures)));
     }

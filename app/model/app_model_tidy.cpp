@@ -178,15 +178,26 @@ void AppModel::organise(const OrganisePlan& plan)
     }
 }
 
+std::optional<OrganisePlan> AppModel::underPresentRules(std::optional<OrganisePlan> filing) const
+{
+    if (!filing) {
+        return std::nullopt;
+    }
+    const std::vector<RealmRule> rules = RealmRules::afterPatrol(realmRules(filing->realm));
+    return RealmRules::stillRuled(*std::move(filing), rules);
+}
+
 void AppModel::filePendingRuleMatches()
 {
     if (!pendingRuleFilingPlan_) {
         return;
     }
-    const OrganisePlan plan = *pendingRuleFilingPlan_;
+    const std::optional<OrganisePlan> plan = underPresentRules(pendingRuleFilingPlan_);
     // First, so that the banner goes at once.
     assign(pendingRuleFilingPlan_, std::nullopt, &AppModel::pendingRuleFilingPlanChanged);
-    organise(plan);
+    if (plan) {
+        organise(*plan);
+    }
 }
 
 void AppModel::saveShield(const RealmIdentity& identity, std::string_view path)

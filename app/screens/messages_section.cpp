@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "app/screens/repaint_once.h"
+#include "app/screens/review_only_panel.h"
 #include "app/screens/undo_offer.h"
 #include "app/theme/text.h"
 #include "core/patrol/patrol_copy.h"
@@ -21,7 +22,7 @@ QString messageText(const std::optional<std::string>& message)
 }  // namespace
 
 MessagesSection::MessagesSection(AppModel& model, Theme& theme, Place place, QWidget* parent)
-    : QWidget(parent), model_(model), place_(place),
+    : QWidget(parent), model_(model), theme_(theme), place_(place),
       coverage_(new StatusBanner(theme, Role::yellow, Icon::eyeWarning)),
       error_(new StatusBanner(theme, Role::red, Icon::warning)),
       filing_(new StatusBanner(theme, Role::fernDark, Icon::scroll)),
@@ -43,6 +44,7 @@ MessagesSection::MessagesSection(AppModel& model, Theme& theme, Place place, QWi
     repaint->on(model_, &AppModel::errorMessageChanged);
     repaint->on(model_, &AppModel::lastActionMessageChanged);
     repaint->on(model_, &AppModel::pendingRuleFilingPlanChanged);
+    repaint->on(model_, &AppModel::reviewOnlyModeChanged);
     repaint->on(model_, &AppModel::lastTrashOperationChanged);
     repaint->on(model_, &AppModel::lastStashOperationChanged);
     repaint->on(model_, &AppModel::lastOrganiseOperationChanged);
@@ -83,9 +85,16 @@ void MessagesSection::showFiling()
     for (const OrganisePlan::CategoryMove& move : plan->moves) {
         files += static_cast<qint64>(move.files.size());
     }
+    const BannerAction file = {QStringLiteral("File them"),
+                               [this] { model_.filePendingRuleMatches(); }};
+    // A bulk move, which Review Only holds back.
+    const BannerAction unlock = {QStringLiteral("Enable Trash actions…"),
+                                 [this] { askToEnableTrashActions(model_, theme_, this); },
+                                 {},
+                                 QStringLiteral("Enable Trash actions… to file them")};
     filing_->setMessage(QStringLiteral("The Gruk can file %1 new arrivals under your rules.")
                             .arg(groupedNumber(files)),
-                        {QStringLiteral("File them"), [this] { model_.filePendingRuleMatches(); }});
+                        model_.reviewOnlyMode() ? unlock : file);
 }
 
 }  // namespace gruk

@@ -38,6 +38,7 @@ private:
     bool isEmpty_ = true;
     StatusBanner* coverage_;
     StatusBanner* error_;
+    Theme& theme_;
     StatusBanner* filing_;
     StatusBanner* action_;
 };

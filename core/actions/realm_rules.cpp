@@ -63,6 +63,16 @@ std::optional<OrganisePlan> filingPlan(OrganisePlan plan, const std::vector<Real
     return plan.moves.empty() ? std::nullopt : std::optional(std::move(plan));
 }
 
+std::optional<OrganisePlan> stillRuled(OrganisePlan filing, const std::vector<RealmRule>& rules)
+{
+    const FolderOverrides folders = folderOverrides(rules);
+    std::erase_if(filing.moves, [&](const OrganisePlan::CategoryMove& move) {
+        const auto folder = folders.find(move.kind);
+        return folder == folders.end() || folder->second != move.destinationFolderName;
+    });
+    return filing.moves.empty() ? std::nullopt : std::optional(std::move(filing));
+}
+
 std::string encoded(const std::vector<RealmRule>& rules)
 {
     json::array array;

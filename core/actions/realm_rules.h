@@ -41,6 +41,11 @@ inline constexpr std::size_t maximumRulesPerRealm = 20;
 [[nodiscard]] std::optional<OrganisePlan> filingPlan(OrganisePlan plan,
                                                      const std::vector<RealmRule>& rules);
 
+/// What of a filing that earlier rules asked for these ask for too: the same kinds into the same
+/// folders; none when no move is left.
+[[nodiscard]] std::optional<OrganisePlan> stillRuled(OrganisePlan filing,
+                                                     const std::vector<RealmRule>& rules);
+
 /// The rules as JSON (docs/formats.md).
 [[nodiscard]] std::string encoded(const std::vector<RealmRule>& rules);
 

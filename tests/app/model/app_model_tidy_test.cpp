@@ -281,6 +281,65 @@ TEST_F(AppModelTidy, aPatrolOffersWhatTheRulesSpeakOfAndFilingIt)
     EXPECT_FALSE(model().pendingRuleFilingPlan()) << "nothing is loose any more";
 }
 
+TEST_F(AppModelTidy, aRuleThatWasRemovedIsNotCarriedOutByAnOfferThatStillStands)
+{
+    house.directory.file("Desktop/a.png");
+    house.directory.file("Desktop/c.txt");
+    model().addRealmRule(FileKind::image, "Pictures", true, desktop());
+    model().addRealmRule(FileKind::document, "Papers", true, desktop());
+    house.patrol();
+    ASSERT_EQ(model().pendingRuleFilingPlan()->moves.size(), 2U);
+    std::vector<RealmRule> rules = model().realmRules(desktop());
+    rules.erase(rules.begin());
+    model().saveRealmRules(rules, desktop());
+    ASSERT_TRUE(model().pendingRuleFilingPlan());
+    ASSERT_EQ(model().pendingRuleFilingPlan()->moves.size(), 1U);
+    model().filePendingRuleMatches();
+    EXPECT_TRUE(stands("Desktop/a.png"));
+    EXPECT_TRUE(stands("Desktop/Papers/c.txt"));
+}
+
+TEST_F(AppModelTidy, theLastRuleTakesTheOfferWithIt)
+{
+    house.directory.file("Desktop/a.png");
+    model().addRealmRule(FileKind::image, "Pictures", true, desktop());
+    house.patrol();
+    ASSERT_TRUE(model().pendingRuleFilingPlan());
+    const auto message = model().lastActionMessage();
+    model().saveRealmRules({}, desktop());
+    EXPECT_FALSE(model().pendingRuleFilingPlan());
+    model().filePendingRuleMatches();
+    EXPECT_TRUE(stands("Desktop/a.png"));
+    EXPECT_EQ(model().lastActionMessage(), message);
+}
+
+TEST_F(AppModelTidy, aRuleThatNamesAnotherFolderTakesTheOfferOfTheFormerOne)
+{
+    house.directory.file("Desktop/a.png");
+    model().addRealmRule(FileKind::image, "Pictures", true, desktop());
+    house.patrol();
+    model().saveRealmRules({{UUID::random(), FileKind::image, "Photos", true}}, desktop());
+    EXPECT_FALSE(model().pendingRuleFilingPlan());
+    EXPECT_FALSE(stands("Desktop/Pictures"));
+}
+
+TEST_F(AppModelTidy, aRuleThatIsRemovedWhileAPatrolPlansIsNotOffered)
+{
+    house.directory.file("Desktop/a.png");
+    model().addRealmRule(FileKind::image, "Pictures", true, desktop());
+    model().patrolActiveRealm();
+    // The walk; the plan is what waits in the pool then.
+    ASSERT_TRUE(house.pool->runNext());
+    while (house.loop->run()) {
+    }
+    ASSERT_TRUE(model().isPatrolling());
+    ASSERT_EQ(house.pool->count(), 1U);
+    model().saveRealmRules({}, desktop());
+    house.settle();
+    EXPECT_FALSE(model().isPatrolling());
+    EXPECT_FALSE(model().pendingRuleFilingPlan());
+}
+
 TEST_F(AppModelTidy, selectingAnotherRealmWithdrawsTheOffer)
 {
     house.directory.file("Desktop/a.png");

@@ -317,6 +317,7 @@ TEST(PatrolPageActions, newArrivalsAreFiledWhenTheUserSaysSo)
     const FileURL home = house.makePatrolledRealm("Home");
     house.model->addRealmRule(FileKind::archive, "Boxes", true, home);
     house.directory.file("Home/new.zip", 8'192);
+    house.allowTrash();
     house.patrol();
     EXPECT_TRUE(house.shows(QStringLiteral("The Gruk can file 1 new arrivals under your rules.")));
     house.button(QStringLiteral("File them"))->click();
@@ -326,6 +327,77 @@ TEST(PatrolPageActions, newArrivalsAreFiledWhenTheUserSaysSo)
     house.button(QString::fromUtf8(undone))->click();
     house.settle();
     EXPECT_TRUE(std::filesystem::exists(house.directory.path("Home/new.zip")));
+}
+
+TEST(PatrolPageActions, inReviewOnlyNewArrivalsWaitAndTrashActionsAreOffered)
+{
+    PatrolPageHouse house;
+    const FileURL home = house.makePatrolledRealm("Home");
+    house.model->addRealmRule(FileKind::archive, "Boxes", true, home);
+    house.directory.file("Home/new.zip", 8'192);
+    house.patrol();
+    auto* offer = house.page()->findChild<QWidget*>(QStringLiteral("ruleFiling"));
+    EXPECT_TRUE(house.shows(QStringLiteral("The Gruk can file 1 new arrivals under your rules.")));
+    EXPECT_EQ(house.button(QStringLiteral("File them")), nullptr);
+    QAbstractButton* unlock = buttonIn(offer, "Enable Trash actions…");
+    ASSERT_NE(unlock, nullptr);
+    unlock->click();
+    house.repaint();
+    EXPECT_TRUE(std::filesystem::exists(house.directory.path("Home/new.zip")));
+    house.answer("trashUnlockDialog", "Enable Trash Actions");
+    EXPECT_TRUE(std::filesystem::exists(house.directory.path("Home/new.zip"))) << "no move yet";
+    ASSERT_NE(buttonIn(offer, "File them"), nullptr);
+    buttonIn(offer, "File them")->click();
+    house.settle();
+    EXPECT_TRUE(std::filesystem::exists(house.directory.path("Home/Boxes/new.zip")));
+}
+
+TEST(PatrolPageActions, afterEverythingWentToTheTrashNothingSaysThatNothingWasFound)
+{
+    PatrolPageHouse house;
+    house.makeFindings();
+    house.allowTrash();
+    house.settle();
+    const auto nothingFound = [&house] {
+        const QString said = house.texts().join(QLatin1Char('|'));
+        return said.contains(QStringLiteral("didn't find anything"))
+               || said.contains(QStringLiteral("not enough to judge"));
+    };
+    house.model->moveFindingsToTrash(house.model->findings());
+    house.settle();
+    ASSERT_TRUE(house.model->findings().empty());
+    EXPECT_TRUE(house.shows(QStringLiteral("First patrol complete.")));
+    EXPECT_FALSE(nothingFound());
+    // It comes back, but to the findings only with the next patrol.
+    house.model->undoLastTrash();
+    house.settle();
+    EXPECT_FALSE(nothingFound());
+    house.window->setDetailPage(DetailPage::browse);
+    house.window->setDetailPage(DetailPage::patrol);
+    house.settle();
+    EXPECT_FALSE(nothingFound());
+}
+
+TEST(PatrolPageActions, undoSaysWhatItPutsBackAlsoBesideAMessageOfSomethingElse)
+{
+    PatrolPageHouse house;
+    house.makeFindings();
+    house.allowTrash();
+    buttonIn(house.rows()[1], "Move to Trash")->click();
+    house.repaint();
+    house.answer("trashQuestion", "Move to Trash");
+    const QString what = QStringLiteral("Puts report (1).pdf back from the Trash");
+    const auto says = [&house] {
+        const QAbstractButton* undo = house.button(QStringLiteral("Undo"));
+        return std::pair(
+            undo->toolTip().contains(QStringLiteral("Puts report (1).pdf back from the Trash")),
+            undo->accessibleDescription());
+    };
+    EXPECT_EQ(says(), std::pair(true, what));
+    house.patrol();
+    ASSERT_TRUE(house.shows(QStringLiteral("Patrol of Home complete. Gruk found 1 changed items.")))
+        << house.texts().join(QLatin1Char('|')).toStdString();
+    EXPECT_EQ(says(), std::pair(true, what));
 }
 
 TEST(PatrolPageActions, organisingIsClosedInReviewOnlyAndSaysWhy)

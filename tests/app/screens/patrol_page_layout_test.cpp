@@ -190,7 +190,8 @@ TEST(PatrolPageLayout, theMessagesStandInTheirOrderColoursAndSymbols)
     house.model->moveFindingToTrash({}, {});
     house.settle();
     expectLines({coverage, error, filing});
-    EXPECT_EQ(buttonIn(banner(house, "ruleFiling"), "File them")->isVisible(), true);
+    ASSERT_NE(buttonIn(banner(house, "ruleFiling"), "Enable Trash actions…"), nullptr);
+    EXPECT_TRUE(buttonIn(banner(house, "ruleFiling"), "Enable Trash actions…")->isVisible());
     for (const QAbstractButton* button :
          banner(house, "errorMessage")->findChildren<QAbstractButton*>()) {
         EXPECT_FALSE(button->isVisible());

@@ -56,6 +56,21 @@ TEST(RealmRules, theTwentyFirstRuleHasNoEffect)
     EXPECT_FALSE(RealmRules::folderOverrides(rules).contains(FileKind::pdf));
 }
 
+TEST(RealmRules, ofAFilingOnlyWhatTheRulesStillSayIsLeft)
+{
+    const std::vector<RealmRule> images = {rule(FileKind::image, "A", true)};
+    const OrganisePlan filing{realm,
+                              {{FileKind::image, "A", {realm.appending("a.png")}, 1},
+                               {FileKind::video, "V", {realm.appending("v.mov")}, 1}}};
+    const std::optional<OrganisePlan> left = RealmRules::stillRuled(filing, images);
+    ASSERT_TRUE(left);
+    EXPECT_EQ(left->realm, realm);
+    EXPECT_EQ(left->moves, std::vector{filing.moves[0]});
+    EXPECT_EQ(RealmRules::stillRuled(filing, {}), std::nullopt);
+    EXPECT_EQ(RealmRules::stillRuled(filing, {rule(FileKind::image, "B", true)}), std::nullopt)
+        << "another folder was asked for since";
+}
+
 TEST(RealmRules, aRuleThatDoesNotApplyAfterPatrolRenamesButIsNeverOffered)
 {
     FakeDisk disk;
