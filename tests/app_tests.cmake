@@ -63,6 +63,7 @@ gruk_add_tests(gruk_app_tests
     app/screens/main_window_test.cpp
     app/screens/menu_bar_entries_test.cpp
     app/screens/menu_bar_view_test.cpp
+    app/screens/message_strip_test.cpp
     app/screens/messages_section_test.cpp
     app/screens/organise_sheet_test.cpp
     app/screens/patrol_page_actions_test.cpp

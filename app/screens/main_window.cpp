@@ -68,7 +68,9 @@ QWidget* firstControl(QWidget& page)
 
 SweepView::SweepView(AppModel& model, Theme& theme)
     : model_(model), theme_(theme), sidebar_(new SidebarView(model, theme)),
-      header_(new DetailHeader(model, theme)), messages_(new MessageStrip(model, theme))
+      header_(new DetailHeader(model, theme)),
+      messages_(new MessageStrip(model, theme, MessagesSection::Place::anyPage)),
+      echo_(new MessageStrip(model, theme, MessagesSection::Place::echo))
 {
     setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Gruk"));
@@ -107,6 +109,8 @@ QWidget* SweepView::makeDetail()
     detail_->setSpacing(0);
     detail_->addWidget(header_);
     detail_->addWidget(messages_);
+    detail_->addWidget(echo_);
+    echo_->setObjectName(QStringLiteral("messageEcho"));
     connect(header_, &DetailHeader::pageChosen, this, &SweepView::setDetailPage);
     connect(header_, &DetailHeader::walkthroughRequested, this, &SweepView::showWalkthrough);
     connect(header_, &DetailHeader::tidyRequested, this, &SweepView::tidyDesktop);
@@ -123,7 +127,13 @@ QWidget* SweepView::makePage()
         if (page_ == DetailPage::browse) {
             return new FileTableView(model_, theme_, selection_);
         }
-        return new GrukPatrolView(model_, theme_);
+        auto* page = new GrukPatrolView(model_, theme_);
+        connect(page, &GrukPatrolView::messagesCameIntoView, this, [this, page](bool areInView) {
+            if (shown_ == page) {
+                echo_->setWanted(!areInView);
+            }
+        });
+        return page;
     }
     if (model_.grants().empty()) {
         return new GrukWelcomeView(model_, theme_);
@@ -147,13 +157,17 @@ void SweepView::showPage()
     }
     shown_ = makePage();
     messages_->setWanted(qobject_cast<GrukPatrolView*>(shown_) == nullptr);
+    echo_->setWanted(false);
+    if (before != nullptr) {
+        // The new page has all of the room at once.
+        detail_->removeWidget(before);
+    }
     detail_->addWidget(shown_, 1);
     if (takesFocus) {
         // Before the toolkit, which would hand it to whatever comes next in the window.
         focusPage();
     }
     if (before != nullptr) {
-        detail_->removeWidget(before);
         before->hide();
         before->deleteLater();
     }
@@ -328,6 +342,11 @@ void SweepView::keyPressEvent(QKeyEvent* event)
 bool SweepView::focusNextPrevChild(bool next)
 {
     const QWidget* leaving = focusWidget();
+    if (echo_->isAncestorOf(leaving) && !leaving->isVisible()) {
+        // Its message went, or came into view below. Nobody asked to go anywhere, so the page stays
+        // where it is.
+        return echo_->giveFocusBack() || QWidget::focusNextPrevChild(next);
+    }
     if (!QWidget::focusNextPrevChild(next)) {
         return false;
     }

@@ -69,7 +69,10 @@ private:
     DetailPage page_ = DetailPage::patrol;
     SidebarView* sidebar_;
     DetailHeader* header_;
+    /// Over a page that has no place of its own for them.
     MessageStrip* messages_;
+    /// Over a realm's page that has been scrolled away from them.
+    MessageStrip* echo_;
     QVBoxLayout* detail_ = nullptr;
     QWidget* shown_ = nullptr;
     /// In the folder that was browsed last, while the page is another one.

@@ -7,6 +7,7 @@
 #include "app/screens/repaint_once.h"
 #include "app/screens/review_only_panel.h"
 #include "app/screens/undo_offer.h"
+#include "app/theme/accessible.h"
 #include "app/theme/text.h"
 #include "core/patrol/patrol_copy.h"
 
@@ -37,6 +38,10 @@ MessagesSection::MessagesSection(AppModel& model, Theme& theme, Place place, QWi
     column->setSpacing(Measure::small);
     for (StatusBanner* banner : {coverage_, error_, filing_, action_}) {
         column->addWidget(banner);
+        if (place_ == Place::echo) {
+            // Whoever listens has heard it.
+            setAccessibleRole(*banner, QAccessible::Grouping);
+        }
     }
 
     auto* repaint = new RepaintOnce([this] { showModel(); }, this);
@@ -49,6 +54,17 @@ MessagesSection::MessagesSection(AppModel& model, Theme& theme, Place place, QWi
     repaint->on(model_, &AppModel::lastStashOperationChanged);
     repaint->on(model_, &AppModel::lastOrganiseOperationChanged);
     showModel();
+}
+
+QRect MessagesSection::whatHappened() const
+{
+    QRect told;
+    for (const StatusBanner* banner : {error_, action_}) {
+        if (!banner->isHidden()) {
+            told = told.united(banner->geometry());
+        }
+    }
+    return told;
 }
 
 QString MessagesSection::coverage() const

@@ -18,11 +18,15 @@ public:
         realmPage,
         /// Over a page of whatever kind: only what the last operation said.
         anyPage,
+        /// Over the page of a realm that has them as well, where they are out of view.
+        echo,
     };
 
     MessagesSection(AppModel& model, Theme& theme, Place place, QWidget* parent = nullptr);
 
     [[nodiscard]] bool isEmpty() const { return isEmpty_; }
+    /// Where it says what the last operation did and did not; null while it says neither.
+    [[nodiscard]] QRect whatHappened() const;
 
 Q_SIGNALS:
     /// It shows what the model says now.
@@ -34,11 +38,11 @@ private:
     void showFiling();
 
     AppModel& model_;
+    Theme& theme_;
     Place place_;
     bool isEmpty_ = true;
     StatusBanner* coverage_;
     StatusBanner* error_;
-    Theme& theme_;
     StatusBanner* filing_;
     StatusBanner* action_;
 };

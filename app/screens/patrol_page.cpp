@@ -1,6 +1,7 @@
 #include "app/screens/patrol_page.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -29,7 +30,9 @@ namespace gruk {
 
 GrukPatrolView::GrukPatrolView(AppModel& model, Theme& theme, QWidget* parent)
     : QScrollArea(parent), model_(model), theme_(theme), column_(new QWidget),
-      findings_(new FindingsSection(model, theme))
+      findings_(new FindingsSection(model, theme)),
+      messages_(new MessagesSection(model, theme, MessagesSection::Place::realmPage)),
+      lookForMessages_(new RepaintOnce([this] { tellWhetherMessagesAreInView(); }, this))
 {
     setObjectName(QStringLiteral("patrolPage"));
     setFrameShape(QFrame::NoFrame);
@@ -59,6 +62,8 @@ GrukPatrolView::GrukPatrolView(AppModel& model, Theme& theme, QWidget* parent)
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
             &GrukPatrolView::tellWhatIsInView);
     findings_->installEventFilter(this);
+    messages_->installEventFilter(this);
+    connect(messages_, &MessagesSection::shown, lookForMessages_, &RepaintOnce::request);
 }
 
 void GrukPatrolView::fill(QVBoxLayout& column)
@@ -67,7 +72,7 @@ void GrukPatrolView::fill(QVBoxLayout& column)
     column.addWidget(new PatrolBar(model_, theme_));
     column.addWidget(new OrganiseEntry(model_, theme_));
     column.addWidget(new AutomationsSection(model_, theme_));
-    column.addWidget(new MessagesSection(model_, theme_, MessagesSection::Place::realmPage));
+    column.addWidget(messages_);
     column.addWidget(new FirstRunPanel(model_, theme_));
     column.addWidget(new MetricsRow(model_, theme_));
     column.addWidget(new BaselineNote(model_, theme_));
@@ -113,15 +118,27 @@ QWidget* GrukPatrolView::makeHeader()
     };
     auto* repaint = new RepaintOnce(showDate, this);
     repaint->on(model_, &AppModel::latestSnapshotChanged);
+    repaint->on(model_, &AppModel::isLoadingRealmHistoryChanged);
+    repaint->on(model_, &AppModel::territorySummariesChanged);
     showDate();
     return header;
 }
 
+void GrukPatrolView::moveEvent(QMoveEvent* event)
+{
+    QScrollArea::moveEvent(event);
+    if (isVisible()) {
+        movedBy_ += event->pos().y() - event->oldPos().y();
+    }
+}
+
 void GrukPatrolView::resizeEvent(QResizeEvent* event)
-    repaint->on(model_, &AppModel::isLoadingRealmHistoryChanged);
-    repaint->on(model_, &AppModel::territorySummariesChanged);
 {
     QScrollArea::resizeEvent(event);
+    // What comes and goes over the page takes its room and moves nothing that is being read.
+    if (const int by = std::exchange(movedBy_, 0); by != 0) {
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + by);
+    }
     tellWhatIsInView();
 }
 
@@ -135,6 +152,10 @@ bool GrukPatrolView::eventFilter(QObject* watched, QEvent* event)
         && (event->type() == QEvent::Move || event->type() == QEvent::Resize
             || event->type() == QEvent::LayoutRequest)) {
         tellWhatIsInView();
+    }
+    if (watched == messages_
+        && (event->type() == QEvent::Move || event->type() == QEvent::Resize)) {
+        lookForMessages_->request();
     }
     return QScrollArea::eventFilter(watched, event);
 }
@@ -187,6 +208,19 @@ void GrukPatrolView::tellWhatIsInView()
 {
     const int top = findings_->mapFrom(viewport(), QPoint(0, 0)).y();
     findings_->showWithin(top, top + viewport()->height());
+    lookForMessages_->request();
+}
+
+void GrukPatrolView::tellWhetherMessagesAreInView()
+{
+    const QRect told = messages_->whatHappened();
+    const int top = messages_->mapTo(viewport(), told.topLeft()).y();
+    const bool areInView =
+        told.isNull() || (top >= 0 && top + told.height() <= viewport()->height());
+    if (areInView != hasMessagesInView_) {
+        hasMessagesInView_ = areInView;
+        Q_EMIT messagesCameIntoView(areInView);
+    }
 }
 
 }  // namespace gruk

@@ -255,6 +255,9 @@ QCoro::Task<> Tour::showMessages(Stage& stage)
     model.setReviewOnly(false);
     model.moveFindingsToTrash(findings);
     co_await take(stage, "21-moved-to-trash");
+    pageOf(stage)->verticalScrollBar()->setValue(usualSize.height());
+    co_await take(stage, "101-message-in-sight");
+    pageOf(stage)->verticalScrollBar()->setValue(0);
     model.undoLastTrash();
     co_await take(stage, "22-restored-from-trash");
     if (const auto plan = model.organisePlanForActiveRealm()) {

@@ -52,6 +52,12 @@ public:
         return widget->mapTo(page()->viewport(), QPoint(0, 0)).y();
     }
 
+    /// The same in the window, in which what stands over the page takes its room.
+    [[nodiscard]] int heightInWindow(const QWidget* widget) const
+    {
+        return widget->mapTo(window.get(), QPoint(0, 0)).y();
+    }
+
     [[nodiscard]] FindingRow* rowBelow(const FindingRow* row) const
     {
         const std::vector<FindingRow*> all = rows();
@@ -97,14 +103,14 @@ TEST(PatrolPageFocus, thePageStaysWhereItIsWhenAnItemIsMovedToTheTrashByPointer)
     LongPage page;
     const QPointer<FindingRow> row = page.firstInView();
     const QString next = page.rowBelow(row)->accessibleName();
-    const int height = page.heightInView(row);
+    const int height = page.heightInWindow(row);
     QTest::mouseClick(buttonIn(row, "Move to Trash"), Qt::LeftButton);
     page.repaint();
     page.answer("trashQuestion", "Move to Trash");
     EXPECT_TRUE(row.isNull());
     ASSERT_NE(focusedRow(), nullptr);
     EXPECT_EQ(focusedRow()->accessibleName(), next);
-    EXPECT_EQ(page.heightInView(focusedRow()), height);
+    EXPECT_EQ(page.heightInWindow(focusedRow()), height);
 }
 
 TEST(PatrolPageFocus, theKeyboardGoesOnAtTheRowThatFollowsOneMovedToTheTrash)
@@ -116,13 +122,13 @@ TEST(PatrolPageFocus, theKeyboardGoesOnAtTheRowThatFollowsOneMovedToTheTrash)
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     ASSERT_EQ(focusedRow(), row);
     ASSERT_EQ(focusedText(), QStringLiteral("Move to Trash"));
-    const int height = page.heightInView(row);
+    const int height = page.heightInWindow(row);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     page.repaint();
     page.answer("trashQuestion", "Move to Trash");
     EXPECT_EQ(focusedText(), QStringLiteral("Move to Trash"));
     ASSERT_NE(focusedRow(), nullptr);
-    EXPECT_EQ(page.heightInView(focusedRow()), height);
+    EXPECT_EQ(page.heightInWindow(focusedRow()), height);
 }
 
 TEST(PatrolPageFocus, aPatrolInTheBackgroundMovesNeitherThePageNorTheFocus)
@@ -292,11 +298,11 @@ TEST(PatrolPageFocus, whoReadsTheFindingsIsNotMovedByAMessageThatComesAboveThem)
 {
     LongPage page;
     const FindingRow* row = page.firstInView();
-    const int height = page.heightInView(row);
+    const int height = page.heightInWindow(row);
     page.model->moveFindingToTrash(page.model->findings().back(), {});
     page.settle();
     ASSERT_TRUE(page.model->errorMessage());
-    EXPECT_EQ(page.heightInView(row), height);
+    EXPECT_EQ(page.heightInWindow(row), height);
 }
 
 TEST(PatrolPageFocus, theRowsOfAPageThatIsInViewAsAWholeStayToo)
