@@ -89,6 +89,7 @@ gruk_add_tests(gruk_app_tests
     app/screens/territory_map_view_test.cpp
     app/screens/territory_room_test.cpp
     app/screens/undo_offer_test.cpp
+    app/screens/unseen_places_test.cpp
     app/screens/walkthrough_view_test.cpp
     app/screens/welcome_page_test.cpp
     app/screens/wrapped_label_test.cpp

@@ -7,6 +7,7 @@
 #include "app/screens/repaint_once.h"
 #include "app/screens/review_only_panel.h"
 #include "app/screens/undo_offer.h"
+#include "app/screens/unseen_places_section.h"
 #include "app/theme/accessible.h"
 #include "app/theme/text.h"
 #include "core/patrol/patrol_copy.h"
@@ -42,6 +43,9 @@ MessagesSection::MessagesSection(AppModel& model, Theme& theme, Place place, QWi
             // Whoever listens has heard it.
             setAccessibleRole(*banner, QAccessible::Grouping);
         }
+    }
+    if (place_ == Place::realmPage) {
+        column->insertWidget(1, new UnseenPlacesSection(model_, theme));
     }
 
     auto* repaint = new RepaintOnce([this] { showModel(); }, this);

@@ -66,6 +66,26 @@ QString otherRealmNote(std::string_view name)
         .arg(displayName(name));
 }
 
+QString unseenReason(ScanIssue::Reason reason)
+{
+    switch (reason) {
+    case ScanIssue::Reason::permissionDenied:
+        return QStringLiteral("No permission to look inside");
+    case ScanIssue::Reason::unreadable:
+        return QStringLiteral("Could not be read");
+    case ScanIssue::Reason::disappeared:
+        return QStringLiteral("Gone before the Gruk got there");
+    case ScanIssue::Reason::differentFilesystem:
+        return QStringLiteral("On another disk");
+    }
+    return {};
+}
+
+QString unseenRealm()
+{
+    return QStringLiteral("On another disk, a realm of its own");
+}
+
 QString reasonLabel(ReviewFinding::Reason reason)
 {
     switch (reason) {

@@ -27,6 +27,10 @@ namespace gruk::PatrolText {
                                  const std::optional<PatrolProgress>& progress);
 [[nodiscard]] QString otherRealmNote(std::string_view name);
 
+/// Why a patrol could not see a place, and that it is a realm of its own by now.
+[[nodiscard]] QString unseenReason(ScanIssue::Reason reason);
+[[nodiscard]] QString unseenRealm();
+
 /// The name of a reason in lists and in the filter.
 [[nodiscard]] QString reasonLabel(ReviewFinding::Reason reason);
 

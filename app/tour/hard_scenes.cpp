@@ -7,12 +7,17 @@
 #include <stdexcept>
 
 #include <QCoro/QCoroSignal>
+#include <QScrollBar>
 #include <QTimer>
 
+#include "app/screens/unseen_places_list.h"
+#include "app/theme/button.h"
 #include "app/tour/large_store.h"
 #include "app/tour/sample_realm.h"
 #include "app/tour/space.h"
 #include "app/tour/tour.h"
+#include "core/patrol/metadata_reader.h"
+#include "platform/foundation/errors.h"
 
 namespace gruk::tour {
 
@@ -66,6 +71,20 @@ QCoro::Task<> takeMeanwhile(Tour& tour, Stage& stage, std::string name)
         tour.camera().take(stage.window(),
                            name + (scheme == ColourScheme::light ? "-light" : "-dark"));
     }
+}
+
+/// The items of a folder as if those that are called closed were, and what lies in "media" were on
+/// another disk.
+std::vector<FileEntry> withUnseenPlaces(const FileURL& folder)
+{
+    if (folder.lastPathComponent().starts_with("closed")) {
+        throw FileError(std::make_error_code(std::errc::permission_denied), "list", folder.path());
+    }
+    std::vector<FileEntry> entries = MetadataReader::entries(folder);
+    for (FileEntry& entry : entries) {
+        entry.deviceID += folder.lastPathComponent() == "media" ? 1 : 0;
+    }
+    return entries;
 }
 
 QCoro::Task<> historyOf(AppModel& model)
@@ -174,6 +193,30 @@ QCoro::Task<> showReviewDuringPatrol(Tour& tour)
     gate->open();
     co_await patrol;
     co_await stage.settle();
+}
+
+QCoro::Task<> showUnseenPlaces(Tour& tour)
+{
+    const fs::path realm = tour.realms() / "Shared disk";
+    makeFile(realm / "letters/old.txt", 64 * kilobyte);
+    for (int number = 1; number <= 12; ++number) {
+        fs::create_directories(realm / "homes" / ("closed " + std::to_string(number)));
+    }
+    fs::create_directories(realm / "media/Photographs 2019");
+    fs::create_directories(realm / "media" / std::string(200, 'n'));
+    Stage stage = tour.newStage(std::make_shared<SnapshotScanner>(withUnseenPlaces));
+    stage.window().resize(usualSize);
+    co_await patrol(stage, realm);
+    for (auto* each : stage.window().findChildren<DisclosureButton*>()) {
+        if (each->objectName() == QStringLiteral("unseenPlaces")) {
+            each->click();
+        }
+    }
+    auto* list = stage.window().findChild<UnseenPlacesList*>();
+    list->verticalScrollBar()->setValue(list->verticalScrollBar()->maximum());
+    co_await tour.take(stage, "102-unseen-places");
+    stage.window().resize(smallSize);
+    co_await tour.take(stage, "103-unseen-places-small");
 }
 
 QCoro::Task<> showLargeStore(Tour& tour, Stage& stage)

@@ -15,6 +15,10 @@ class Tour;
 /// of `Scans` must have been patrolled. Leaves Review Only on.
 [[nodiscard]] QCoro::Task<> showReviewDuringPatrol(Tour& tour);
 
+/// A realm of which some places were closed to the patrol, and others are on another disk. Grants
+/// it, and leaves it granted.
+[[nodiscard]] QCoro::Task<> showUnseenPlaces(Tour& tour);
+
 /// A store of 500 MB while it is read and after that, and how long the window ever stood still
 /// meanwhile, which is an error beyond a second. Takes that much space and a minute or so. Grants a
 /// realm of its own and leaves it granted.

@@ -122,6 +122,7 @@ QCoro::Task<> Tour::run()
     co_await showRunningPatrol();
     co_await showPatrolElsewhere();
     co_await showReviewDuringPatrol(*this);
+    co_await showUnseenPlaces(*this);
     if (length_ == Length::withHardTimes) {
         Stage stage = newStage(nullptr);
         co_await showLargeStore(*this, stage);
