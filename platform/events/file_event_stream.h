@@ -3,8 +3,10 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/events/run_loop.h"
+#include "platform/files/own_folders.h"
 #include "platform/foundation/file_url.h"
 
 namespace gruk {
@@ -21,6 +23,15 @@ public:
 using FileEventStreamFactory = std::function<std::unique_ptr<FileEventStream>(
     const FileURL& directory, std::function<void()> onEvent)>;
 
+/// What no change is told of: a program that patrols after every change, and writes down what it
+/// saw, would else hear of its own writing and never come to rest.
+struct UnheardItems {
+    /// Known by what stands at their places, whichever way leads there.
+    OwnFolders folders;
+    /// Names of files, in any folder.
+    std::vector<std::string> names;
+};
+
 /// The system's own stream. It sees items made, removed, renamed, written to (also while they stay
 /// open) and changed in their attributes, in the whole tree below `directory`, however deep and
 /// also in folders that are made or moved there later. Symbolic links are not followed, other
@@ -32,14 +43,18 @@ using FileEventStreamFactory = std::function<std::unique_ptr<FileEventStream>(
 /// does not. When the system cannot say what changed, or cannot watch all of the tree, that counts
 /// as a change and is said once to `log`, on the main thread; it is not tried again and again.
 ///
-/// None when `directory` cannot be opened as a directory (it may be a link to one) or the system
-/// refuses another stream. A directory that goes, or whose volume is taken away, yields a last
-/// event and then no more. No directory is held open once the tree is taken in, so that volumes
-/// can be unmounted. Destroying it frees everything, without waiting for the disk: `onEvent` is
-/// not called any more, and the thread ends when the call that it is in returns.
+/// What `unheard` names is passed over, and so is the replacing of a file by `AtomicFile`, wherever
+/// it lies. Of a directory that is unheard itself nothing is told but that it goes.
+///
+/// A directory (or a link to one) that is not there, may not be opened, goes, or whose volume is
+/// taken away, is looked for a few times a minute, and whenever something is mounted; its going and
+/// its coming back are events. None when the system refuses a thread. No directory is held open
+/// once the tree is taken in, so that volumes can be unmounted. Destroying it frees everything,
+/// without waiting for the disk: `onEvent` is not called any more, and the thread ends when the
+/// call that it is in returns.
 [[nodiscard]] std::unique_ptr<FileEventStream>
 makeFileEventStream(const std::shared_ptr<RunLoop>& loop, const FileURL& directory,
-                    std::function<void()> onEvent,
-                    std::function<void(const std::string&)> log = {});
+                    std::function<void()> onEvent, std::function<void(const std::string&)> log = {},
+                    UnheardItems unheard = {});
 
 }  // namespace gruk

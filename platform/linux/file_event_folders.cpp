@@ -139,6 +139,33 @@ std::optional<std::vector<std::string>> FileEventFolders::childrenOf(int directo
     return names;
 }
 
+std::vector<int> FileEventFolders::watchesAt(const std::vector<std::string>& names) const
+{
+    std::vector<int> level = {rootWatch_};
+    for (const std::string& name : names) {
+        std::vector<int> next;
+        for (const auto& [watch, folder] : folders_) {
+            if (folder.name == name
+                && std::find(level.begin(), level.end(), folder.parent) != level.end()) {
+                next.push_back(watch);
+            }
+        }
+        level = std::move(next);
+    }
+    return level;
+}
+
+std::vector<int> FileEventFolders::watchesOf(ino_t inode) const
+{
+    std::vector<int> watches;
+    for (const auto& [watch, folder] : folders_) {
+        if (folder.inode == inode) {
+            watches.push_back(watch);
+        }
+    }
+    return watches;
+}
+
 std::vector<int> FileEventFolders::takeWithSubtrees(const std::vector<int>& watches)
 {
     std::unordered_set<int> taken(watches.begin(), watches.end());

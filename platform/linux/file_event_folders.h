@@ -50,6 +50,10 @@ public:
     int open(int watch);
     int openChild(int parent, const std::string& name);
 
+    [[nodiscard]] dev_t device() const { return device_; }
+    /// Of what `openChild` opened last; at first, of the root.
+    [[nodiscard]] ino_t lastInode() const { return lastInode_; }
+
     /// Takes the watch of what `openChild` opened last, and that it is there now. Returns it, and
     /// whether it is new. The reference is good until the next change.
     std::pair<Folder&, bool> place(int watch, int parent, const std::string& name);
@@ -58,6 +62,11 @@ public:
     /// The directories that are in an open one, without the links, and without touching what is
     /// mounted in it. None when the system is out of descriptors.
     [[nodiscard]] std::optional<std::vector<std::string>> childrenOf(int directory) const;
+
+    /// The watches of the directories that were last seen at the end of these names, from the root
+    /// down: several where what is mounted there hides another one.
+    [[nodiscard]] std::vector<int> watchesAt(const std::vector<std::string>& names) const;
+    [[nodiscard]] std::vector<int> watchesOf(ino_t inode) const;
 
     /// Forgets these directories and all below them; returns the watches of all.
     std::vector<int> takeWithSubtrees(const std::vector<int>& watches);

@@ -19,7 +19,7 @@ void readFileEventRecords(std::string_view bytes, FunctionRef<void(const FileEve
         }
         // Filled up with NULs behind the name.
         const std::string_view padded = bytes.substr(0, event.len);
-        visit({event.wd, event.mask, padded.substr(0, padded.find('\0'))});
+        visit({event.wd, event.mask, padded.substr(0, padded.find('\0')), event.cookie});
         bytes.remove_prefix(event.len);
     }
 }

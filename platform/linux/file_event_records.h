@@ -15,6 +15,8 @@ struct FileEventRecord {
     std::uint32_t mask = 0;
     /// Of the item in the directory; empty when the word is about the directory itself.
     std::string_view name;
+    /// The same for the two words of one rename, 0 for all else.
+    std::uint32_t cookie = 0;
 };
 
 /// Hands the records in `bytes`, as one read of the event queue fills them, to `visit`. Bytes that

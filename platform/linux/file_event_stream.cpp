@@ -5,12 +5,14 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/inotify.h>
@@ -34,6 +36,11 @@ constexpr std::chrono::milliseconds pace(20);
 constexpr std::size_t foldersATurn = 64;
 /// Reads of the queue between two looks at whether to stop.
 constexpr int readsATurn = 64;
+
+std::string notWatched(const FileURL& directory, const std::string& reason)
+{
+    return directory.path() + " is not watched: " + reason;
+}
 
 /// What the stream and its thread share; whoever goes last frees it.
 class Link : public std::enable_shared_from_this<Link> {
@@ -122,36 +129,97 @@ private:
 /// What runs on the stream's thread.
 class Listener {
 public:
-    Listener(std::shared_ptr<Link> link, Descriptor queue, const FileURL& root, WatchCalls calls)
-        : link_(std::move(link)), queue_(std::move(queue)),
-          tree_(root, queue_.number(), std::move(calls))
+    Listener(std::shared_ptr<Link> link, FileURL root, FileEventStreamParts parts)
+        : link_(std::move(link)), root_(std::move(root)), parts_(std::move(parts)),
+          mounts_(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC))
     {
+    }
+
+    /// Begins with the root if it is there and may be watched; the log is told when it is not.
+    void begin()
+    {
+        Descriptor queue(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+        if (!queue.isOpen()) {
+            complain("the system gives no more queues of file events");
+            return;
+        }
+        try {
+            tree_.emplace(root_, queue.number(), parts_.calls, parts_.unheard);
+        } catch (const FileError& error) {
+            complain(error.what());
+            return;
+        }
+        queue_ = std::move(queue);
+        lastComplaint_.clear();
     }
 
     void run()
     {
         while (!link_->isStopped()) {
-            if (tree_.hasWork()) {
-                isChanged_ = tree_.work(foldersATurn) || isChanged_;
-                readQueue();
+            if (tree_) {
+                listen();
             } else {
-                waitForRecords();
-                if (readQueue()) {
-                    rest();
-                }
-            }
-            if (const auto complaint = tree_.takeComplaint()) {
-                link_->tellLog(*complaint);
-            }
-            tellWhenDue();
-            if (tree_.isGone()) {
-                link_->tell();
-                return;
+                waitForRoot();
             }
         }
     }
 
 private:
+    void listen()
+    {
+        if (tree_->hasWork()) {
+            isChanged_ = tree_->work(foldersATurn) || isChanged_;
+            readQueue();
+        } else {
+            waitForRecords();
+            if (readQueue()) {
+                rest();
+            }
+        }
+        if (const auto complaint = tree_->takeComplaint()) {
+            link_->tellLog(*complaint);
+        }
+        tellWhenDue();
+        if (tree_->isGone()) {
+            tree_.reset();
+            queue_.reset();
+            isChanged_ = false;
+            link_->tell();
+            // Another one may stand there already.
+            beginAgain();
+        }
+    }
+
+    void beginAgain()
+    {
+        begin();
+        if (tree_) {
+            // Nobody knows what was missed.
+            isChanged_ = true;
+        }
+    }
+
+    /// Until it is time to look for the root, something is mounted, or the stream is stopped.
+    void waitForRoot()
+    {
+        std::array<pollfd, 2> waited = {pollfd{link_->wake(), POLLIN, 0},
+                                        pollfd{mounts_.number(), POLLPRI, 0}};
+        ::poll(waited.data(), waited.size(), static_cast<int>(parts_.lookAgainAfter.count()));
+        if (!link_->isStopped()) {
+            beginAgain();
+            rest();
+        }
+    }
+
+    /// Each reason once, as long as it lasts.
+    void complain(const std::string& reason)
+    {
+        if (reason != lastComplaint_) {
+            lastComplaint_ = reason;
+            link_->tellLog(notWatched(root_, reason));
+        }
+    }
+
     /// Returns whether there was anything.
     bool readQueue()
     {
@@ -162,7 +230,7 @@ private:
             }
             readFileEventRecords(std::string_view(buffer_.data(), static_cast<std::size_t>(length)),
                                  [this](const FileEventRecord& record) {
-                                     isChanged_ = tree_.handle(record) || isChanged_;
+                                     isChanged_ = tree_->handle(record) || isChanged_;
                                  });
         }
         return true;
@@ -178,13 +246,18 @@ private:
         }
     }
 
-    /// Until there are records, a word is due, or the stream is stopped.
-    void waitForRecords() const
+    /// Until there are records, something is mounted or unmounted, a word is due, or the stream is
+    /// stopped.
+    void waitForRecords()
     {
-        std::array<pollfd, 2> waited = {pollfd{link_->wake(), POLLIN, 0},
-                                        pollfd{queue_.number(), POLLIN, 0}};
+        std::array<pollfd, 3> waited = {pollfd{link_->wake(), POLLIN, 0},
+                                        pollfd{queue_.number(), POLLIN, 0},
+                                        pollfd{mounts_.number(), POLLPRI, 0}};
         const int limit = isChanged_ ? static_cast<int>(pace.count()) : -1;
         ::poll(waited.data(), waited.size(), limit);
+        if (waited[2].revents != 0) {
+            isChanged_ = tree_->mountsChanged() || isChanged_;
+        }
     }
 
     /// Until the pace allows the next look, or the stream is stopped.
@@ -196,8 +269,15 @@ private:
     }
 
     std::shared_ptr<Link> link_;
+    FileURL root_;
+    FileEventStreamParts parts_;
+    /// The table of mounts, which the system marks when it changes; none where it cannot be read.
+    Descriptor mounts_;
     Descriptor queue_;
-    FileEventTree tree_;
+    /// None while the root is not there.
+    std::optional<FileEventTree> tree_;
+    /// Why there is none.
+    std::string lastComplaint_;
     bool isChanged_ = false;
     Clock::time_point lastTold_;
     std::vector<char> buffer_ = std::vector<char>(65'536);
@@ -214,37 +294,31 @@ private:
     std::shared_ptr<Link> link_;
 };
 
-void refuse(const std::shared_ptr<RunLoop>& loop,
-            const std::function<void(const std::string&)>& log, const FileURL& directory,
-            const std::string& reason)
-{
-    if (log) {
-        loop->post([log, line = directory.path() + " is not watched: " + reason] { log(line); });
-    }
-}
-
 }  // namespace
 
 std::unique_ptr<FileEventStream>
-makeFileEventStreamWith(WatchCalls calls, const std::shared_ptr<RunLoop>& loop,
+makeFileEventStreamWith(FileEventStreamParts parts, const std::shared_ptr<RunLoop>& loop,
                         const FileURL& directory, std::function<void()> onEvent,
                         std::function<void(const std::string&)> log)
 {
-    auto link = std::make_shared<Link>(loop, std::move(onEvent), log);
-    Descriptor queue(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
-    if (!link->isOpen() || !queue.isOpen()) {
-        refuse(loop, log, directory, "the system gives no more queues of file events");
+    const auto refuse = [&](const std::string& reason) -> std::unique_ptr<FileEventStream> {
+        if (log) {
+            loop->post([log, line = notWatched(directory, reason)] { log(line); });
+        }
         return nullptr;
+    };
+    auto link = std::make_shared<Link>(loop, std::move(onEvent), log);
+    if (!link->isOpen()) {
+        return refuse("too much is open");
     }
     try {
-        auto listener =
-            std::make_unique<Listener>(link, std::move(queue), directory, std::move(calls));
+        auto listener = std::make_unique<Listener>(link, directory, std::move(parts));
+        listener->begin();
         // Not waited for: it may be in a call about a disk that does not answer, and freeing a
         // hundred thousand watches takes longer than a frame.
         std::thread([listener = std::move(listener)] { listener->run(); }).detach();
     } catch (const std::system_error& error) {
-        refuse(loop, log, directory, error.what());
-        return nullptr;
+        return refuse(error.what());
     }
     return std::make_unique<Stream>(std::move(link));
 }
@@ -252,9 +326,12 @@ makeFileEventStreamWith(WatchCalls calls, const std::shared_ptr<RunLoop>& loop,
 std::unique_ptr<FileEventStream> makeFileEventStream(const std::shared_ptr<RunLoop>& loop,
                                                      const FileURL& directory,
                                                      std::function<void()> onEvent,
-                                                     std::function<void(const std::string&)> log)
+                                                     std::function<void(const std::string&)> log,
+                                                     UnheardItems unheard)
 {
-    return makeFileEventStreamWith(WatchCalls::live(), loop, directory, std::move(onEvent),
+    FileEventStreamParts parts;
+    parts.unheard = std::move(unheard);
+    return makeFileEventStreamWith(std::move(parts), loop, directory, std::move(onEvent),
                                    std::move(log));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,10 +10,18 @@
 
 namespace gruk {
 
-/// `makeFileEventStream` with the calls for watches in the caller's hands, which are then made on
-/// the stream's thread, but for the root's.
+/// What a stream works with; a test takes its own.
+struct FileEventStreamParts {
+    /// Made on the stream's thread, but for the first of the root.
+    WatchCalls calls = WatchCalls::live();
+    UnheardItems unheard = {};
+    /// How long a root that is gone is left alone until it is looked for again.
+    std::chrono::milliseconds lookAgainAfter = std::chrono::seconds(20);
+};
+
+/// `makeFileEventStream` with its parts in the caller's hands.
 [[nodiscard]] std::unique_ptr<FileEventStream>
-makeFileEventStreamWith(WatchCalls calls, const std::shared_ptr<RunLoop>& loop,
+makeFileEventStreamWith(FileEventStreamParts parts, const std::shared_ptr<RunLoop>& loop,
                         const FileURL& directory, std::function<void()> onEvent,
                         std::function<void(const std::string&)> log);
 

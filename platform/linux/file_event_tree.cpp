@@ -36,8 +36,9 @@ WatchCalls WatchCalls::live()
             [](int queue, int watch) { ::inotify_rm_watch(queue, watch); }};
 }
 
-FileEventTree::FileEventTree(const FileURL& root, int queue, WatchCalls calls)
-    : rootPath_(root.path()), queue_(queue), calls_(std::move(calls)), folders_(root)
+FileEventTree::FileEventTree(const FileURL& root, int queue, WatchCalls calls, UnheardItems unheard)
+    : rootPath_(root.path()), queue_(queue), calls_(std::move(calls)), folders_(root),
+      ownItems_(std::move(unheard))
 {
     // The clock that the kernel stamps directories with.
     ::clock_gettime(CLOCK_REALTIME_COARSE, &begun_);
@@ -45,9 +46,11 @@ FileEventTree::FileEventTree(const FileURL& root, int queue, WatchCalls calls)
     if (watch < 0) {
         throwErrno(-watch, "watch", rootPath_);
     }
+    isUnheard_ = ownItems_.isFolder(folders_.device(), folders_.lastInode());
+    place_.emplace(root, folders_.rootDescriptor(), queue_);
     folders_.setRoot(watch);
     folders_.closeAll();
-    pending_.push_back({0, {}, true});
+    pending_.push_back({0, {}, Relisting::tree});
 }
 
 bool FileEventTree::handle(const FileEventRecord& record)
@@ -56,30 +59,76 @@ bool FileEventTree::handle(const FileEventRecord& record)
         walkAgain();
         return complain(Shortfall::queue);
     }
+    if (place_->isAbove(record.watch) && (record.mask & endMask) != 0) {
+        if (!place_->stands()) {
+            return goes();
+        }
+        if ((record.mask & IN_IGNORED) != 0) {
+            place_->erase(record.watch);
+        }
+    }
     if (!folders_.contains(record.watch)) {
         // Still under way when its watch was ended.
         return false;
     }
     if (record.watch == folders_.rootWatch() && (record.mask & endMask) != 0) {
-        isGone_ = true;
-        return true;
+        return goes();
     }
     if ((record.mask & IN_IGNORED) != 0) {
         folders_.erase(record.watch);
         return false;
     }
+    if (isUnheard_ || ownItems_.cause(record)) {
+        return false;
+    }
     if ((record.mask & IN_MOVE_SELF) != 0) {
         moved_.push_back(record.watch);
     }
-    if ((record.mask & IN_ISDIR) != 0 && !record.name.empty()) {
-        if ((record.mask & IN_MOVED_TO) != 0) {
+    if ((record.mask & IN_ISDIR) != 0) {
+        noteFolder(record);
+    }
+    return true;
+}
+
+/// Takes in which directory a record is about.
+void FileEventTree::noteFolder(const FileEventRecord& record)
+{
+    if (record.name.empty()) {
+        // Of the others it is told by the directory that they are in.
+        if (record.watch == folders_.rootWatch() && (record.mask & IN_ATTRIB) != 0) {
+            pending_.push_back({0, {}, Relisting::itself});
+        }
+    } else if ((record.mask & IN_MOVED_TO) != 0) {
+        ++walk_;
+        pending_.push_back({record.watch, std::string(record.name), Relisting::tree});
+    } else if ((record.mask & IN_ATTRIB) != 0) {
+        // One whose permissions change may be opened from now on, or what is in it.
+        pending_.push_back({record.watch, std::string(record.name), Relisting::itself});
+    } else if ((record.mask & IN_CREATE) != 0) {
+        pending_.push_back({record.watch, std::string(record.name), Relisting::nothing});
+    }
+}
+
+bool FileEventTree::mountsChanged()
+{
+    if (!place_->stands()) {
+        return goes();
+    }
+    for (std::vector<std::string>& names : place_->takeUncovered()) {
+        const std::string name = std::move(names.back());
+        names.pop_back();
+        for (const int parent : folders_.watchesAt(names)) {
             ++walk_;
-            pending_.push_back({record.watch, std::string(record.name), true});
-        } else if ((record.mask & (IN_CREATE | IN_ATTRIB)) != 0) {
-            // One whose permissions change may be listed from now on.
-            pending_.push_back({record.watch, std::string(record.name), false});
+            pending_.push_back({parent, name, Relisting::tree});
         }
     }
+    // What comes to light is a change when it is taken in.
+    return false;
+}
+
+bool FileEventTree::goes()
+{
+    isGone_ = true;
     return true;
 }
 
@@ -110,13 +159,16 @@ void FileEventTree::walkAgain()
 {
     ++walk_;
     dropsBefore_ = walk_;
-    pending_.assign(1, {0, {}, true});
+    pending_.assign(1, {0, {}, Relisting::tree});
 }
 
 /// Watches and lists one directory. Not finding it is no failure: then it has moved on or gone,
 /// and that is told by a record of its own.
 bool FileEventTree::takeIn(const Item& item)
 {
+    if (isUnheard_) {
+        return false;
+    }
     try {
         const int directory =
             item.parent == 0 ? folders_.openRoot() : folders_.openChild(item.parent, item.name);
@@ -132,6 +184,11 @@ bool FileEventTree::takeIn(const Item& item)
 
 bool FileEventTree::takeInOpened(int directory, const Item& item)
 {
+    if (item.parent != 0 && ownItems_.isFolder(folders_.device(), folders_.lastInode())) {
+        // It may have been watched at another place before.
+        drop(folders_.watchesOf(folders_.lastInode()));
+        return false;
+    }
     int watch = folders_.rootWatch();
     bool isNew = false;
     if (item.parent != 0) {
@@ -146,16 +203,19 @@ bool FileEventTree::takeInOpened(int directory, const Item& item)
         isNew = folders_.place(watch, item.parent, item.name).second;
     }
     FileEventFolders::Folder& folder = folders_.at(watch);
-    if (!isNew && (folder.walk == walk_ || !item.listsAgain)) {
+    const bool isWalked = isNew || item.relisting == Relisting::tree;
+    if (isWalked ? !isNew && folder.walk == walk_ : item.relisting == Relisting::nothing) {
         return false;
     }
-    folder.walk = walk_;
+    if (isWalked) {
+        folder.walk = walk_;
+    }
     const auto children = folders_.childrenOf(directory);
     if (!children) {
         return complain(Shortfall::descriptors);
     }
     for (const std::string& name : *children) {
-        pending_.push_back({watch, name, true});
+        pending_.push_back({watch, name, isWalked ? Relisting::tree : Relisting::nothing});
     }
     return isFirstWalk_ ? wasChangedSinceTheBeginning(directory) : isNew;
 }

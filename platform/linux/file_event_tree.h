@@ -8,8 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/events/file_event_stream.h"
 #include "platform/foundation/file_url.h"
 #include "platform/linux/file_event_folders.h"
+#include "platform/linux/file_event_own_items.h"
+#include "platform/linux/file_event_place.h"
 #include "platform/linux/file_event_records.h"
 
 namespace gruk {
@@ -27,15 +30,21 @@ struct WatchCalls {
 /// it reads the queue, hands every record to `handle`, and calls `work` while there is some.
 ///
 /// A directory is watched first and listed then, so that what is made in between is heard of or
-/// found; and it is watched as what was opened, never by its path. Symbolic links and directories
-/// of another device are not entered. Directories are held open only while there is work.
+/// found; and it is watched as what was opened, never by its path. Symbolic links, directories of
+/// another device and those that are unheard are not entered. Directories are held open only while
+/// there is work.
 class FileEventTree {
 public:
     /// Opens and watches `root`; throws `FileError`. `queue` is borrowed.
-    FileEventTree(const FileURL& root, int queue, WatchCalls calls = WatchCalls::live());
+    FileEventTree(const FileURL& root, int queue, WatchCalls calls = WatchCalls::live(),
+                  UnheardItems unheard = {});
 
     /// Takes in one record; returns whether it tells of a change.
     bool handle(const FileEventRecord& record);
+
+    /// Takes in that something was mounted or unmounted somewhere; returns whether that is a
+    /// change. What it uncovered is there to be taken in.
+    bool mountsChanged();
 
     /// Whether directories are to be taken in or looked for.
     [[nodiscard]] bool hasWork() const
@@ -46,7 +55,7 @@ public:
     /// Takes in at most `count` directories; returns whether that counts as a change.
     bool work(std::size_t count);
 
-    /// Whether the root has gone from its place: there is nothing more to hear.
+    /// Whether the root has gone from its place: there is nothing more to hear of it.
     [[nodiscard]] bool isGone() const { return isGone_; }
 
     /// What went short since the last call, in words for the log; each kind is told once.
@@ -55,15 +64,18 @@ public:
     [[nodiscard]] std::size_t watchCount() const { return folders_.size(); }
 
 private:
+    /// What is listed again of a directory that is watched already.
+    enum class Relisting { nothing, itself, tree };
     struct Item {
         /// The watch of the directory that it is in; 0 for the root.
         int parent = 0;
         std::string name;
-        /// Whether it is listed also when it is watched already.
-        bool listsAgain = false;
+        Relisting relisting = Relisting::nothing;
     };
     enum class Shortfall { watches, queue, descriptors };
 
+    bool goes();
+    void noteFolder(const FileEventRecord& record);
     void walkAgain();
     bool takeIn(const Item& item);
     bool takeInOpened(int directory, const Item& item);
@@ -79,6 +91,11 @@ private:
     WatchCalls calls_;
     timespec begun_{};
     FileEventFolders folders_;
+    FileEventOwnItems ownItems_;
+    /// Whether all of it is unheard.
+    bool isUnheard_ = false;
+    /// None until the root is watched.
+    std::optional<FileEventPlace> place_;
     /// The last one first, so that a tree is taken in depth first.
     std::vector<Item> pending_;
     /// Those that moved; whether they are still in the tree shows when all else is done.

@@ -27,14 +27,10 @@ std::string prefixFor(std::string_view name)
     return "." + std::string(name.substr(0, room)) + ".";
 }
 
-bool isTemporaryName(std::string_view candidate, std::string_view prefix)
+bool isTemporaryNameFor(std::string_view prefix, std::string_view candidate)
 {
-    if (candidate.size() != prefix.size() + randomDigits + suffix.size()
-        || !candidate.starts_with(prefix) || !candidate.ends_with(suffix)) {
-        return false;
-    }
-    const std::string_view digits = candidate.substr(prefix.size(), randomDigits);
-    return digits.find_first_not_of(lowerHexDigits) == std::string_view::npos;
+    return candidate.size() == prefix.size() + randomDigits + suffix.size()
+           && candidate.starts_with(prefix) && isTemporaryName(candidate);
 }
 
 void removeUnlessInUse(const std::string& path, const FileCalls& calls)
@@ -63,6 +59,18 @@ std::string temporaryName(std::string_view name)
     return result;
 }
 
+bool isTemporaryName(std::string_view name)
+{
+    constexpr std::size_t endSize = 1 + randomDigits + suffix.size();
+    if (name.size() <= 1 + endSize || !name.starts_with('.') || !name.ends_with(suffix)) {
+        return false;
+    }
+    const std::string_view end = name.substr(name.size() - endSize);
+    return end.starts_with('.')
+           && end.substr(1, randomDigits).find_first_not_of(lowerHexDigits)
+                  == std::string_view::npos;
+}
+
 Lock lockTemporaryFile(int descriptor)
 {
     if (tryLock(descriptor) == -EWOULDBLOCK) {
@@ -82,7 +90,7 @@ void removeLeftOvers(const std::string& directory, std::string_view name, const 
     }
     const std::string prefix = prefixFor(name);
     while (const dirent* item = ::readdir(listing.get())) {
-        if (isTemporaryName(item->d_name, prefix)) {
+        if (isTemporaryNameFor(prefix, item->d_name)) {
             removeUnlessInUse(directory + "/" + item->d_name, calls);
         }
     }

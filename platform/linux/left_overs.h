@@ -15,6 +15,9 @@ namespace gruk {
 /// hexadecimal digits + ".gruk-new". A long `name` is cut so that the whole stays a valid name.
 [[nodiscard]] std::string temporaryName(std::string_view name);
 
+/// Whether a name is one that `temporaryName` makes, of whatever target.
+[[nodiscard]] bool isTemporaryName(std::string_view name);
+
 enum class Lock {
     /// The file is ours now. So it is, too, where the file system has no locks: then nobody else
     /// gets one either, and nothing is cleared.

@@ -151,6 +151,27 @@ TEST_F(FileEventTreeLimitsTest, runningOutOfWatchesCountsAsAChangeAndIsSaidOnce)
     EXPECT_EQ(watched.tree.takeComplaint(), std::nullopt);
 }
 
+TEST_F(FileEventTreeLimitsTest, runningOutOfWatchesWhileAllIsLookedForAgainDropsNone)
+{
+    disk.folder("realm/a/inner");
+    disk.folder("realm/b");
+    bool isShort = false;
+    WatchCalls calls = WatchCalls::live();
+    calls.add = [&, live = calls.add](int queue, int directory) {
+        return isShort ? -ENOSPC : live(queue, directory);
+    };
+    WatchedTree watched = watch(calls);
+    EXPECT_FALSE(watched.settle());
+    ASSERT_EQ(watched.tree.watchCount(), 4U);
+    isShort = true;
+    EXPECT_TRUE(watched.tree.handle({-1, IN_Q_OVERFLOW, {}}));
+    EXPECT_TRUE(watched.settle());
+    // What was not reached is not known to be gone.
+    EXPECT_EQ(watched.tree.watchCount(), 4U);
+    EXPECT_TRUE(watched.hears(path("a/inner/x")));
+    EXPECT_TRUE(watched.hears(path("b/x")));
+}
+
 TEST_F(FileEventTreeLimitsTest, aFolderThatMayNotBeReadIsPassedByAndWatchedOnceItMay)
 {
     EXPECT_TRUE(test::succeedsAsOrdinaryUser(
@@ -168,6 +189,28 @@ TEST_F(FileEventTreeLimitsTest, aFolderThatMayNotBeReadIsPassedByAndWatchedOnceI
                    && watched.hears(deep + "/x") && !watched.tree.takeComplaint();
         },
         disk));
+}
+
+TEST_F(FileEventTreeLimitsTest, whatIsInAFolderThatMayOnlyBeListedIsWatchedOnceItMayBeEntered)
+{
+    for (const char* closedFolder : {"own", "own/closed"}) {
+        EXPECT_TRUE(test::succeedsAsOrdinaryUser(
+            [&](const test::TemporaryDirectory& folder) {
+                const std::string deep = folder.folder("own/closed/deep/deeper");
+                const std::string closed = folder.path(closedFolder);
+                const auto inAll = static_cast<std::size_t>(4);
+                ::chmod(closed.c_str(), 0400);
+                WatchedTree watched(FileURL::directory(folder.path("own")));
+                watched.settle();
+                const std::size_t before = watched.tree.watchCount();
+                ::chmod(closed.c_str(), 0700);
+                return watched.settle() && before < inAll && watched.tree.watchCount() == inAll
+                       && watched.hears(deep + "/x");
+            },
+            disk))
+            << closedFolder;
+        std::filesystem::remove_all(disk.path("own"));
+    }
 }
 
 TEST_F(FileEventTreeLimitsTest, anOverflowCountsAsAChangeAndWhatCameMeanwhileIsFound)

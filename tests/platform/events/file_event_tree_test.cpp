@@ -2,9 +2,11 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -58,6 +60,23 @@ TEST_F(FileEventTreeTest, aFileThatGrowsWhileItStaysOpenIsAChange)
     ASSERT_EQ(::write(log.number(), "x", 1), 1);
     EXPECT_TRUE(watched.settle());
     ASSERT_EQ(::ftruncate(log.number(), 0), 0);
+    EXPECT_TRUE(watched.settle());
+}
+
+TEST_F(FileEventTreeTest, aFileThatIsWrittenInMemoryIsAChangeWhenItIsClosed)
+{
+    const std::string file = disk.file("realm/file", 4'096);
+    Descriptor opened(::open(file.c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_TRUE(opened.isOpen());
+    void* memory = ::mmap(nullptr, 4'096, PROT_READ | PROT_WRITE, MAP_SHARED, opened.number(), 0);
+    ASSERT_NE(memory, MAP_FAILED);
+    WatchedTree watched = watch();
+    EXPECT_FALSE(watched.settle());
+    std::memcpy(memory, "written", 7);
+    ASSERT_EQ(::msync(memory, 4'096, MS_SYNC), 0);
+    EXPECT_FALSE(watched.settle()) << "the kernel tells nothing of that";
+    ASSERT_EQ(::munmap(memory, 4'096), 0);
+    opened.reset();
     EXPECT_TRUE(watched.settle());
 }
 

@@ -23,8 +23,9 @@ namespace gruk::test {
 /// call that causes it returns, so that nothing has to be waited for.
 class WatchedTree {
 public:
-    explicit WatchedTree(const FileURL& root, WatchCalls calls = WatchCalls::live())
-        : tree(root, queue_.number(), std::move(calls))
+    explicit WatchedTree(const FileURL& root, WatchCalls calls = WatchCalls::live(),
+                         UnheardItems unheard = {})
+        : tree(root, queue_.number(), std::move(calls), std::move(unheard))
     {
     }
 
@@ -77,7 +78,14 @@ class FileEventTreeFixture : public testing::Test {
 protected:
     /// Watches the folder when the clock that stamps directories has passed the moment of its last
     /// change: what is of the same moment as the beginning counts as a change.
-    WatchedTree watch(WatchCalls calls = WatchCalls::live())
+    WatchedTree watch(WatchCalls calls = WatchCalls::live(), UnheardItems unheard = {})
+    {
+        letTheClockTick();
+        return WatchedTree(FileURL::directory(disk.path("realm")), std::move(calls),
+                           std::move(unheard));
+    }
+
+    static void letTheClockTick()
     {
         timespec last{};
         timespec now{};
@@ -85,7 +93,6 @@ protected:
         do {
             ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
         } while (std::pair(now.tv_sec, now.tv_nsec) <= std::pair(last.tv_sec, last.tv_nsec));
-        return WatchedTree(FileURL::directory(disk.path("realm")), std::move(calls));
     }
 
     [[nodiscard]] std::string path(const std::string& relative) const
