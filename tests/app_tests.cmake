@@ -33,10 +33,12 @@ gruk_add_tests(gruk_app_tests
     app/model/app_model_automation_test.cpp
     app/model/app_model_grant_lost_midway_test.cpp
     app/model/app_model_grants_test.cpp
+    app/model/app_model_guarded_home_test.cpp
     app/model/app_model_history_test.cpp
     app/model/app_model_look_lost_midway_test.cpp
     app/model/app_model_lost_access_test.cpp
     app/model/app_model_patrol_lost_midway_test.cpp
+    app/model/app_model_pauses_test.cpp
     app/model/app_model_patrol_test.cpp
     app/model/app_model_territories_test.cpp
     app/model/app_model_tidy_test.cpp

@@ -18,6 +18,7 @@
 #include "app/model/model_collaborators.h"
 #include "app/model/realm_figures.h"
 #include "core/actions/realm_rules.h"
+#include "core/automation/automatic_patrols.h"
 #include "core/automation/patrol_cadence.h"
 #include "core/automation/realm_watcher.h"
 #include "core/patrol/findings_presenter.h"
@@ -327,6 +328,14 @@ private:
 
     // Automation: app_model_automation.cpp.
     void startTimer();
+    void guard(const Grant& grant);
+    void guardSettled(const UUID& id);
+    /// Ends the guards of grants that are gone, and begins those anew whose grants have changed.
+    void renewGuards(const std::vector<Grant>& formerGrants);
+    AutomaticPatrols& automaticPatrolsOf(const Grant& grant);
+    enum class Asking { asked, unasked };
+    /// Takes in how the patrol that has just ended did.
+    void noteEndOfPatrol(const FileURL& url, Asking asking);
     /// Writes one setting; a failure is logged.
     void save(const std::function<void(UserDefaults&)>& write);
 
@@ -348,6 +357,9 @@ private:
     /// How often they were marked so.
     std::uint64_t territoryMarks_ = 0;
     bool isPatrolling_ = false;
+    enum class PatrolEnd { success, stop, failure };
+    /// How the last patrol ended.
+    PatrolEnd lastPatrolEnd_ = PatrolEnd::success;
     std::optional<FileURL> patrollingRootURL_;
     std::optional<PatrolProgress> patrolProgress_;
     std::optional<TrashOperation> lastTrashOperation_;
@@ -365,6 +377,8 @@ private:
     /// The running patrol's way to be stopped; none while none runs.
     std::optional<std::stop_source> patrolTask_;
     std::map<UUID, std::unique_ptr<RealmWatcher>> realmWatchers_;
+    /// Of grants that have had one, or one stopped or failed.
+    std::map<UUID, AutomaticPatrols> automaticPatrols_;
     std::unique_ptr<RunLoop::Timer> automationTimer_;
 };
 

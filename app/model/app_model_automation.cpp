@@ -8,7 +8,6 @@
 #include "app/model/background.h"
 #include "app/model/model_copy.h"
 #include "app/model/setting_keys.h"
-#include "core/automation/patrol_schedule.h"
 #include "platform/foundation/errors.h"
 
 namespace gruk {
@@ -19,12 +18,10 @@ constexpr std::chrono::seconds dueCheckInterval{60};
 
 using CaptureDates = std::map<std::string, Date, std::less<>>;
 
-bool isDue(PatrolCadence cadence, const FileURL& root, const CaptureDates& lastPatrols, Date now)
+std::optional<Date> lastOf(const FileURL& root, const CaptureDates& lastPatrols)
 {
     const auto last = lastPatrols.find(root.path());
-    const std::optional<Date> due = PatrolSchedule::nextDue(
-        cadence, last == lastPatrols.end() ? std::nullopt : std::optional(last->second), now);
-    return due && now >= *due;
+    return last == lastPatrols.end() ? std::nullopt : std::optional(last->second);
 }
 
 FileURL rootOf(const Grant& grant)
@@ -41,9 +38,15 @@ void AppModel::startTimer()
 
 QCoro::Task<> AppModel::patrolDueRealms()
 {
-    const bool isAnyScheduled = std::ranges::any_of(
-        grants_, [this](const Grant& grant) { return interval(cadence(grant)).has_value(); });
-    if (isPatrolling_ || !isAnyScheduled) {
+    for (const auto& [id, watcher] : realmWatchers_) {
+        // One that the system refused before.
+        watcher->start();
+    }
+    const bool mayAnyComeDue = std::ranges::any_of(grants_, [this](const Grant& grant) {
+        const PatrolCadence cadence = this->cadence(grant);
+        return cadence != PatrolCadence::off && automaticPatrolsOf(grant).mayComeDue(cadence);
+    });
+    if (isPatrolling_ || !mayAnyComeDue) {
         co_return;
     }
     const Lifetime::Watch self = lifetime_.watch();
@@ -62,7 +65,9 @@ QCoro::Task<> AppModel::patrolDueRealms()
         co_return;
     }
     for (const Grant& grant : grants_) {
-        if (isDue(cadence(grant), rootOf(grant), lastPatrols, now)) {
+        const PatrolCadence cadence = this->cadence(grant);
+        if (cadence != PatrolCadence::off
+            && automaticPatrolsOf(grant).isDue(cadence, lastOf(rootOf(grant), lastPatrols), now)) {
             co_await automaticPatrol(grant);
             co_return;
         }
@@ -74,6 +79,7 @@ QCoro::Task<> AppModel::automaticPatrol(Grant grant)
     if (isPatrolling_) {
         co_return;
     }
+    automaticPatrolsOf(grant).begun();
     const Lifetime::Watch self = lifetime_.watch();
     const FileURL url = rootOf(grant);
     std::shared_ptr<ScopedAccess> access = accessTo(url);
@@ -81,8 +87,56 @@ QCoro::Task<> AppModel::automaticPatrol(Grant grant)
         co_return;
     }
     const std::optional<std::int64_t> found = co_await runPatrol(url, std::move(access));
-    if (self && found) {
+    if (!self) {
+        co_return;
+    }
+    noteEndOfPatrol(url, Asking::unasked);
+    if (found) {
         tell(ModelCopy::automaticPatrolFinished(url.lastPathComponent(), *found));
+    }
+}
+
+AutomaticPatrols& AppModel::automaticPatrolsOf(const Grant& grant)
+{
+    const auto known = automaticPatrols_.find(grant.id);
+    if (known != automaticPatrols_.end()) {
+        return known->second;
+    }
+    const auto stopped = with_.preferences->text(SettingKeys::patrolStopped(grant));
+    return automaticPatrols_
+        .emplace(grant.id, AutomaticPatrols(stopped ? iso8601::parse(*stopped) : std::nullopt))
+        .first->second;
+}
+
+void AppModel::noteEndOfPatrol(const FileURL& url, Asking asking)
+{
+    const Date now = with_.runLoop->now();
+    for (const Grant& grant : grants_) {
+        if (rootOf(grant) != url) {
+            continue;
+        }
+        AutomaticPatrols& patrols = automaticPatrolsOf(grant);
+        const bool wasStopped = patrols.stoppedAt().has_value();
+        const bool isUnasked = asking == Asking::unasked;
+        // One by the clock would begin again at once what the user has just stopped.
+        const bool stopCounts = isUnasked || interval(cadence(grant));
+        if (lastPatrolEnd_ == PatrolEnd::success) {
+            patrols.succeeded();
+        } else if (lastPatrolEnd_ == PatrolEnd::stop && stopCounts) {
+            patrols.stopped(now);
+        } else if (lastPatrolEnd_ == PatrolEnd::failure && isUnasked) {
+            patrols.failed(cadence(grant), now);
+        }
+        if (wasStopped || patrols.stoppedAt()) {
+            save([&](UserDefaults& settings) {
+                const std::string key = SettingKeys::patrolStopped(grant);
+                if (const std::optional<Date> stopped = patrols.stoppedAt()) {
+                    settings.setText(key, iso8601::text(*stopped));
+                } else {
+                    settings.remove(key);
+                }
+            });
+        }
     }
 }
 
@@ -100,17 +154,54 @@ void AppModel::setCadence(PatrolCadence cadence, const Grant& grant)
     }
     save([&](UserDefaults& settings) {
         settings.setText(SettingKeys::cadence(grant), std::string(rawString(cadence)));
+        settings.remove(SettingKeys::patrolStopped(grant));
     });
     markTerritoriesStale();
+    // Whoever sets it means it from now on.
+    automaticPatrols_.erase(grant.id);
     realmWatchers_.erase(grant.id);
-    if (cadence != PatrolCadence::standGuard) {
-        return;
+    if (cadence == PatrolCadence::standGuard) {
+        guard(grant);
     }
+}
+
+void AppModel::guard(const Grant& grant)
+{
     auto watcher = std::make_unique<RealmWatcher>(
-        grant.path, with_.quietPeriod, [this, grant] { automaticPatrol(grant); },
+        grant.path, with_.quietPeriod, [this, id = grant.id] { guardSettled(id); },
         with_.eventStreams, with_.runLoop);
     watcher->start();
     realmWatchers_[grant.id] = std::move(watcher);
+}
+
+void AppModel::guardSettled(const UUID& id)
+{
+    const auto grant = std::ranges::find(grants_, id, &Grant::id);
+    if (isPatrolling_ || grant == grants_.end()) {
+        return;
+    }
+    AutomaticPatrols& patrols = automaticPatrolsOf(*grant);
+    patrols.settled();
+    if (patrols.isDue(PatrolCadence::standGuard, std::nullopt, with_.runLoop->now())) {
+        automaticPatrol(*grant);
+    }
+}
+
+void AppModel::renewGuards(const std::vector<Grant>& formerGrants)
+{
+    const auto isGone = [this](const auto& entry) {
+        return std::ranges::find(grants_, entry.first, &Grant::id) == grants_.end();
+    };
+    // The cadence goes with the grant that it was set for, and so does the guard.
+    std::erase_if(realmWatchers_, isGone);
+    std::erase_if(automaticPatrols_, isGone);
+    for (const Grant& grant : grants_) {
+        // One that leads to another directory now is guarded there.
+        if (realmWatchers_.contains(grant.id)
+            && std::ranges::find(formerGrants, grant) == formerGrants.end()) {
+            guard(grant);
+        }
+    }
 }
 
 std::vector<RealmRule> AppModel::realmRules(const FileURL& realm) const

@@ -111,11 +111,9 @@ void AppModel::removeRealm(Grant grant)
 
 void AppModel::rereadGrants(Freshness freshness)
 {
+    const std::vector<Grant> former = grants_;
     assign(grants_, with_.grantStore->grants(), &AppModel::grantsChanged);
-    // The cadence goes with the grant that it was set for, and so does the guard.
-    std::erase_if(realmWatchers_, [this](const auto& watcher) {
-        return std::ranges::find(grants_, watcher.first, &Grant::id) == grants_.end();
-    });
+    renewGuards(former);
     if (freshness == Freshness::territoriesGoStale) {
         markTerritoriesStale();
     }

@@ -40,7 +40,14 @@ QCoro::Task<> AppModel::patrolActiveRealm()
     }
     complain(std::nullopt);
     tell(std::nullopt);
+    if (isPatrolling_) {
+        co_return;
+    }
+    const Lifetime::Watch self = lifetime_.watch();
     co_await runPatrol(url, std::move(access));
+    if (self) {
+        noteEndOfPatrol(url, Asking::asked);
+    }
 }
 
 QCoro::Task<> AppModel::patrolAllRealms()
@@ -114,16 +121,19 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::patrolTaskBody(FileURL url, s
         }
         findings = static_cast<std::int64_t>(figures.findings->size());
         publish(url, std::move(figures), std::move(filing));
+        lastPatrolEnd_ = PatrolEnd::success;
     } catch (const CancelledError&) {
         if (!self) {
             co_return findings;
         }
         tell(std::string(ModelCopy::patrolStopped));
+        lastPatrolEnd_ = PatrolEnd::stop;
     } catch (const std::exception& error) {
         if (!self) {
             co_return findings;
         }
         complain(ModelCopy::patrolFailed(describe(error)));
+        lastPatrolEnd_ = PatrolEnd::failure;
     }
     finishPatrol();
     co_return findings;

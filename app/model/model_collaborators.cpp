@@ -67,9 +67,12 @@ void completeDesktop(ModelCollaborators& all)
         all.loginItem = LoginItemCalls::live();
     }
     if (!all.eventStreams) {
-        all.eventStreams = [loop = all.runLoop, log = all.log](const FileURL& directory,
-                                                               std::function<void()> onEvent) {
-            return makeFileEventStream(loop, directory, std::move(onEvent), log);
+        const UnheardItems unheard{
+            all.ownFolders.value_or(OwnFolders()),
+            {OrganiseService::journalFileName, StashService::journalFileName}};
+        all.eventStreams = [loop = all.runLoop, log = all.log,
+                            unheard](const FileURL& directory, std::function<void()> onEvent) {
+            return makeFileEventStream(loop, directory, std::move(onEvent), log, unheard);
         };
     }
     if (!all.desktopDirectory) {

@@ -50,7 +50,7 @@ struct ModelCollaborators {
     std::shared_ptr<TaskPool> taskPool = {};
     std::shared_ptr<OpenPanel> openPanel = {};
     LoginItemCalls loginItem = {};
-    /// Hears of changes in a realm that is guarded.
+    /// Hears of changes in a realm that is guarded, but for the program's own.
     FileEventStreamFactory eventStreams = {};
     /// Where the program keeps its own files, which are no part of any realm.
     std::optional<OwnFolders> ownFolders = {};

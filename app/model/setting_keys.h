@@ -25,6 +25,13 @@ inline constexpr std::string_view paletteTheme = "paletteTheme";
     return "cadence." + grant.id.text();
 }
 
+/// Text: the date when the user last stopped a patrol which then counts as made; absent when one
+/// has come to its end since.
+[[nodiscard]] inline std::string patrolStopped(const Grant& grant)
+{
+    return "patrolStopped." + grant.id.text();
+}
+
 /// Data: the rules as JSON.
 [[nodiscard]] inline std::string realmRules(const FileURL& realm)
 {
