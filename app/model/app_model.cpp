@@ -67,12 +67,13 @@ std::set<std::string> patrolledRoots(const SnapshotStore& store)
 /// One summary a grant, all as of `now`. `cadences` are those of `grants`, in their order.
 std::vector<RealmSummary> summaries(const std::vector<Grant>& grants,
                                     const std::vector<PatrolCadence>& cadences,
-                                    const SnapshotStore& store, Date now)
+                                    const SnapshotStore& store, Date now,
+                                    const UnreviewedPlaces& unreviewed)
 {
     std::vector<RealmSummary> result;
     for (std::size_t i = 0; i < grants.size(); ++i) {
         const FileURL root = FileURL::directory(grants[i].path).standardized();
-        const RealmHistory history = RealmHistoryLoader::load(root, store, now);
+        const RealmHistory history = RealmHistoryLoader::load(root, store, now, unreviewed);
         result.push_back(RealmSummaryBuilder::summary(grants[i], history, cadences[i], now));
     }
     return result;
@@ -172,8 +173,9 @@ void AppModel::loadRealmHistory(FileURL url)
 QCoro::Task<> AppModel::awaitRealmHistory(FileURL url, std::int64_t generation)
 {
     const Lifetime::Watch self = lifetime_.watch();
-    std::function<RealmFigures()> load = [url, store = with_.snapshotStore, loop = with_.runLoop] {
-        return RealmFigures(RealmHistoryLoader::load(url, *store, loop->now()));
+    std::function<RealmFigures()> load = [url, store = with_.snapshotStore, loop = with_.runLoop,
+                                          unreviewed = with_.unreviewedPlaces] {
+        return RealmFigures(RealmHistoryLoader::load(url, *store, loop->now(), *unreviewed));
     };
     RealmFigures figures = co_await inBackground(with_.taskPool, with_.runLoop, std::move(load));
 
@@ -248,8 +250,9 @@ QCoro::Task<> AppModel::loadTerritories()
     }
     using Look = std::pair<std::vector<RealmSummary>, std::set<std::string>>;
     std::function<Look()> load = [grants = grants_, cadences, store = with_.snapshotStore,
-                                  loop = with_.runLoop] {
-        return Look(summaries(grants, cadences, *store, loop->now()), patrolledRoots(*store));
+                                  loop = with_.runLoop, unreviewed = with_.unreviewedPlaces] {
+        return Look(summaries(grants, cadences, *store, loop->now(), *unreviewed),
+                    patrolledRoots(*store));
     };
     Look loaded = co_await inBackground(with_.taskPool, with_.runLoop, std::move(load));
     // The flags of a superseded load belong to the newer one.

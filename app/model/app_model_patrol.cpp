@@ -104,9 +104,10 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::patrolTaskBody(FileURL url, s
     const Lifetime::Watch self = lifetime_.watch();
     std::function<RealmFigures()> patrol =
         [url, stop, progress = progressHandler(), scanner = with_.snapshotScanner,
-         store = with_.snapshotStore, confirm = confirmation(url, patrolAccess_)] {
-            return RealmFigures(
-                PatrolCoordinator::patrol(url, *scanner, *store, progress, stop, confirm));
+         store = with_.snapshotStore, confirm = confirmation(url, patrolAccess_),
+         unreviewed = with_.unreviewedPlaces] {
+            return RealmFigures(PatrolCoordinator::patrol(url, *scanner, *store, progress, stop,
+                                                          confirm, *unreviewed));
         };
     std::optional<std::int64_t> findings;
     try {

@@ -26,6 +26,17 @@ void complete(T& given, Default makeDefault)
     }
 }
 
+/// The Trash at home need not lie where its name would tell it.
+std::shared_ptr<const UnreviewedPlaces> unreviewedPlaces(const OwnFolders& ownFolders)
+{
+    std::vector<FileURL> trashes;
+    if (const auto data = applicationSupportDirectory()) {
+        trashes = {data->appending("Trash", FileURL::Names::directory)};
+    }
+    return std::make_shared<const UnreviewedPlaces>(
+        UnreviewedPlaces{ownFolders, OwnFolders::resolved(trashes).folders()});
+}
+
 void completeMainThread(ModelCollaborators& all)
 {
     complete(all.runLoop, [] { return std::make_shared<QtRunLoop>(); });
@@ -43,6 +54,7 @@ void completeServices(ModelCollaborators& all)
         return OwnFolders::resolved(
             {directory, UserDefaults::standardFile().deletingLastPathComponent()});
     });
+    complete(all.unreviewedPlaces, [&] { return unreviewedPlaces(*all.ownFolders); });
     complete(all.grantStore,
              [&] { return std::make_shared<GrantStore>(directory.appending("grants.json")); });
     complete(all.session, [&] {

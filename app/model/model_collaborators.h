@@ -14,6 +14,7 @@
 #include "core/browse/scan_session.h"
 #include "core/patrol/snapshot_scanner.h"
 #include "core/patrol/snapshot_store.h"
+#include "core/patrol/unreviewed_places.h"
 #include "core/realm/realm_identity_store.h"
 #include "platform/events/file_event_stream.h"
 #include "platform/events/run_loop.h"
@@ -54,6 +55,8 @@ struct ModelCollaborators {
     FileEventStreamFactory eventStreams = {};
     /// Where the program keeps its own files, which are no part of any realm.
     std::optional<OwnFolders> ownFolders = {};
+    /// What of a realm no review speaks of: these, and every Trash.
+    std::shared_ptr<const UnreviewedPlaces> unreviewedPlaces = {};
     /// How long a guarded realm must be quiet before it is patrolled, in seconds.
     double quietPeriod = 90;
     /// Where the Desktop is; asked each time, since its place is a setting of the desktop.

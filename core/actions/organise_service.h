@@ -7,6 +7,7 @@
 #include "core/actions/organise_plan.h"
 #include "core/actions/protected_locations.h"
 #include "core/actions/stash_records.h"
+#include "core/patrol/journal_names.h"
 #include "platform/files/move_calls.h"
 #include "platform/foundation/date.h"
 #include "platform/foundation/file_url.h"
@@ -39,7 +40,7 @@ struct OrganiseCalls {
 class OrganiseService {
 public:
     /// The record of the latest organise, in the realm itself. Nothing reads it back.
-    static constexpr const char* journalFileName = ".gruk-organise.json";
+    static constexpr const char* journalFileName = JournalNames::organise;
 
     /// Works on the user's disk.
     explicit OrganiseService(MoveCalls calls = MoveCalls::live());

@@ -8,6 +8,7 @@
 
 #include "core/actions/protected_locations.h"
 #include "core/actions/stash_records.h"
+#include "core/patrol/journal_names.h"
 #include "platform/files/move_calls.h"
 #include "platform/foundation/date.h"
 #include "platform/foundation/file_url.h"
@@ -41,7 +42,7 @@ struct StashCalls {
 class StashService {
 public:
     /// The journal in each Hoard, by which an earlier Hoard is told from other folders.
-    static constexpr const char* journalFileName = ".gruk-stash.json";
+    static constexpr const char* journalFileName = JournalNames::stash;
 
     /// Works on the user's disk.
     explicit StashService(MoveCalls calls = MoveCalls::live());

@@ -5,32 +5,45 @@
 
 namespace gruk::PatrolCoordinator {
 
-PatrolResult patrol(const FileURL& root, SnapshotScanner& scanner, SnapshotStore& store,
-                    const PatrolProgressFunction& progress, std::stop_token stop,
-                    const std::function<void()>& confirm)
+PatrolResult patrol(const FileURL& root, const PatrolSteps& steps)
 {
     PatrolResult result;
-    // Before the walk, so that the prior snapshot can never be the new one; and with the path as
-    // it stands, since that is what the caller asks by.
-    std::vector<ScanSnapshot> stored = store.latestSnapshots(root.path(), 1);
-    if (!stored.empty()) {
-        result.priorSnapshot = std::move(stored.back());
-    }
-    result.snapshot = scanner.scan(root, Date::now(), progress, std::move(stop));
-    if (confirm) {
-        confirm();
+    // Before the walk, so that the prior snapshot can never be the new one.
+    result.priorSnapshot = steps.latest();
+    result.snapshot = steps.walk(steps.now());
+    if (steps.confirm) {
+        steps.confirm();
     }
     if (result.priorSnapshot) {
-        result.deltas = SnapshotDeltaEngine::compare(*result.priorSnapshot, result.snapshot);
+        result.deltas = UnreviewedPaths(steps.unreviewed, root)
+                            .withoutOwnChanges(SnapshotDeltaEngine::compare(*result.priorSnapshot,
+                                                                            result.snapshot));
     }
-    result.findings =
-        ReviewEngine::evaluate(root, result.snapshot.entries, result.deltas, Date::now());
+    result.findings = ReviewEngine::evaluate(root, result.snapshot.entries, result.deltas,
+                                             steps.now(), steps.unreviewed);
     // The store refuses a partial snapshot too; here it is refused whatever the scanner becomes.
     if (!result.snapshot.isComplete) {
         throw SnapshotStoreError(SnapshotStoreError::Case::incompleteSnapshot);
     }
-    store.save(result.snapshot);
+    steps.save(result.snapshot);
     return result;
+}
+
+PatrolResult patrol(const FileURL& root, SnapshotScanner& scanner, SnapshotStore& store,
+                    const PatrolProgressFunction& progress, std::stop_token stop,
+                    const std::function<void()>& confirm, const UnreviewedPlaces& unreviewed)
+{
+    PatrolSteps steps;
+    steps.latest = [&] {
+        // With the path as it stands, since that is what the caller asks by.
+        std::vector<ScanSnapshot> stored = store.latestSnapshots(root.path(), 1);
+        return stored.empty() ? std::nullopt : std::optional(std::move(stored.back()));
+    };
+    steps.walk = [&](Date capturedAt) { return scanner.scan(root, capturedAt, progress, stop); };
+    steps.confirm = confirm;
+    steps.save = [&](const ScanSnapshot& snapshot) { store.save(snapshot); };
+    steps.unreviewed = unreviewed;
+    return patrol(root, steps);
 }
 
 }  // namespace gruk::PatrolCoordinator

@@ -12,6 +12,8 @@
 #include "core/patrol/snapshot_delta.h"
 #include "core/patrol/snapshot_scanner.h"
 #include "core/patrol/snapshot_store.h"
+#include "core/patrol/unreviewed_places.h"
+#include "platform/foundation/date.h"
 
 namespace gruk {
 
@@ -21,6 +23,7 @@ struct PatrolResult {
     ScanSnapshot snapshot;
     /// The latest one before it; none at a realm's first patrol.
     std::optional<ScanSnapshot> priorSnapshot;
+    /// Without what is Gruk's own.
     std::vector<SnapshotDelta> deltas;
     std::vector<ReviewFinding> findings;
 };
@@ -34,6 +37,21 @@ struct PatrolProgress {
     friend bool operator==(const PatrolProgress&, const PatrolProgress&) = default;
 };
 
+/// What a patrol does besides comparing and judging. What any of it throws ends the patrol.
+struct PatrolSteps {
+    /// The realm's latest snapshot. Called before the walk.
+    std::function<std::optional<ScanSnapshot>()> latest;
+    std::function<ScanSnapshot(Date capturedAt)> walk;
+    /// Called after the walk; may be empty.
+    std::function<void()> confirm;
+    /// Called last, with a complete snapshot only.
+    std::function<void(const ScanSnapshot&)> save;
+    /// Asked when the walk begins, and again when it has ended: a walk may take hours, and findings
+    /// are judged as of its end.
+    std::function<Date()> now = Date::now;
+    UnreviewedPlaces unreviewed;
+};
+
 /// One patrol from start to stored result. Owns no state.
 namespace PatrolCoordinator {
 
@@ -44,10 +62,16 @@ namespace PatrolCoordinator {
 /// `confirm`, which may be empty, is called after the walk, on this thread; what it throws ends the
 /// patrol. For whoever knows by more than its path which directory is meant: what stood there may
 /// have gone, and another have come, while the patrol waited and walked.
+///
+/// Nothing in `unreviewed` is a finding; Gruk's own in it is no change either.
 [[nodiscard]] PatrolResult patrol(const FileURL& root, SnapshotScanner& scanner,
                                   SnapshotStore& store, const PatrolProgressFunction& progress = {},
                                   std::stop_token stop = {},
-                                  const std::function<void()>& confirm = {});
+                                  const std::function<void()>& confirm = {},
+                                  const UnreviewedPlaces& unreviewed = {});
+
+/// The same by its steps.
+[[nodiscard]] PatrolResult patrol(const FileURL& root, const PatrolSteps& steps);
 
 }  // namespace PatrolCoordinator
 }  // namespace gruk

@@ -8,7 +8,8 @@ namespace gruk::RealmHistoryLoader {
 
 namespace {
 
-RealmHistory loadOrThrow(const FileURL& root, const SnapshotStore& store, Date now)
+RealmHistory loadOrThrow(const FileURL& root, const SnapshotStore& store, Date now,
+                         const UnreviewedPlaces& unreviewed)
 {
     std::vector<ScanSnapshot> snapshots = store.latestSnapshots(root.path(), 2);
     RealmHistory history;
@@ -18,11 +19,12 @@ RealmHistory loadOrThrow(const FileURL& root, const SnapshotStore& store, Date n
     history.latestSnapshot = std::move(snapshots.back());
     if (snapshots.size() > 1) {
         history.previousSnapshot = std::move(snapshots.front());
-        history.deltas =
-            SnapshotDeltaEngine::compare(*history.previousSnapshot, *history.latestSnapshot);
+        history.deltas = UnreviewedPaths(unreviewed, root)
+                             .withoutOwnChanges(SnapshotDeltaEngine::compare(
+                                 *history.previousSnapshot, *history.latestSnapshot));
     }
-    history.findings =
-        ReviewEngine::evaluate(root, history.latestSnapshot->entries, history.deltas, now);
+    history.findings = ReviewEngine::evaluate(root, history.latestSnapshot->entries, history.deltas,
+                                              now, unreviewed);
     history.heavyItems = RealmInsights::heavyItems(
         *history.latestSnapshot, history.previousSnapshot ? &*history.previousSnapshot : nullptr,
         RealmInsights::heavyItemLimit);
@@ -31,10 +33,11 @@ RealmHistory loadOrThrow(const FileURL& root, const SnapshotStore& store, Date n
 
 }  // namespace
 
-RealmHistory load(const FileURL& root, const SnapshotStore& store, Date now)
+RealmHistory load(const FileURL& root, const SnapshotStore& store, Date now,
+                  const UnreviewedPlaces& unreviewed)
 {
     try {
-        return loadOrThrow(root, store, now);
+        return loadOrThrow(root, store, now, unreviewed);
     } catch (const std::exception&) {
         // The patrol reports a store that cannot be read; here the realm has no history.
         return {};

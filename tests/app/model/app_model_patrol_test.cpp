@@ -355,4 +355,54 @@ TEST(AppModelPatrol, aNameThatIsNotTextIsWrittenForTheEye)
                                                 "d complete.");
 }
 
+TEST(AppModelPatrol, gruksOwnMemoryInARealmIsNoFindingAndNoChangeNorIsItToReview)
+{
+    ModelHouse house;
+    house.directory.file("mine.txt", 8'192);
+    const FileURL realm = house.directory.url();
+    house.model->grantRealm(realm);
+    house.settle();
+    const auto expectNothing = [&] {
+        EXPECT_TRUE(house.model->findings().empty());
+        EXPECT_TRUE(house.model->topLevelChanges().empty());
+        EXPECT_EQ(house.model->netChangeBytes(), 0);
+    };
+    house.patrol();
+    for (int patrol = 0; patrol < 3; ++patrol) {
+        // Its folder grows by more than the store alone would.
+        house.directory.file("app/node_modules/" + std::to_string(patrol), 40'960);
+        house.patrol();
+        EXPECT_TRUE(
+            house.model->lastActionMessage()->ends_with("No size changes since the last map."))
+            << *house.model->lastActionMessage();
+        expectNothing();
+    }
+    house.restart();
+    house.select(realm);
+    ASSERT_TRUE(house.model->previousSnapshot());
+    expectNothing();
+    house.model->showTerritories();
+    house.settle();
+    ASSERT_EQ(house.model->territorySummaries().size(), 1U);
+    EXPECT_EQ(house.model->territorySummaries().front().findingsCount, 0U);
+}
+
+TEST(AppModelPatrol, whatWasTrashedDoesNotComeBackAsAFinding)
+{
+    ModelHouse house;
+    house.directory.file("x.pdf", 20'480);
+    house.directory.file("x (1).pdf", 20'480);
+    house.model->grantRealm(house.directory.url());
+    house.settle();
+    house.patrol();
+    ASSERT_EQ(house.model->findings().size(), 1U);
+    const Bytes before = house.model->latestTotalBytes();
+    house.allowTrash();
+    house.model->moveFindingsToTrash(house.model->findings());
+    ASSERT_TRUE(std::filesystem::exists(house.directory.path("data/Trash/files/x (1).pdf")));
+    house.patrol();
+    EXPECT_TRUE(house.model->findings().empty());
+    EXPECT_GE(house.model->latestTotalBytes(), before);
+}
+
 }  // namespace gruk

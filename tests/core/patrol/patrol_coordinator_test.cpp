@@ -207,4 +207,63 @@ TEST_F(PatrolCoordinatorTest, theLatestOfManySnapshotsIsThePriorOne)
     EXPECT_EQ(patrol().priorSnapshot, ahead);
 }
 
+TEST(PatrolCoordinatorSteps, aSnapshotOfAWalkThatDidNotFinishNeverReachesTheStore)
+{
+    PatrolSteps steps;
+    bool isSaved = false;
+    steps.latest = [] { return std::nullopt; };
+    steps.walk = [](Date) {
+        ScanSnapshot snapshot = test::snapshotOf({});
+        snapshot.isComplete = false;
+        return snapshot;
+    };
+    steps.save = [&](const ScanSnapshot&) { isSaved = true; };
+    try {
+        static_cast<void>(PatrolCoordinator::patrol(FileURL::directory("/realm"), steps));
+        FAIL() << "no error";
+    } catch (const SnapshotStoreError& error) {
+        EXPECT_EQ(error.which(), SnapshotStoreError::Case::incompleteSnapshot);
+    }
+    EXPECT_FALSE(isSaved);
+}
+
+TEST(PatrolCoordinatorSteps, findingsAreJudgedAsOfTheEndOfTheWalkAndTheSnapshotIsOfItsBeginning)
+{
+    constexpr double thirtyDays = 2'592'000;
+    PatrolSteps steps;
+    Date clock{1'760'000'000};
+    steps.now = [&] { return clock; };
+    steps.latest = [] { return std::nullopt; };
+    steps.walk = [&](Date capturedAt) {
+        ScanSnapshot snapshot =
+            test::snapshotOf({{"x.dmg", 1, Date{clock.secondsSince1970 + 60 - thirtyDays},
+                               FileKind::installer, false}});
+        snapshot.capturedAt = capturedAt;
+        clock.secondsSince1970 += 60;
+        return snapshot;
+    };
+    std::optional<Date> saved;
+    steps.save = [&](const ScanSnapshot& snapshot) { saved = snapshot.capturedAt; };
+    const PatrolResult result = PatrolCoordinator::patrol(FileURL::directory("/realm"), steps);
+    EXPECT_EQ(saved, Date{1'760'000'000});
+    ASSERT_EQ(result.findings.size(), 1U);
+    EXPECT_EQ(result.findings.front().reason, Reason::oldInstaller);
+}
+
+TEST_F(PatrolCoordinatorTest, gruksOwnFilesAreNoFindingsAndNoChanges)
+{
+    const UnreviewedPlaces places{OwnFolders({FileURL::directory(disk.path("data/Gruk"))}), {}};
+    const auto patrolAround = [&] {
+        return PatrolCoordinator::patrol(tree.root(), scanner, store, {}, {}, {}, places);
+    };
+    tree.file("data/Gruk/snapshots.json", 5);
+    tree.file("mine", 5);
+    static_cast<void>(patrolAround());
+    tree.file("data/Gruk/snapshots.json", 5'000);
+    const PatrolResult second = patrolAround();
+    EXPECT_TRUE(second.deltas.empty());
+    EXPECT_TRUE(second.findings.empty());
+    EXPECT_EQ(second.snapshot.entries.totalBytes(), 5'005);
+}
+
 }  // namespace gruk

@@ -150,4 +150,22 @@ TEST_F(RealmHistoryTest, theFiguresAreThoseOfThePiecesItIsMadeOf)
     }
 }
 
+TEST_F(RealmHistoryTest, whatAPatrolLeavesOutIsNotToldFromTheStoreEither)
+{
+    const auto grown = [&](Bytes size) {
+        return Entries{{"data", size, Date{day}, FileKind::folder, true},
+                       {"data/Gruk", size, Date{day}, FileKind::folder, true},
+                       {"data/Gruk/store", size, Date{day}, FileKind::other, false},
+                       file(".Trash-1000/files/x.dmg", size)};
+    };
+    save(grown(10), 10 * day);
+    save(grown(20), 20 * day);
+    const UnreviewedPlaces places{OwnFolders({FileURL::directory("/realm/data/Gruk")}), {}};
+    const RealmHistory history = RealmHistoryLoader::load(root, store, now, places);
+    EXPECT_TRUE(history.findings.empty());
+    ASSERT_EQ(history.deltas.size(), 1U);
+    EXPECT_EQ(history.deltas.front().relativePath, ".Trash-1000/files/x.dmg");
+    EXPECT_EQ(load().findings.size(), 1U);
+}
+
 }  // namespace gruk
