@@ -110,11 +110,15 @@ QString heavyNote(const HeavyItem& item, bool hasPreviousSnapshot)
     if (change < 0) {
         return QStringLiteral("shrank %1 since last patrol").arg(signedText(change));
     }
+    if (item.isNew) {
+        return QStringLiteral("new since last patrol");
+    }
     if (item.daysUntouched && *item.daysUntouched >= longUntouchedDays) {
         return QStringLiteral("untouched for %1 months").arg(*item.daysUntouched / daysAMonth);
     }
-    return hasPreviousSnapshot ? QStringLiteral("no change since last patrol")
-                               : QStringLiteral("first look — no comparison yet");
+    return hasPreviousSnapshot && item.byteDeltaSincePrevious
+               ? QStringLiteral("no change since last patrol")
+               : QStringLiteral("first look — no comparison yet");
 }
 
 QString heavyIntroduction(Bytes total)

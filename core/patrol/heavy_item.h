@@ -21,6 +21,9 @@ struct HeavyItem {
     std::optional<Bytes> byteDeltaSincePrevious;
     /// Whole days from its last change to the snapshot; none without a modification date.
     std::optional<std::int64_t> daysUntouched;
+    /// Whether the snapshot before had nothing at that path. One that could not see the place
+    /// cannot tell.
+    bool isNew = false;
 
     friend bool operator==(const HeavyItem&, const HeavyItem&) = default;
 };

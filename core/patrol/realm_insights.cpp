@@ -1,6 +1,10 @@
 #include "core/patrol/realm_insights.h"
 
+#include <algorithm>
 #include <map>
+#include <string_view>
+
+#include "platform/foundation/file_url.h"
 
 namespace gruk::RealmInsights {
 
@@ -31,6 +35,14 @@ std::optional<Index> largest(const SnapshotEntries& entries, const Accepted& acc
     return best;
 }
 
+/// Whether the walk looked at the folder in which that path is, if it is.
+bool couldSee(const ScanSnapshot& snapshot, std::string_view path)
+{
+    return std::ranges::none_of(snapshot.issues, [path](const ScanIssue& issue) {
+        return pathIsAtOrBelow(path, issue.relativePath);
+    });
+}
+
 HeavyItem itemFor(const ScanSnapshot& latest, Index index, const ScanSnapshot* previous)
 {
     const SnapshotEntry entry = latest.entries[index];
@@ -44,6 +56,8 @@ HeavyItem itemFor(const ScanSnapshot& latest, Index index, const ScanSnapshot* p
         if (const auto before = previous->entries.find(entry.relativePath)) {
             item.byteDeltaSincePrevious =
                 checkedSubtract(entry.allocatedSize, previous->entries.allocatedSize(*before));
+        } else {
+            item.isNew = couldSee(*previous, entry.relativePath);
         }
     }
     if (entry.modifiedAt) {

@@ -78,8 +78,18 @@ TEST(PatrolText, thenByWhetherThereIsAnythingToCompareWith)
 {
     EXPECT_EQ(PatrolText::heavyNote(heavy(std::nullopt, std::nullopt), false),
               QStringLiteral("first look — no comparison yet"));
-    EXPECT_EQ(PatrolText::heavyNote(heavy(std::nullopt, std::nullopt), true),
+    EXPECT_EQ(PatrolText::heavyNote(heavy(0, std::nullopt), true),
               QStringLiteral("no change since last patrol"));
+    // The patrol before could not see the place.
+    EXPECT_EQ(PatrolText::heavyNote(heavy(std::nullopt, std::nullopt), true),
+              QStringLiteral("first look — no comparison yet"));
+}
+
+TEST(PatrolText, aHeavyItemThatWasNotThereBeforeIsNewHoweverOld)
+{
+    HeavyItem item = heavy(std::nullopt, 400);
+    item.isNew = true;
+    EXPECT_EQ(PatrolText::heavyNote(item, true), QStringLiteral("new since last patrol"));
 }
 
 TEST(PatrolText, introducesTheBigStuffWithTheTotal)

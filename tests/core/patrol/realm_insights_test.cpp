@@ -6,6 +6,7 @@
 #include <map>
 
 #include "platform/foundation/text_order.h"
+#include "tests/support/in_time_zone.h"
 #include "tests/support/random_snapshot.h"
 
 namespace gruk {
@@ -71,6 +72,7 @@ Items naiveHeavyItems(Entries latest, Date capturedAt, const Entries* previous, 
         HeavyItem item{entry.relativePath, entry.relativePath, entry.allocatedSize,
                        entry.isDirectory,  entry.kind,         std::nullopt,
                        std::nullopt};
+        item.isNew = previous != nullptr && !before.contains(entry.relativePath);
         if (before.contains(entry.relativePath)) {
             item.byteDeltaSincePrevious = entry.allocatedSize - before.at(entry.relativePath);
         }
@@ -137,6 +139,8 @@ TEST(RealmInsights, theDeltaIsAgainstTheSamePathBefore)
     EXPECT_EQ(items[0].byteDeltaSincePrevious, -3);
     EXPECT_EQ(items[1].byteDeltaSincePrevious, 0);
     EXPECT_EQ(items[2].byteDeltaSincePrevious, std::nullopt);
+    EXPECT_FALSE(items[0].isNew || items[1].isNew);
+    EXPECT_TRUE(items[2].isNew);
 }
 
 TEST(RealmInsights, daysUntouchedAreWholeDaysUpToTheSnapshot)
@@ -177,6 +181,36 @@ TEST(RealmInsights, agreesWithAStepByStepPickOnRandomSnapshots)
         picked += expected.size();
     }
     EXPECT_GT(picked, 3'000U);
+}
+
+TEST(RealmInsights, whereTheWalkBeforeCouldNotSeeNothingIsNew)
+{
+    const ScanSnapshot previous = test::snapshotOf({folder("a", 0), file("c", 1)},
+                                                   {{"a", ScanIssue::Reason::permissionDenied},
+                                                    {"b", ScanIssue::Reason::differentFilesystem}});
+    const Items items =
+        heavyItems(test::snapshotOf({file("a/x", 9), folder("b", 8), file("b2", 7), file("c", 6)}),
+                   &previous, 20);
+    ASSERT_EQ(paths(items), (std::vector<std::string>{"a/x", "b", "b2", "c"}));
+    EXPECT_FALSE(items[0].isNew);
+    EXPECT_FALSE(items[1].isNew);
+    EXPECT_TRUE(items[2].isNew);
+    EXPECT_FALSE(items[3].isNew);
+}
+
+TEST(RealmInsights, daysUntouchedAreDaysOfTheCalendarAlsoWhenClocksChange)
+{
+    const test::InTimeZone zone("Europe/Berlin");
+    const auto daysUntouched = [](const char* modified, const char* captured) {
+        SnapshotEntry entry = file("a", 1);
+        entry.modifiedAt = iso8601::parse(modified);
+        ScanSnapshot snapshot = test::snapshotOf({entry});
+        snapshot.capturedAt = *iso8601::parse(captured);
+        return heavyItems(snapshot, nullptr, 1).front().daysUntouched;
+    };
+    // Noon to noon over the night that is an hour short, and over the one that is an hour long.
+    EXPECT_EQ(daysUntouched("2026-03-28T11:00:00Z", "2026-03-29T10:00:00Z"), 1);
+    EXPECT_EQ(daysUntouched("2026-10-24T10:00:00Z", "2026-10-25T10:00:00Z"), 0);
 }
 
 }  // namespace gruk

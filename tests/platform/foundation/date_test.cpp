@@ -7,11 +7,14 @@
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
-#include <unicode/timezone.h>
+
+#include "tests/support/in_time_zone.h"
 
 namespace gruk {
 
 namespace {
+
+using test::InTimeZone;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
@@ -21,21 +24,6 @@ Date at(const char* text)
     EXPECT_TRUE(date) << text;
     return date.value_or(Date{});
 }
-
-/// Sets the user's time zone for one test.
-class InZone {
-public:
-    explicit InZone(const char* zone) : former_(icu::TimeZone::createDefault())
-    {
-        icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone(zone));
-    }
-    ~InZone() { icu::TimeZone::adoptDefault(former_); }
-    InZone(const InZone&) = delete;
-    InZone& operator=(const InZone&) = delete;
-
-private:
-    icu::TimeZone* former_;
-};
 
 TEST(ISO8601, writesWholeSecondsInUTC)
 {
@@ -177,7 +165,7 @@ TEST(Date, nowIsWhatTheClockSays)
 
 TEST(CalendarDays, countsTheTimeOfDay)
 {
-    const InZone zone("UTC");
+    const InTimeZone zone("UTC");
     EXPECT_EQ(calendarDays(at("2026-03-01T23:00:00Z"), at("2026-03-02T22:00:00Z")), 0);
     EXPECT_EQ(calendarDays(at("2026-03-01T23:00:00Z"), at("2026-03-02T23:00:00Z")), 1);
     EXPECT_EQ(calendarDays(at("2026-03-01T00:00:00Z"), at("2026-03-01T00:00:00Z")), 0);
@@ -186,7 +174,7 @@ TEST(CalendarDays, countsTheTimeOfDay)
 
 TEST(CalendarDays, isNegativeAndTruncatedWhenTheSecondIsEarlier)
 {
-    const InZone zone("UTC");
+    const InTimeZone zone("UTC");
     EXPECT_EQ(calendarDays(at("2026-03-02T22:00:00Z"), at("2026-03-01T23:00:00Z")), 0);
     EXPECT_EQ(calendarDays(at("2026-03-03T22:00:00Z"), at("2026-03-01T23:00:00Z")), -1);
     EXPECT_EQ(calendarDays(at("2026-03-03T23:00:00Z"), at("2026-03-01T23:00:00Z")), -2);
@@ -194,7 +182,7 @@ TEST(CalendarDays, isNegativeAndTruncatedWhenTheSecondIsEarlier)
 
 TEST(CalendarDays, aDayIsADayAlsoWhenClocksChange)
 {
-    const InZone zone("Europe/Berlin");
+    const InTimeZone zone("Europe/Berlin");
     // The night of 29 March 2026 is an hour short: noon to noon is a day of 23 hours.
     EXPECT_EQ(calendarDays(at("2026-03-28T11:00:00Z"), at("2026-03-29T10:00:00Z")), 1);
     // That of 25 October is an hour long: 24 hours are not yet a day.
@@ -204,7 +192,7 @@ TEST(CalendarDays, aDayIsADayAlsoWhenClocksChange)
 
 TEST(CalendarDays, answersForDatesBeyondEveryCalendar)
 {
-    const InZone zone("UTC");
+    const InTimeZone zone("UTC");
     EXPECT_GT(calendarDays(Date::distantPast(), at("2026-03-01T00:00:00Z")), 300'000'000);
     EXPECT_LT(calendarDays({infinity}, {-infinity}), -700'000'000);
     EXPECT_EQ(calendarDays({infinity}, {infinity}), 0);
@@ -212,7 +200,7 @@ TEST(CalendarDays, answersForDatesBeyondEveryCalendar)
 
 TEST(DayMonthYear, namesMonthsAsBritishEnglishDoes)
 {
-    const InZone zone("UTC");
+    const InTimeZone zone("UTC");
     EXPECT_EQ(dayMonthYear(at("2026-11-15T12:00:00Z")), "15 Nov 2026");
     EXPECT_EQ(dayMonthYear(at("2026-01-02T00:00:00Z")), "2 Jan 2026");
     EXPECT_EQ(dayMonthYear(at("2026-09-30T00:00:00Z")), "30 Sept 2026");
@@ -220,7 +208,7 @@ TEST(DayMonthYear, namesMonthsAsBritishEnglishDoes)
 
 TEST(DayMonthYear, isTheDayOfTheUsersTimeZone)
 {
-    const InZone zone("Pacific/Auckland");
+    const InTimeZone zone("Pacific/Auckland");
     EXPECT_EQ(dayMonthYear(at("2026-11-15T12:00:00Z")), "16 Nov 2026");
 }
 
