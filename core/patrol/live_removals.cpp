@@ -17,11 +17,11 @@ std::vector<SnapshotDelta> removedDeltas(const RemovedBytesByPath& removals)
 
 Bytes adjustedTotal(Bytes total, const RemovedBytesByPath& removals)
 {
-    Bytes removed = 0;
+    // One after another, since a folder and what was taken out of it before may both be there.
     for (const auto& [path, bytes] : removals) {
-        removed = checkedAdd(removed, bytes);
+        total = std::max(Bytes{0}, checkedSubtract(total, bytes));
     }
-    return std::max(Bytes{0}, checkedSubtract(total, removed));
+    return total;
 }
 
 std::vector<HeavyItem> remainingItems(const std::vector<HeavyItem>& items,

@@ -1,6 +1,7 @@
 #include "core/patrol/snapshot_scanner.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -24,6 +25,8 @@ public:
     struct Directory {
         /// Its own entry; none for the root.
         Index entry = noIndex;
+        /// How many entries of directories lead to what is in it, its own among them.
+        Bytes level = 0;
     };
 
     Recorder(const PatrolProgressFunction& progress, const SteadyClock& clock,
@@ -53,13 +56,14 @@ public:
 
     Directory directory(const Directory& parent, const ListedItem& item)
     {
-        return {add(parent, item, 0)};
+        return {add(parent, item, 0), parent.level + 1};
     }
 
     /// Of a hard-linked file only the first path reached carries the bytes.
     void file(const Directory& parent, const ListedItem& item, FileMeeting meeting)
     {
-        add(parent, item, meeting == FileMeeting::first ? item.allocatedSize : 0);
+        add(parent, item,
+            meeting == FileMeeting::first ? counted(item.allocatedSize, parent.level + 1) : 0);
     }
 
     void listed(const Directory& directory)
@@ -98,6 +102,26 @@ private:
                             item.isDirectory);
     }
 
+    /// What is recorded of a size that counts in that many entries, the file's own and those above.
+    /// A file system may tell anything; whatever of a snapshot is added up must stay in the 64-bit
+    /// range.
+    Bytes counted(Bytes bytes, Bytes entries)
+    {
+        constexpr Bytes most = std::numeric_limits<Bytes>::max();
+        Bytes share = 0;
+        Bytes sum = 0;
+        if (bytes < 0) {
+            return 0;
+        }
+        if (__builtin_mul_overflow(bytes, entries, &share)
+            || __builtin_add_overflow(counted_, share, &sum)) {
+            bytes = (most - counted_) / entries;
+            sum = counted_ + bytes * entries;
+        }
+        counted_ = sum;
+        return bytes;
+    }
+
     [[nodiscard]] std::string pathOf(Index parent, std::string_view name) const
     {
         if (parent == noIndex) {
@@ -112,6 +136,8 @@ private:
     SnapshotEntriesBuilder entries_;
     std::vector<ScanIssue> issues_;
     std::int64_t pathsScanned_ = 0;
+    /// The sum of all entries that there will be.
+    Bytes counted_ = 0;
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
+#include <new>
 #include <stop_token>
 #include <string_view>
 #include <utility>
@@ -34,7 +35,9 @@ enum class FileMeeting { first, again };
 ///     void listed(const Directory&);   // after its last child
 ///     bool absorbs(const Directory&, const std::exception&);  // of its listing; else it is thrown
 ///
-/// Throws `CancelledError` at the next directory after a stop is requested. One walk, one thread.
+/// Only what the listing itself throws is offered to `absorbs`: what the rules throw, and want of
+/// memory, ends the walk. Throws `CancelledError` at the next directory after a stop is requested.
+/// One walk, one thread.
 template <typename Rules>
 class TreeWalk {
 public:
@@ -82,15 +85,24 @@ private:
 
     bool list(const Pending& at)
     {
+        bool isRecording = false;
         try {
             const std::string_view name =
                 at.depth == 0 ? std::string_view() : rules_.name(at.directory);
-            lister_.list(at.depth, name, [&](const ListedItem& item) { visit(at, item); });
+            lister_.list(at.depth, name, [&](const ListedItem& item) {
+                isRecording = true;
+                visit(at, item);
+                isRecording = false;
+            });
             return true;
         } catch (const CancelledError&) {
             throw;
+        } catch (const std::bad_alloc&) {
+            // That memory ran out says nothing about the folder.
+            throw;
         } catch (const std::exception& error) {
-            if (!rules_.absorbs(at.directory, error)) {
+            // Nor does what failed while an item of it was recorded.
+            if (isRecording || !rules_.absorbs(at.directory, error)) {
                 throw;
             }
             return false;

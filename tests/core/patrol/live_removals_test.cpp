@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace gruk {
 
@@ -47,6 +48,12 @@ TEST(LiveRemovals, itemsAreMatchedByTheirExactPathAndKeepTheirOrder)
     const std::vector<HeavyItem> items = {item("z"), item("a"), item("a/b"), item("A"), item("b")};
     const std::vector<HeavyItem> expected = {item("z"), item("a/b"), item("A"), item("b")};
     EXPECT_EQ(LiveRemovals::remainingItems(items, {{"a", 1}, {"gone", 2}}), expected);
+}
+
+TEST(LiveRemovals, aFolderTakenAwayAfterAnItemOfItLeavesNothingHoweverLargeTheyWere)
+{
+    constexpr Bytes most = std::numeric_limits<Bytes>::max();
+    EXPECT_EQ(LiveRemovals::adjustedTotal(most, {{"a", most}, {"a/b", most}}), 0);
 }
 
 }  // namespace gruk

@@ -185,4 +185,11 @@ TEST(IssueReason, anErrorThatIsNotTheSystemsIsUnreadable)
     EXPECT_EQ(reasonOf(wrapped([] { throw 42; }, 1)), Reason::unreadable);
 }
 
+TEST_F(SnapshotScannerIssuesTest, wantOfMemoryWhileAFolderIsListedEndsTheWalk)
+{
+    tree.file("a/x");
+    tree.onListing("a", [] { throw std::bad_alloc(); });
+    EXPECT_THROW(static_cast<void>(scan()), std::bad_alloc);
+}
+
 }  // namespace gruk

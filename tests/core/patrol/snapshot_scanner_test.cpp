@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
+#include "core/patrol/snapshot_store.h"
 #include "platform/foundation/errors.h"
 #include "tests/support/fake_tree.h"
 #include "tests/support/temporary_directory.h"
@@ -248,6 +251,38 @@ TEST_F(SnapshotScannerTest, theScannerKeepsNothingBetweenCalls)
     const ScanSnapshot second = scanner.scan(tree.root(), {});
     EXPECT_EQ(first.entries, second.entries);
     EXPECT_EQ(sizeOf(second, "a"), 4096);
+}
+
+TEST_F(SnapshotScannerTest, absurdSizesEndNoWalkAndNoSumOfThemLeavesTheRange)
+{
+    constexpr Bytes most = std::numeric_limits<Bytes>::max();
+    tree.file("a/b/first", most);
+    tree.file("a/second", most);
+    tree.file("negative", -5);
+    tree.file("plain", 4'096);
+    const ScanSnapshot snapshot = scan();
+    Bytes sum = 0;
+    for (const SnapshotEntry& entry : snapshot.entries) {
+        EXPECT_GE(entry.allocatedSize, 0);
+        sum = checkedAdd(sum, entry.allocatedSize);
+    }
+    EXPECT_GT(sum, most / 2);
+    // And its own store takes it back.
+    const test::TemporaryDirectory home;
+    SnapshotStore store{FileURL(home.path("s.json"))};
+    store.save(snapshot);
+    EXPECT_EQ(store.snapshots(disk.path()).front().entries.totalBytes(),
+              snapshot.entries.totalBytes());
+}
+
+TEST_F(SnapshotScannerTest, sizesThatFitAreRecordedAsTheyAre)
+{
+    constexpr Bytes exabyte = 1'000'000'000'000'000'000;
+    tree.file("a/b/large", exabyte);
+    tree.file("a/b/larger", 2 * exabyte);
+    const ScanSnapshot snapshot = scan();
+    EXPECT_EQ(sizeOf(snapshot, "a/b/larger"), 2 * exabyte);
+    EXPECT_EQ(sizeOf(snapshot, "a"), 3 * exabyte);
 }
 
 }  // namespace gruk
