@@ -5,7 +5,9 @@
 #include <future>
 #include <string>
 
+#include "core/patrol/entry_sizes.h"
 #include "core/patrol/json_scan.h"
+#include "core/patrol/path_sequence.h"
 #include "core/patrol/snapshot_encoder.h"
 #include "core/patrol/snapshot_entries_builder.h"
 #include "platform/foundation/common_prefix.h"
@@ -163,23 +165,19 @@ private:
 
 /// Takes entries and keeps none: for checking.
 struct EntryCheck {
-    bool take(std::string_view path, const EntryText&)
+    bool take(std::string_view path, const EntryText& entry)
     {
         // What this path has in common with the former one was looked at then.
-        const std::size_t shared = commonPrefix({former.data(), formerSize}, path);
-        std::size_t start = shared;
-        while (start > 0 && path[start - 1] != '/') {
-            --start;
+        const PathSequence::Difference at = paths.difference(path);
+        if (!isWellFormedEntryPath(path, at.start) || !paths.precedes(path, at)
+            || !sizes.add(entry.allocatedSize)) {
+            return false;
         }
-        if (former.size() < path.size()) {
-            former.resize(2 * path.size());
-        }
-        std::memcpy(former.data() + shared, path.data() + shared, path.size() - shared);
-        formerSize = path.size();
-        return isWellFormedEntryPath(path, start);
+        paths.take(path, at);
+        return true;
     }
-    std::vector<char> former;
-    std::size_t formerSize = 0;
+    PathSequence paths;
+    EntrySizes sizes;
 };
 
 /// Takes entries into a snapshot.

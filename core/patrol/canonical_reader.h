@@ -11,7 +11,8 @@
 namespace gruk {
 
 /// Reads a store in the one form that Gruk writes, and knows no other: several times as fast as a
-/// reader of any JSON, with as strict an eye. What is not of that form is left to
+/// reader of any JSON, with as strict an eye; entries in the text order, which Gruk writes them in,
+/// are part of it. What is not of that form is left to
 /// `GeneralReader`, which has the last word on whether it is a store at all. One thread.
 class CanonicalReader {
 public:

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/patrol/entry_sizes.h"
 #include "core/patrol/snapshot_entries_builder.h"
 #include "platform/foundation/json_path.h"
 
@@ -264,6 +265,7 @@ private:
         snapshot_ = {};
         isBuilding_ = isWanted_(ordinal_);
         builder_ = std::make_unique<SnapshotEntriesBuilder>();
+        sizes_ = {};
     }
 
     bool endSnapshot(json::error_code& error)
@@ -284,6 +286,9 @@ private:
 
     bool endEntry(json::error_code& error)
     {
+        if (!sizes_.add(entry_.allocatedSize)) {
+            return refuse(error);
+        }
         if (!isBuilding_) {
             return isWellFormedEntryPath(entry_.relativePath) || refuse(error);
         }
@@ -362,6 +367,7 @@ private:
     bool isBuilding_ = false;
     ScanSnapshot snapshot_;
     std::unique_ptr<SnapshotEntriesBuilder> builder_;
+    EntrySizes sizes_;
     SnapshotEntry entry_;
     ScanIssue issue_;
 };

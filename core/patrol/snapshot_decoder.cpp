@@ -28,8 +28,9 @@ StoreContents checkOrThrow(FileReader& file)
         return contents;
     }
     file.seek(0);
+    // Each is built, since only then it shows whether a path stands twice.
     const bool isStore = GeneralReader::read(
-        file, [](std::size_t) { return false; },
+        file, [](std::size_t) { return true; },
         [&](const StoredSnapshot& stored, ScanSnapshot&&) {
             contents.snapshots.push_back(stored);
         });

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "core/patrol/path_sequence.h"
 #include "core/patrol/snapshot_table.h"
-#include "platform/foundation/common_prefix.h"
 #include "platform/foundation/text_order.h"
 
 namespace gruk {
@@ -161,31 +161,16 @@ struct SnapshotEntriesBuilder::PathState {
         Index index;
         std::size_t pathLength;
     };
-    std::string former;
+    PathSequence sequence;
     std::vector<Ancestor> ancestors;
     bool isOrdered = true;
-
-    /// Whether the former path stands before `path`: `shared` bytes are the same in both, and the
-    /// component with the first difference begins at `start`.
-    [[nodiscard]] bool precedes(std::string_view path, std::size_t shared, std::size_t start) const
-    {
-        const std::string_view before = former;
-        if (shared == before.size() || shared == path.size()) {
-            return shared == before.size() && shared < path.size()
-                   && (path[shared] == '/' || localizedStandardCompare(before, path) < 0);
-        }
-        const auto component = [start](std::string_view text) {
-            return text.substr(start, text.find('/', start) - start);
-        };
-        return localizedStandardCompareNames(component(before), component(path)) < 0;
-    }
 
     /// Makes `ancestors` those of `path`, the former path and its ancestors being the candidates;
     /// returns where the rest of the path begins. `size` is how many entries there are.
     std::size_t enter(std::string_view path, std::size_t shared, std::size_t size)
     {
         if (size > 0) {
-            ancestors.push_back({static_cast<Index>(size - 1), former.size()});
+            ancestors.push_back({static_cast<Index>(size - 1), sequence.former().size()});
         }
         while (!ancestors.empty()) {
             const std::size_t length = ancestors.back().pathLength;
@@ -220,17 +205,12 @@ void SnapshotEntriesBuilder::addPath(std::string_view relativePath, Bytes alloca
     }
     PathState& state = *paths_;
     // What this path has in common with the former one was looked at then.
-    const std::size_t shared = commonPrefix(state.former, relativePath);
-    const std::size_t slash =
-        shared == 0 ? std::string_view::npos : relativePath.rfind('/', shared - 1);
-    const std::size_t start = slash == std::string_view::npos ? 0 : slash + 1;
-    if (!isWellFormedEntryPath(relativePath, start)) {
+    const PathSequence::Difference at = state.sequence.difference(relativePath);
+    if (!isWellFormedEntryPath(relativePath, at.start)) {
         throw InvalidEntryPath();
     }
-    if (state.isOrdered) {
-        state.isOrdered = table_->size() == 0 || state.precedes(relativePath, shared, start);
-    }
-    const std::size_t nameStart = state.enter(relativePath, shared, table_->size());
+    state.isOrdered = state.isOrdered && state.sequence.precedes(relativePath, at);
+    const std::size_t nameStart = state.enter(relativePath, at.shared, table_->size());
     const std::string_view name = relativePath.substr(nameStart);
     if (name.size() > NameArena::longestName) {
         throw InvalidEntryPath();
@@ -238,7 +218,7 @@ void SnapshotEntriesBuilder::addPath(std::string_view relativePath, Bytes alloca
     const Index parent =
         state.ancestors.empty() ? SnapshotTable::noIndex : state.ancestors.back().index;
     table_->push(parent, table_->names.add(name), allocatedSize, modifiedAt, kind, isDirectory);
-    state.former.replace(shared, std::string::npos, relativePath.substr(shared));
+    state.sequence.take(relativePath, at);
 }
 
 std::size_t SnapshotEntriesBuilder::size() const noexcept

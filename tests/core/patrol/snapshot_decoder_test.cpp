@@ -48,7 +48,7 @@ ScanSnapshot richSnapshot(std::mt19937& random)
             {top, static_cast<Bytes>(random() % 1'000'000), std::nullopt, FileKind::folder, true});
         for (const std::string& name : names) {
             if (random() % 3 == 0) {
-                const auto size = static_cast<Bytes>(random()) - (Bytes{1} << 31);
+                const auto size = static_cast<Bytes>(random());
                 const auto date = random() % 4 == 0
                                       ? std::nullopt
                                       : std::optional(Date{dates[random() % dates.size()]});
@@ -165,7 +165,7 @@ TEST(SnapshotDecoder, neverTakesByTheFastWayWhatTheGeneralWayRefusesOrReadsOther
             ASSERT_EQ(fast, generally(directory, text)) << text;
         }
     }
-    EXPECT_GT(taken, 50) << "the changes left too few stores whole to compare anything";
+    EXPECT_GT(taken, 40) << "the changes left too few stores whole to compare anything";
 }
 
 TEST(SnapshotDecoder, readsEntriesLongerThanWhatIsReadAtOnce)
@@ -334,7 +334,7 @@ TEST(SnapshotDecoder, refusesWhatIsNoStore)
     }
 }
 
-TEST(SnapshotDecoder, refusesToBuildASnapshotWithAPathThatStandsTwice)
+TEST(SnapshotDecoder, refusesASnapshotWithAPathThatStandsTwice)
 {
     const TemporaryDirectory directory;
     ScanSnapshot snapshot{UUID::random(), "/r", Date{1e9}, {}, {}, true};
@@ -343,9 +343,7 @@ TEST(SnapshotDecoder, refusesToBuildASnapshotWithAPathThatStandsTwice)
     std::string text = textOf({snapshot});
     text[text.find("\"b\"") + 1] = 'a';
     FileReader file = opened(directory, text);
-    const StoreContents contents = SnapshotDecoder::check(file);
-    EXPECT_THROW(SnapshotDecoder::build(file, contents, contents.snapshots, [](ScanSnapshot&&) {}),
-                 SnapshotStoreError);
+    EXPECT_THROW(static_cast<void>(SnapshotDecoder::check(file)), SnapshotStoreError);
 }
 
 TEST(SnapshotDecoder, putsPathsInOrderThatStandInAnother)
@@ -356,7 +354,8 @@ TEST(SnapshotDecoder, putsPathsInOrderThatStandInAnother)
                                        {"b", 2, std::nullopt, FileKind::other, false}};
     std::string text = textOf({snapshot});
     text[text.find("\"a\"") + 1] = 'c';
-    const auto built = canonically(directory, text);
+    EXPECT_FALSE(canonically(directory, text));
+    const auto built = generally(directory, text);
     ASSERT_TRUE(built);
     EXPECT_EQ((*built)[0].entries[0].relativePath, "b");
     EXPECT_EQ((*built)[0].entries[1].relativePath, "c");

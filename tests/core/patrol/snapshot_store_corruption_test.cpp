@@ -260,4 +260,54 @@ TEST_F(SnapshotStoreCorruptionTest, deepNestingIsCorruptAndNoOverflow)
               Verdict::corrupt);
 }
 
+TEST_F(SnapshotStoreCorruptionTest, aPathThatStandsTwiceIsCorruptForEveryCall)
+{
+    const std::string entry =
+        R"({"relativePath":"z","allocatedSize":0,"modifiedAt":"1969-12-31T23:59:59Z",)"
+        R"("kind":"other","isDirectory":false})";
+    // Side by side, apart, and in a form that only the general reader knows.
+    for (const std::string& content : {with(entry, entry + "," + entry),
+                                       with(R"("entries":[{)", R"("entries":[)" + entry + ",{"),
+                                       " " + with(entry, entry + "," + entry)}) {
+        EXPECT_EQ(verdict(content), Verdict::corrupt) << content;
+        EXPECT_EQ(outcome([this] { static_cast<void>(store.lastCaptures()); }), Verdict::corrupt);
+    }
+}
+
+TEST_F(SnapshotStoreCorruptionTest, entriesInAnotherOrderAreAStoreAndComeBackInOrder)
+{
+    const std::string entry =
+        R"({"relativePath":"zz","allocatedSize":0,"kind":"other","isDirectory":false})";
+    EXPECT_EQ(verdict(with(R"("entries":[{)", R"("entries":[)" + entry + ",{")), Verdict::good);
+    const SnapshotEntries entries = store.snapshots("/r\xfe").front().entries;
+    ASSERT_EQ(entries.size(), 4U);
+    EXPECT_EQ(entries[3].relativePath, "zz");
+    // A save writes it in the one form.
+    store.save(test::snapshotOf({}));
+    EXPECT_EQ(store.snapshots("/r\xfe").front().entries, entries);
+    EXPECT_LT(disk.read("s.json").find(R"("z")"), disk.read("s.json").find(R"("zz")"));
+}
+
+TEST_F(SnapshotStoreCorruptionTest, aNegativeSizeIsCorrupt)
+{
+    for (const char* front : {"", " "}) {
+        EXPECT_EQ(verdict(front + with(R"("allocatedSize":0)", R"("allocatedSize":-1)")),
+                  Verdict::corrupt);
+    }
+}
+
+TEST_F(SnapshotStoreCorruptionTest, sizesWhoseSumLeavesTheRangeAreCorrupt)
+{
+    // With the 9,007,199,254,745,089 bytes of the other two entries.
+    const std::string most = "9214364837600030718";
+    const std::string tooMany = "9214364837600030719";
+    for (const char* front : {"", " "}) {
+        const auto holding = [&](const std::string& size) {
+            return front + with(R"("allocatedSize":0)", R"("allocatedSize":)" + size);
+        };
+        EXPECT_EQ(verdict(holding(most)), Verdict::good);
+        EXPECT_EQ(verdict(holding(tooMany)), Verdict::corrupt);
+    }
+}
+
 }  // namespace gruk

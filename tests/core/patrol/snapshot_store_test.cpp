@@ -285,4 +285,14 @@ TEST(SnapshotStorePermissions, aFileThatMayNotBeReadIsCorrupt)
         disk));
 }
 
+TEST_F(SnapshotStoreTest, anIdStandsOnceInTheWholeFileAlsoUnderAnotherRoot)
+{
+    saveAt("/a", {10, 20});
+    ScanSnapshot moved = store.snapshots("/a").front();
+    moved.rootPath = "/b";
+    store.save(moved);
+    EXPECT_EQ(store.snapshots("/b"), Snapshots{moved});
+    EXPECT_EQ(dates("/a"), Dates{20});
+}
+
 }  // namespace gruk
