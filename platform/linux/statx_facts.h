@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <optional>
 
@@ -18,10 +19,13 @@ inline constexpr unsigned statxMask = STATX_TYPE | STATX_MODE | STATX_NLINK | ST
 /// triggering an automatic mount, and without making a network server flush first.
 inline constexpr int statxFlags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
 
-/// The moment of a timestamp. A double holds today's dates to about a quarter of a microsecond.
+/// The moment of a timestamp. A double holds today's dates to about a quarter of a microsecond; the
+/// last fractions of a second are not rounded up into the next.
 [[nodiscard]] inline Date dateFrom(const struct statx_timestamp& stamp)
 {
-    return {static_cast<double>(stamp.tv_sec) + static_cast<double>(stamp.tv_nsec) / 1e9};
+    const auto second = static_cast<double>(stamp.tv_sec);
+    const double moment = second + static_cast<double>(stamp.tv_nsec) / 1e9;
+    return {moment < second + 1 ? moment : std::nextafter(second + 1, second)};
 }
 
 /// The type of an item from its mode.

@@ -275,6 +275,26 @@ TEST(SnapshotScannerLive, datesBefore1970AndAfter2106AreKept)
     }
 }
 
+TEST(SnapshotScannerLive, theLastFractionOfASecondIsDroppedTowardsThePastInEveryYear)
+{
+    const test::TemporaryDirectory disk;
+    for (const time_t second : {-2'000'000'000L, -315'619'200L, -1L, 0L, 978'307'199L,
+                                1'795'000'000L, 4'323'456'000L, 15'000'000'000L}) {
+        const timespec times[2] = {{second, 999'999'999}, {second, 999'999'999}};
+        const std::string name = std::to_string(second);
+        const std::string path = disk.file(name);
+        ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+        struct stat facts {};
+        ASSERT_EQ(::stat(path.c_str(), &facts), 0);
+        if (facts.st_mtim.tv_sec != second) {
+            continue;  // This file system does not keep such a date.
+        }
+        const std::optional<Date> modified = entry(scan(disk.url()), name).modifiedAt;
+        ASSERT_TRUE(modified);
+        EXPECT_EQ(iso8601::text(*modified), iso8601::text(Date{static_cast<double>(second)}));
+    }
+}
+
 TEST(SnapshotScannerLive, aFolderThatVanishesInTheWalkHasDisappearedAndKeepsItsEntry)
 {
     const test::TemporaryDirectory disk;
