@@ -7,6 +7,7 @@
 #include "app/model/failure_log.h"
 #include "app/model/model_copy.h"
 #include "app/model/setting_keys.h"
+#include "core/patrol/outermost_findings.h"
 
 namespace gruk {
 
@@ -116,9 +117,13 @@ void AppModel::takeOut(const TrashOperation& operation, const std::vector<std::s
     std::ranges::copy_if(findings(), std::back_inserter(*left),
                          [&](const ReviewFinding& finding) { return !gone.contains(finding.id); });
     RemovedBytesByPath removed = liveRemovedBytesByPath_;
+    std::vector<FileURL> places;
     for (const TrashedItem& item : operation.moved) {
         removed[relativePath(item.originalURL, *activeRootURL_)] = item.allocatedSize;
+        places.push_back(item.originalURL);
     }
+    // What lay in a folder has gone with it.
+    *left = OutermostFindings::outside(std::move(*left), places);
     // The way back stands before anybody hears of the move.
     lastTrashRoot_ = activeRootURL_;
     assign(lastTrashOperation_, operation, &AppModel::lastTrashOperationChanged);

@@ -16,6 +16,7 @@
 #include "app/screens/section_title.h"
 #include "app/screens/trash_questions.h"
 #include "app/theme/text.h"
+#include "core/patrol/outermost_findings.h"
 
 namespace gruk {
 
@@ -164,7 +165,8 @@ SelectionState FindingsSection::selectionState() const
     state.hasFilter = reasonFilter_.has_value();
     state.selected = selection_.ids.size();
     state.notShown = state.selected - static_cast<std::size_t>(shown);
-    state.bytes = selection_.selectedBytes(model_.findings());
+    state.bytes =
+        OutermostFindings::among(selection_, model_.findings()).selectedBytes(model_.findings());
     return state;
 }
 

@@ -10,6 +10,7 @@
 #include "app/theme/label.h"
 #include "app/theme/layouts.h"
 #include "app/theme/text.h"
+#include "core/patrol/outermost_findings.h"
 #include "core/patrol/patrol_copy.h"
 
 namespace gruk {
@@ -74,15 +75,16 @@ BaselineNote::BaselineNote(AppModel& model, Theme& theme, QWidget* parent)
 
     const auto showModel = [this, &model, headline] {
         const AppModel::Snapshot& latest = model.latestSnapshot();
-        setVisible(latest && !model.previousSnapshot());
+        const bool isFirst = latest && !model.previousSnapshot();
+        setVisible(isFirst);
         const auto isNothing = [](const ReviewFinding& each) { return each.allocatedSize < 1; };
         // What went to the Trash was found: of nothing left it is not said that there was nothing.
         headline->setVisible(!model.haveFindingsLeft()
                              || !std::ranges::all_of(model.findings(), isNothing));
-        if (latest) {
+        if (isFirst) {
             headline->setText(displayString(PatrolCopy::summary(
-                model.findings(), static_cast<std::int64_t>(latest->issues.size()),
-                latest->isComplete)));
+                OutermostFindings::among(model.findings()),
+                static_cast<std::int64_t>(latest->issues.size()), latest->isComplete)));
         }
     };
     auto* repaint = new RepaintOnce(showModel, this);

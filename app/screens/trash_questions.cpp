@@ -4,6 +4,7 @@
 
 #include "app/screens/confirmation_dialog.h"
 #include "app/theme/text.h"
+#include "core/patrol/outermost_findings.h"
 
 namespace gruk::TrashQuestions {
 
@@ -22,6 +23,17 @@ QString kindName(FileIdentity::Kind kind)
         break;
     }
     return QStringLiteral("Filesystem item");
+}
+
+/// What a batch of findings may hide: that of some files nothing is left over.
+QString copiesNote(std::size_t files)
+{
+    if (files == 0) {
+        return {};
+    }
+    const QString count = groupedNumber(static_cast<qint64>(files));
+    return QStringLiteral("Among them are both copies of %1 %2.\n\n")
+        .arg(count, files == 1 ? QStringLiteral("file") : QStringLiteral("files"));
 }
 
 void ask(Theme& theme, const Confirmation& confirmation, const QString& name, QWidget& place,
@@ -59,22 +71,26 @@ void askToTrash(AppModel& model, Theme& theme, const ReviewFinding& finding, QWi
 void askToTrash(AppModel& model, Theme& theme, std::vector<ReviewFinding> findings, QWidget& place,
                 std::function<void()> trashed)
 {
+    // What lies in a folder that moves is neither counted nor moved by itself.
+    std::vector<ReviewFinding> outermost = OutermostFindings::among(findings);
     Bytes bytes = 0;
-    for (const ReviewFinding& finding : findings) {
+    for (const ReviewFinding& finding : outermost) {
         bytes = checkedAdd(bytes, finding.allocatedSize);
     }
     const Confirmation confirmation = {
         QStringLiteral("Move %1 items to Trash?")
             .arg(groupedNumber(static_cast<qint64>(findings.size()))),
-        QStringLiteral("Together they hold %1. The Gruk will check each item hasn't changed since "
-                       "you selected it, use only the system Trash, and tell you honestly about "
-                       "anything it had to skip.")
-            .arg(bytesText(bytes)),
+        copiesNote(OutermostFindings::filesWithoutACopyLeft(findings))
+            + QStringLiteral(
+                  "Together they hold %1. The Gruk will check each item hasn't changed since "
+                  "you selected it, use only the system Trash, and tell you honestly "
+                  "about anything it had to skip.")
+                  .arg(bytesText(bytes)),
         QStringLiteral("Move to Trash"),
         QStringLiteral("Cancel"),
     };
     ask(theme, confirmation, QStringLiteral("batchTrashQuestion"), place, model,
-        [&model, findings = std::move(findings), trashed = std::move(trashed)] {
+        [&model, findings = std::move(outermost), trashed = std::move(trashed)] {
             model.moveFindingsToTrash(findings);
             trashed();
         });

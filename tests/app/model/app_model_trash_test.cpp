@@ -233,6 +233,18 @@ TEST_F(AppModelTrash, aFailedActionLeavesAnEarlierUndoPossible)
     EXPECT_TRUE(stands("a.dmg"));
 }
 
+TEST_F(AppModelTrash, aFindingInAFolderThatWentGoesWithIt)
+{
+    house.directory.file("realm/p/node_modules/x", 20'480);
+    house.directory.file("realm/p/node_modules/x (1)", 20'480);
+    house.patrol();
+    ASSERT_NO_THROW(static_cast<void>(finding("x (1)")));
+    house.allowTrash();
+    trash(finding("node_modules"));
+    EXPECT_EQ(model().findings().size(), 3U);
+    EXPECT_THROW(static_cast<void>(finding("x (1)")), std::runtime_error);
+}
+
 TEST_F(AppModelTrash, aFinishedPatrolForgetsWhatWasRemoved)
 {
     house.allowTrash();

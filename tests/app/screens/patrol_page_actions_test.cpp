@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 
 #include <QAbstractButton>
@@ -437,6 +438,53 @@ TEST(PatrolPageActions, aNewRegionIsAnnounced)
     house.directory.file("Home/quarry/stone", 40'960);
     house.patrol();
     EXPECT_TRUE(house.shows(QStringLiteral("New region discovered, m'lord: quarry (41 KB).")));
+}
+
+TEST(PatrolPageActions, aFindingInAFolderThatIsOneTooCountsOnceInTheSelectionAndInTheQuestion)
+{
+    PatrolPageHouse house;
+    house.makeDuplicate("Home/p/node_modules", 81'920);
+    house.makePatrolledRealm("Home");
+    EXPECT_TRUE(house.shows(QStringLiteral("The Gruk found 164 KB you can take back today. You "
+                                           "don't need to organise anything.")));
+    house.allowTrash();
+    house.settle();
+    house.button(QStringLiteral("Select all"))->click();
+    house.repaint();
+    EXPECT_TRUE(house.shows(QStringLiteral("2 selected · 164 KB")));
+    house.button(QStringLiteral("Move 2 to Trash…"))->click();
+    house.repaint();
+    QWidget* asked = house.question("batchTrashQuestion");
+    ASSERT_NE(asked, nullptr);
+    const QString text = textIn(asked);
+    EXPECT_TRUE(text.contains(QStringLiteral("Together they hold 164 KB."))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("both copies of 1 file"))) << text.toStdString();
+    house.answer("batchTrashQuestion", "Move to Trash");
+    EXPECT_EQ(house.model->lastActionMessage(), "Moved 1 of 1 to the Trash — 164 KB taken back.");
+    EXPECT_TRUE(house.rows().empty());
+}
+
+TEST(PatrolPageActions, aBatchOfADuplicateAndItsOriginalSaysSo)
+{
+    PatrolPageHouse house;
+    house.directory.file("Home/x (1).dmg", 40'960);
+    // An old installer as well.
+    std::filesystem::last_write_time(house.directory.file("Home/x.dmg", 40'960),
+                                     std::filesystem::file_time_type::clock::now()
+                                         - std::chrono::hours(24 * 40));
+    house.makePatrolledRealm("Home");
+    house.allowTrash();
+    house.settle();
+    house.button(QStringLiteral("Select all"))->click();
+    house.repaint();
+    house.button(QStringLiteral("Move 2 to Trash…"))->click();
+    house.repaint();
+    EXPECT_EQ(
+        textIn(house.question("batchTrashQuestion")),
+        QStringLiteral("Move 2 items to Trash?|Among them are both copies of 1 file.\n\nTogether "
+                       "they hold 82 KB. The Gruk will check each item hasn't changed since you "
+                       "selected it, use only the system Trash, and tell you honestly about "
+                       "anything it had to skip."));
 }
 
 }  // namespace gruk
