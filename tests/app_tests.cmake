@@ -61,6 +61,8 @@ gruk_add_tests(gruk_app_tests
     app/screens/findings_section_test.cpp
     app/screens/folder_name_test.cpp
     app/screens/gruk_app_test.cpp
+    app/screens/key_press_test.cpp
+    app/screens/long_names_test.cpp
     app/screens/main_window_focus_test.cpp
     app/screens/main_window_test.cpp
     app/screens/menu_bar_entries_test.cpp
@@ -123,8 +125,8 @@ add_dependencies(gruk_app_tests gruk)
 target_compile_definitions(gruk_app_tests PRIVATE
     GRUK_PACKAGING="${PROJECT_SOURCE_DIR}/packaging"
     GRUK_PROGRAM="$<TARGET_FILE:gruk>")
-# It looks up which screens there are.
-set_source_files_properties(app/screens/all_screens_test.cpp PROPERTIES
+# They look up which screens and buttons there are.
+set_source_files_properties(app/screens/all_screens_test.cpp app/screens/key_press_test.cpp PROPERTIES
     COMPILE_DEFINITIONS GRUK_SOURCE_DIRECTORY="${PROJECT_SOURCE_DIR}")
 
 # Those with threads of their own.

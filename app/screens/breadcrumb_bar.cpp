@@ -12,6 +12,7 @@
 #include "app/theme/accessible.h"
 #include "app/theme/drawing.h"
 #include "app/theme/icons.h"
+#include "app/theme/key_press.h"
 #include "app/theme/text.h"
 #include "core/browse/breadcrumb_trail.h"
 
@@ -102,11 +103,9 @@ void Crumb::paintEvent(QPaintEvent*)
 
 void Crumb::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        click();
-        return;
+    if (!clickedByReturn(*this, *event)) {
+        QAbstractButton::keyPressEvent(event);
     }
-    QAbstractButton::keyPressEvent(event);
 }
 
 BreadcrumbBar::BreadcrumbBar(AppModel& model, Theme& theme, QWidget* parent)

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "app/theme/icons.h"
+#include "app/theme/key_press.h"
 
 namespace gruk {
 
@@ -26,11 +27,9 @@ protected:
     void paintEvent(QPaintEvent*) override {}
     void keyPressEvent(QKeyEvent* event) override
     {
-        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-            click();
-            return;
+        if (!clickedByReturn(*this, *event)) {
+            QAbstractButton::keyPressEvent(event);
         }
-        QAbstractButton::keyPressEvent(event);
     }
 };
 

@@ -8,6 +8,7 @@
 #include <QTimerEvent>
 
 #include "app/theme/card_painter.h"
+#include "app/theme/key_press.h"
 
 namespace gruk {
 
@@ -185,7 +186,9 @@ void BrowseTable::keyPressEvent(QKeyEvent* event)
     switch (isPlain ? event->key() : 0) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        (void)openCurrent(false);
+        if (returnPress(*event) == KeyPress::press) {
+            (void)openCurrent(false);
+        }
         return;
     case Qt::Key_Right:
         (void)openCurrent(true);

@@ -11,6 +11,7 @@
 #include "app/screens/folder_name.h"
 #include "app/screens/refusal_note.h"
 #include "app/screens/section_title.h"
+#include "app/theme/key_press.h"
 #include "core/actions/realm_rules.h"
 
 namespace gruk {
@@ -116,9 +117,11 @@ void FilingRulesForm::submit()
 bool FilingRulesForm::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == folder_ && event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        const KeyPress press = returnPress(*static_cast<QKeyEvent*>(event));
+        if (press == KeyPress::press) {
             submit();
+        }
+        if (press != KeyPress::other) {
             return true;
         }
     }

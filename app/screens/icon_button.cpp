@@ -5,6 +5,7 @@
 
 #include "app/theme/accessible.h"
 #include "app/theme/card_painter.h"
+#include "app/theme/key_press.h"
 #include "app/theme/text.h"
 
 namespace gruk {
@@ -48,11 +49,9 @@ void IconButton::paintEvent(QPaintEvent*)
 
 void IconButton::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        click();
-        return;
+    if (!clickedByReturn(*this, *event)) {
+        QAbstractButton::keyPressEvent(event);
     }
-    QAbstractButton::keyPressEvent(event);
 }
 
 void IconButton::enterEvent(QEnterEvent* event)

@@ -10,6 +10,7 @@
 #include "app/screens/section_title.h"
 #include "app/theme/accessible.h"
 #include "app/theme/button.h"
+#include "app/theme/key_press.h"
 #include "app/theme/text.h"
 
 namespace gruk {
@@ -134,9 +135,9 @@ bool OrganiseRow::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == field_ && event->type() == QEvent::KeyPress) {
         // In the field these two end the editor, and not the sheet around it.
-        switch (static_cast<QKeyEvent*>(event)->key()) {
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
+        const auto& key = static_cast<QKeyEvent&>(*event);
+        const KeyPress press = returnPress(key);
+        if (press == KeyPress::press) {
             save();
             return true;
         case Qt::Key_Escape:
@@ -144,6 +145,8 @@ bool OrganiseRow::eventFilter(QObject* watched, QEvent* event)
             return true;
         default:
             break;
+        }
+        if (press != KeyPress::other || key.key() == Qt::Key_Escape) {
         }
     }
     return Row::eventFilter(watched, event);

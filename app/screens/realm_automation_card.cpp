@@ -7,11 +7,13 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "app/screens/file_kind_copy.h"
 #include "app/screens/filing_rule_row.h"
 #include "app/screens/repaint_once.h"
 #include "app/screens/section_title.h"
 #include "app/theme/accessible.h"
 #include "app/theme/tab_order.h"
+#include "app/theme/text.h"
 
 namespace gruk {
 
@@ -44,7 +46,9 @@ RealmAutomationCard::RealmAutomationCard(AppModel& model, Theme& theme, Grant gr
                                 "memory: it's a standing order with the system, not a clock."))),
       disclosure_(new DisclosureButton(theme, QStringLiteral("Filing rules"),
                                        QStringLiteral("Filing rules"))),
-      rows_(new QVBoxLayout), form_(new FilingRulesForm(theme)), rules_(makeRules())
+      rows_(new QVBoxLayout), removalNote_(sectionNote(theme, {})),
+      undo_(new Button(theme, Button::Kind::link, QStringLiteral("Undo"))),
+      removal_(makeRemovalNote()), form_(new FilingRulesForm(theme)), rules_(makeRules())
 {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -96,9 +100,23 @@ QWidget* RealmAutomationCard::makeRules()
                                 "Screenshots, installers into Installers — set it and forget it. "
                                 "Forgetting is the feature.")));
     column->addWidget(list);
+    column->addWidget(removal_);
     column->addWidget(form_);
     connect(form_, &FilingRulesForm::addRequested, this, &RealmAutomationCard::addRule);
     return rules;
+}
+
+QWidget* RealmAutomationCard::makeRemovalNote()
+{
+    auto* note = new QWidget(this);
+    setAccessibleRole(*note, QAccessible::Notification);
+    auto* line = new QHBoxLayout(note);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(Measure::medium);
+    line->addWidget(removalNote_, 1);
+    line->addWidget(undo_);
+    connect(undo_, &QPushButton::clicked, this, &RealmAutomationCard::undoRemoval);
+    return note;
 }
 
 void RealmAutomationCard::showCadence()
@@ -122,8 +140,28 @@ void RealmAutomationCard::showRules()
         // At once, so that one of them can have the focus.
         row->show();
     }
-    form_->setFull(rules.size() >= RealmRules::maximumRulesPerRealm);
+    const bool isFull = rules.size() >= RealmRules::maximumRulesPerRealm;
+    form_->setFull(isFull);
+    showRemoval(isFull);
     chainTabStops(tabStops());
+}
+
+void RealmAutomationCard::showRemoval(bool isFull)
+{
+    // There would be no room for it.
+    const bool isOffered = !removed_.empty() && !isFull;
+    removal_->setVisible(isOffered);
+    if (!isOffered) {
+        return;
+    }
+    const RealmRule& rule = removed_.back().rule;
+    const QString text =
+        QStringLiteral("Removed: %1 files to %2")
+            .arg(nameInSentence(rule.kind), displayName(rule.destinationFolderName));
+    removalNote_->setText(text);
+    removal_->setAccessibleName(text);
+    undo_->setAccessibleDescription(text);
+    announce(*removal_);
 }
 
 void RealmAutomationCard::addRule(FileKind kind, const QString& name, bool applyAfterPatrol)
@@ -140,18 +178,42 @@ void RealmAutomationCard::addRule(FileKind kind, const QString& name, bool apply
 void RealmAutomationCard::removeRule(const UUID& id)
 {
     std::vector<RealmRule> rules = model_.realmRules(realm_);
-    const auto removed = std::ranges::find(rules, id, &RealmRule::id);
-    const auto place = static_cast<std::size_t>(removed - rules.begin());
-    std::erase_if(rules, [&](const RealmRule& rule) { return rule.id == id; });
-    model_.saveRealmRules(rules, realm_);
+    const auto found = std::ranges::find(rules, id, &RealmRule::id);
+    const auto place = static_cast<std::size_t>(found - rules.begin());
+    if (found != rules.end()) {
+        const RealmRule removed = *found;
+        rules.erase(found);
+        model_.saveRealmRules(rules, realm_);
+        // Not when it could not be saved: then the rule is still there.
+        if (model_.realmRules(realm_) == rules) {
+            removed_.push_back({removed, place});
+        }
+    }
     showRules();
     // The focus stays among the rules: on the one that has moved up.
     focusRule(place);
 }
 
+void RealmAutomationCard::undoRemoval()
+{
+    if (removed_.empty()) {
+        return;
+    }
+    const auto [rule, place] = removed_.back();
+    std::vector<RealmRule> rules = model_.realmRules(realm_);
+    const std::size_t at = std::min(place, rules.size());
+    rules.insert(rules.begin() + static_cast<std::ptrdiff_t>(at), rule);
+    model_.saveRealmRules(rules, realm_);
+    if (model_.realmRules(realm_) == rules) {
+        removed_.pop_back();
+    }
+    showRules();
+    focusRule(at);
+}
+
 void RealmAutomationCard::focusRule(std::size_t place)
 {
-    QWidget* control = disclosure_;
+    QWidget* control = removal_->isVisibleTo(rules_) ? undo_ : disclosure_;
     if (!shown_.empty()) {
         control = shown_[std::min(place, shown_.size() - 1)]->removal();
     }
@@ -170,6 +232,7 @@ std::vector<QWidget*> RealmAutomationCard::tabStops() const
     for (const FilingRuleRow* row : shown_) {
         stops.push_back(row->removal());
     }
+    stops.push_back(undo_);
     std::ranges::copy(form_->tabStops(), std::back_inserter(stops));
     return stops;
 }

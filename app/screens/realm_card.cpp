@@ -8,6 +8,7 @@
 #include "app/screens/territory_copy.h"
 #include "app/theme/button.h"
 #include "app/theme/card_painter.h"
+#include "app/theme/key_press.h"
 #include "app/theme/land_painter.h"
 #include "app/theme/shield_painter.h"
 #include "app/theme/text.h"
@@ -125,13 +126,9 @@ void RealmCard::paintTexts(QPainter& painter, const QRectF& room) const
 
 void RealmCard::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (!event->isAutoRepeat()) {
-            click();
-        }
-        return;
+    if (!clickedByReturn(*this, *event)) {
+        QPushButton::keyPressEvent(event);
     }
-    QPushButton::keyPressEvent(event);
 }
 
 void RealmCard::enterEvent(QEnterEvent* event)

@@ -10,6 +10,7 @@
 #include "app/theme/accessible.h"
 #include "app/theme/button.h"
 #include "app/theme/card_painter.h"
+#include "app/theme/key_press.h"
 #include "app/theme/shield_painter.h"
 #include "app/theme/text.h"
 #include "platform/foundation/file_url.h"
@@ -111,9 +112,8 @@ void RealmRow::paintTexts(QPainter& painter, const QRectF& text) const
 
 void RealmRow::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        click();
-        return;
+    if (!clickedByReturn(*this, *event)) {
+        QPushButton::keyPressEvent(event);
     }
     QPushButton::keyPressEvent(event);
 }

@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include "app/theme/card_painter.h"
+#include "app/theme/key_press.h"
 
 namespace gruk {
 
@@ -54,14 +55,12 @@ void SelectionBox::paintEvent(QPaintEvent*)
 
 void SelectionBox::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return
-        || event->key() == Qt::Key_Enter) {
-        if (!event->isAutoRepeat()) {
-            Q_EMIT toggleRequested(event->modifiers());
-        }
-        return;
+    const KeyPress press = returnOrSpacePress(*event);
+    if (press == KeyPress::press) {
+        Q_EMIT toggleRequested(event->modifiers());
+    } else if (press == KeyPress::other) {
+        QAbstractButton::keyPressEvent(event);
     }
-    QAbstractButton::keyPressEvent(event);
 }
 
 void SelectionBox::mousePressEvent(QMouseEvent* event)

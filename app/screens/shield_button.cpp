@@ -8,6 +8,7 @@
 #include "app/screens/shield_editor.h"
 #include "app/theme/accessible.h"
 #include "app/theme/button.h"
+#include "app/theme/key_press.h"
 #include "app/theme/land_painter.h"
 #include "app/theme/shield_painter.h"
 #include "app/theme/text.h"
@@ -63,13 +64,9 @@ void ShieldButton::paintEvent(QPaintEvent*)
 
 void ShieldButton::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (!event->isAutoRepeat()) {
-            click();
-        }
-        return;
+    if (!clickedByReturn(*this, *event)) {
+        QAbstractButton::keyPressEvent(event);
     }
-    QAbstractButton::keyPressEvent(event);
 }
 
 }  // namespace gruk

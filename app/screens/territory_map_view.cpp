@@ -12,6 +12,7 @@
 #include "app/screens/territory_map_accessible.h"
 #include "app/theme/card_painter.h"
 #include "app/theme/icons.h"
+#include "app/theme/key_press.h"
 #include "app/theme/land_painter.h"
 
 namespace gruk {
@@ -341,7 +342,7 @@ void TerritoryMapView::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
-        if (!event->isAutoRepeat()) {
+        if (returnOrSpacePress(*event) == KeyPress::press) {
             select(current_);
         }
         break;

@@ -7,6 +7,7 @@
 #include "app/theme/card_painter.h"
 #include "app/theme/tactile_press.h"
 
+#include "app/theme/key_press.h"
 namespace gruk {
 
 namespace {
@@ -190,12 +191,8 @@ void Button::paintContent(QPainter& painter, const QRectF& body) const
 
 void Button::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        // A key that stays down presses once.
-        if (!event->isAutoRepeat()) {
-            click();
-        }
-        return;
+    if (!clickedByReturn(*this, *event)) {
+        QPushButton::keyPressEvent(event);
     }
     QPushButton::keyPressEvent(event);
 }

@@ -12,6 +12,7 @@
 
 #include "app/theme/card.h"
 #include "app/theme/card_painter.h"
+#include "app/theme/key_press.h"
 
 namespace gruk {
 
@@ -235,14 +236,12 @@ bool Overlay::focusNextPrevChild(bool next)
 void Overlay::keyPressEvent(QKeyEvent* event)
 {
     event->accept();
-    if (event->isAutoRepeat()) {
-        return;
-    }
     if (event->key() == Qt::Key_Escape) {
-        reject();
-    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-               && defaultButton_ != nullptr) {
-        defaultButton_->click();
+        if (!event->isAutoRepeat()) {
+            reject();
+        }
+    } else if (defaultButton_ != nullptr) {
+        (void)clickedByReturn(*defaultButton_, *event);
     }
 }
 

@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "app/theme/key_press.h"
+
 namespace gruk {
 
 namespace {
@@ -42,13 +44,9 @@ void Toggle::slide()
 
 void Toggle::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (!event->isAutoRepeat()) {
-            click();
-        }
-        return;
+    if (!clickedByReturn(*this, *event)) {
+        QCheckBox::keyPressEvent(event);
     }
-    QCheckBox::keyPressEvent(event);
 }
 
 void Toggle::paintEvent(QPaintEvent*)

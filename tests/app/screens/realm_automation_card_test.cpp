@@ -216,6 +216,47 @@ TEST_F(AutomationCard, removesTheRuleWhoseButtonWasPressed)
     EXPECT_FALSE(says(QStringLiteral("Second")));
 }
 
+TEST_F(AutomationCard, holdingReturnOnARemovalTakesOneRuleAway)
+{
+    openRules();
+    for (const char* folder : {"First", "Second", "Third"}) {
+        add(FileKind::image, QString::fromLatin1(folder));
+    }
+    card.findChildren<FilingRuleRow*>().constFirst()->removal()->setFocus(Qt::TabFocusReason);
+    QTest::keyPress(card.focusWidget(), Qt::Key_Return);
+    for (int repeat = 0; repeat < 10; ++repeat) {
+        house.repaint();
+        QKeyEvent again(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+        QCoreApplication::sendEvent(card.focusWidget(), &again);
+    }
+    EXPECT_EQ(house.model->realmRules(realm).size(), 2U);
+}
+
+TEST_F(AutomationCard, rulesThatWereRemovedArePutBackWhereTheyStood)
+{
+    openRules();
+    add(FileKind::image, QStringLiteral("First"));
+    add(FileKind::pdf, QStringLiteral("Second"));
+    add(FileKind::image, QStringLiteral("Third"));
+    const std::vector<RealmRule> before = house.model->realmRules(realm);
+    EXPECT_EQ(button("Undo"), nullptr);
+    card.findChildren<FilingRuleRow*>().at(1)->removal()->click();
+    house.repaint();
+    EXPECT_TRUE(says(QStringLiteral("Removed: PDF files to Second")));
+    EXPECT_EQ(button("Undo")->accessibleDescription(),
+              QStringLiteral("Removed: PDF files to Second"));
+    card.findChildren<FilingRuleRow*>().constFirst()->removal()->click();
+    house.repaint();
+    EXPECT_TRUE(says(QStringLiteral("Removed: image files to First")));
+    ASSERT_EQ(house.model->realmRules(realm).size(), 1U);
+    button("Undo")->click();
+    button("Undo")->click();
+    house.repaint();
+    EXPECT_EQ(house.model->realmRules(realm), before);
+    EXPECT_EQ(button("Undo"), nullptr);
+    EXPECT_EQ(card.focusWidget(), card.findChildren<FilingRuleRow*>().at(1)->removal());
+}
+
 TEST_F(AutomationCard, atTwentyRulesTheFormSaysThatTheLimitIsReached)
 {
     openRules();
@@ -262,7 +303,7 @@ TEST_F(AutomationCard, tabGoesThroughTheCardAsItStandsOnTheScreen)
     EXPECT_EQ(test::tabStopsIn(card), before + QStringList({image, pdf}) + after);
     card.findChildren<FilingRuleRow*>().constFirst()->removal()->click();
     house.repaint();
-    EXPECT_EQ(test::tabStopsIn(card), before + QStringList({pdf}) + after);
+    EXPECT_EQ(test::tabStopsIn(card), before + QStringList({pdf, QStringLiteral("Undo")}) + after);
 }
 
 TEST_F(AutomationCard, rulesOfARealmThatWasGrantedWithALongWayStandUnderItsPath)
