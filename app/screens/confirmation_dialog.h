@@ -3,6 +3,8 @@
 #include "app/theme/button.h"
 #include "app/theme/sheet.h"
 
+class QScrollBar;
+
 namespace gruk {
 
 /// What a confirmation asks.
@@ -26,6 +28,13 @@ class ConfirmationDialog : public Sheet {
 public:
     /// Over the window of `anyWidget`.
     ConfirmationDialog(Theme& theme, const Confirmation& confirmation, QWidget* anyWidget);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    /// Of the words, which scroll where the window is too small for all of them.
+    QScrollBar* scrollBar_ = nullptr;
 };
 
 }  // namespace gruk

@@ -22,7 +22,6 @@ namespace gruk {
 namespace {
 
 constexpr int panelIndent = Measure::iconSize + Measure::medium;
-constexpr int tallestText = 100'000;
 
 /// A small outlined word.
 class OutlinedLabel : public Label {
@@ -156,10 +155,7 @@ int FindingRow::openExtra(const Theme& theme, const ReviewFinding& finding, int 
     int height = 2 * Measure::medium + Measure::small;
     const auto texts = panelTexts(finding);
     for (const PanelText& part : texts) {
-        const QFontMetrics metrics(theme.font(part.style));
-        height +=
-            metrics.boundingRect(QRect(0, 0, textWidth, tallestText), Qt::TextWordWrap, part.text)
-                .height();
+        height += wrappedHeight(part.text, theme.font(part.style), textWidth);
     }
     return height + static_cast<int>(texts.size() - 1) * Measure::small;
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <QPainter>
-#include <QTextLayout>
 
 #include "app/theme/accessible.h"
 #include "app/theme/text.h"
@@ -44,25 +43,7 @@ int WrappedLabel::heightForWidth(int width) const
 
 QStringList WrappedLabel::lines(int width) const
 {
-    const QString whole = text();
-    QTextLayout layout(whole, font());
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
-    QStringList lines;
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width);
-        const bool isLast = lines.size() + 1 == mostLines_;
-        const QString rest = whole.mid(line.textStart());
-        lines.append(isLast ? fontMetrics().elidedText(rest, Qt::ElideMiddle, width)
-                            : rest.left(line.textLength()));
-        if (isLast) {
-            break;
-        }
-    }
-    layout.endLayout();
-    return lines;
+    return wrappedLines(text(), font(), width, mostLines_);
 }
 
 void WrappedLabel::paintEvent(QPaintEvent*)

@@ -1,6 +1,9 @@
 #include "app/theme/label.h"
 
+#include <algorithm>
+
 #include <QPainter>
+#include <QStyle>
 
 #include "app/theme/accessible.h"
 #include "app/theme/text.h"
@@ -8,6 +11,11 @@
 namespace gruk {
 
 namespace {
+
+/// How many characters a line has at most where there is room for more, as the toolkit has it.
+constexpr int widestLine = 80;
+/// A word of so many average characters is not broken while the layout has the room to give.
+constexpr int longestWholeWord = 24;
 
 bool isHeading(TextStyle style)
 {
@@ -48,6 +56,60 @@ void Label::recolour()
     const Role role = textRole(role_);
     colours.setColor(QPalette::WindowText, theme_.colour(role, opacity_));
     setPalette(colours);
+}
+
+QSize Label::sizeHint() const
+{
+    const QSize hint = QLabel::sizeHint();
+    if (!wordWrap()) {
+        return hint;
+    }
+    const QMargins around = contentsMargins();
+    const int widest =
+        fontMetrics().averageCharWidth() * widestLine + around.left() + around.right();
+    const int width = std::min({hint.width(), widest, maximumWidth()});
+    return {width, heightForWidth(width)};
+}
+
+QSize Label::minimumSizeHint() const
+{
+    const QSize hint = QLabel::minimumSizeHint();
+    const int longestWord = fontMetrics().averageCharWidth() * longestWholeWord;
+    return wordWrap() ? QSize(std::min(hint.width(), longestWord), hint.height()) : hint;
+}
+
+int Label::heightForWidth(int width) const
+{
+    if (!wordWrap()) {
+        return QLabel::heightForWidth(width);
+    }
+    const QMargins around = contentsMargins();
+    return wrappedHeight(text(), font(), width - around.left() - around.right()) + around.top()
+           + around.bottom();
+}
+
+void Label::paintEvent(QPaintEvent* event)
+{
+    if (!wordWrap()) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    const QStringList lines = wrappedLines(text(), font(), contentsRect().width());
+    const QFontMetrics metrics = fontMetrics();
+    const int height =
+        static_cast<int>(lines.size() - 1) * metrics.lineSpacing() + metrics.height();
+    QRect line = QStyle::alignedRect(Qt::LeftToRight, alignment(),
+                                     QSize(contentsRect().width(), height), contentsRect());
+    line.setHeight(metrics.height());
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    const auto direction = text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+    const auto across = static_cast<int>(QStyle::visualAlignment(direction, alignment())
+                                         & Qt::AlignHorizontal_Mask);
+    for (const QString& each : lines) {
+        painter.drawText(line, across | Qt::AlignVCenter | Qt::TextSingleLine, each);
+        line.translate(0, metrics.lineSpacing());
+    }
 }
 
 ElidedLabel::ElidedLabel(Theme& theme, TextStyle style, Qt::TextElideMode mode, QWidget* parent)

@@ -7,7 +7,9 @@
 
 namespace gruk {
 
-/// Plain text in one of the theme's fonts and colours. Never takes markup.
+/// Plain text in one of the theme's fonts and colours. Never takes markup. One that wraps does so
+/// between words, and within one that is too long for a line, so that no name makes it wider than
+/// its place.
 class Label : public QLabel {
     Q_OBJECT
 
@@ -17,8 +19,13 @@ public:
     /// In this role, or in the nearest that can be read (`textRole`).
     void setColour(Role role, double opacity = Strength::full);
 
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] int heightForWidth(int width) const override;
+
 protected:
     [[nodiscard]] Theme& theme() const { return theme_; }
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void recolour();

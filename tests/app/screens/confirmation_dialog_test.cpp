@@ -1,8 +1,11 @@
 #include "app/screens/confirmation_dialog.h"
 
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <gtest/gtest.h>
 
+#include "app/theme/label.h"
 #include "tests/support/theme_window.h"
 
 namespace gruk {
@@ -19,13 +22,12 @@ protected:
         opener_->setFocus();
     }
 
-    void ask()
+    void ask(const QString& title = QStringLiteral("Move it?"),
+             const QString& message = QStringLiteral("It goes to the system Trash."))
     {
         dialog_ = new ConfirmationDialog(
             window_.theme,
-            {QStringLiteral("Move it?"), QStringLiteral("It goes to the system Trash."),
-             QStringLiteral("Move to Trash"), QStringLiteral("Cancel")},
-            opener_);
+            {title, message, QStringLiteral("Move to Trash"), QStringLiteral("Cancel")}, opener_);
         QObject::connect(dialog_, &Sheet::accepted, &window_, [this] { ++accepted_; });
         QObject::connect(dialog_, &Sheet::rejected, &window_, [this] { ++rejected_; });
         dialog_->open();
@@ -178,6 +180,49 @@ TEST_F(ConfirmationDialogTest, isNotConfirmedByAThirdClickRightAfterTheSecond)
     EXPECT_TRUE(dialog_->isOpen());
     click(QEvent::MouseButtonPress, 5'200 + 2 * quint64(QApplication::doubleClickInterval()));
     EXPECT_EQ(accepted_, 1);
+}
+
+TEST_F(ConfirmationDialogTest, showsANameAndAPathWithoutABlankWholeAndItsButtonsToo)
+{
+    const QString name(200, QLatin1Char('m'));
+    const QString path = QLatin1Char('/') + QString(800, QLatin1Char('w'));
+    for (const int length : {86, 200}) {
+        ask(QStringLiteral("Move %1 to Trash?").arg(name.left(length)),
+            QStringLiteral("File · 4 KB\n%1\n\nGruk will use it.").arg(path));
+        test::ThemeWindow::rest();
+        const QRect room = window_.rect();
+        for (const char* text : {"Cancel", "Move to Trash"}) {
+            const QRect place(button(text)->mapTo(&window_, QPoint()), button(text)->size());
+            EXPECT_TRUE(room.contains(place)) << text << ", " << length;
+            EXPECT_GE(place.width(), button(text)->sizeHint().width());
+        }
+        for (const Label* label : dialog_->findChildren<Label*>()) {
+            EXPECT_TRUE(label->text().contains(name.left(length)) || label->text().contains(path));
+            EXPECT_LE(label->width(), room.width());
+            EXPECT_GE(label->height(), label->heightForWidth(label->width())) << "cut off";
+        }
+        dialog_->reject();
+        test::ThemeWindow::rest();
+    }
+}
+
+TEST_F(ConfirmationDialogTest, wordsThatTheWindowHasNoRoomForScrollByKeysAboveTheButtons)
+{
+    ask(QStringLiteral("Move it?"), QString(4'000, QLatin1Char('w')));
+    test::ThemeWindow::rest();
+    const auto* area = dialog_->findChild<QScrollArea*>();
+    ASSERT_GT(area->verticalScrollBar()->maximum(), 0);
+    EXPECT_LE(area->widget()->width(), area->viewport()->width());
+    EXPECT_GT(area->height(), window_.height() / 2);
+    const QRect place(button("Cancel")->mapTo(&window_, QPoint()), button("Cancel")->size());
+    EXPECT_TRUE(window_.rect().contains(place));
+    EXPECT_EQ(area->verticalScrollBar()->value(), 0);
+    window_.key(Qt::Key_End);
+    EXPECT_EQ(area->verticalScrollBar()->value(), area->verticalScrollBar()->maximum());
+    window_.key(Qt::Key_Home);
+    window_.key(Qt::Key_PageDown);
+    EXPECT_GT(area->verticalScrollBar()->value(), 0);
+    EXPECT_TRUE(dialog_->isOpen());
 }
 
 }  // namespace gruk

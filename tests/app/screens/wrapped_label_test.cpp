@@ -39,7 +39,7 @@ TEST_F(WrappedLabelTest, neverTakesMoreLinesThanItMayAndKeepsTheWholeTextInItsTo
     const QString name(5'000, QLatin1Char('m'));
     EXPECT_EQ(linesOf(name), 3);
     EXPECT_EQ(label.text(), name);
-    EXPECT_TRUE(label.toolTip().contains(name));
+    EXPECT_TRUE(label.toolTip().remove(QChar(0x200B)).contains(name));
 }
 
 }  // namespace gruk

@@ -6,6 +6,8 @@
 #include <QWheelEvent>
 #include <gtest/gtest.h>
 
+#include "app/theme/button.h"
+#include "app/theme/label.h"
 #include "app/theme/picker.h"
 #include "app/theme/text_field.h"
 #include "app/theme/toggle.h"
@@ -140,6 +142,31 @@ TEST(TextField, offersToClearWhatWasWrittenInInkThatFollowsTheTheme)
     clear->trigger();
     EXPECT_EQ(field->text(), QString());
     EXPECT_FALSE(clear->isVisible());
+}
+
+TEST(DisclosureButton, isAsWideOpenAsClosed)
+{
+    Theme theme;
+    DisclosureButton disclosure(theme, QStringLiteral("Why the Gruk flagged this"),
+                                QStringLiteral("Hide why"));
+    const QSize closed = disclosure.sizeHint();
+    disclosure.setOpen(true);
+    EXPECT_EQ(disclosure.sizeHint(), closed);
+    EXPECT_GT(closed.width(), disclosure.fontMetrics().horizontalAdvance(
+                                  QStringLiteral("Why the Gruk flagged it")));
+}
+
+TEST(Label, thatWrapsIsMadeNoWiderByANameWithoutABlank)
+{
+    Theme theme;
+    const Label* plain = paragraph(theme, TextStyle::body, QStringLiteral("Moved it to Trash."));
+    const Label* named = paragraph(theme, TextStyle::body, QString(200, QLatin1Char('m')));
+    constexpr int narrow = 200;
+    EXPECT_LT(named->minimumSizeHint().width(), narrow);
+    EXPECT_GT(named->heightForWidth(narrow), 10 * plain->heightForWidth(narrow));
+    EXPECT_EQ(plain->heightForWidth(narrow), plain->fontMetrics().height());
+    delete plain;
+    delete named;
 }
 
 }  // namespace gruk
