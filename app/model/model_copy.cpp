@@ -1,6 +1,7 @@
 #include "app/model/model_copy.h"
 
 #include "core/patrol/byte_format.h"
+#include "core/patrol/count_format.h"
 #include "platform/foundation/utf8.h"
 
 namespace gruk::ModelCopy {
@@ -13,8 +14,9 @@ std::string firstPatrolComplete(std::string_view name)
 std::string patrolComplete(std::string_view name, std::size_t changes)
 {
     const std::string complete = "Patrol of " + displayText(name) + " complete. ";
-    return changes == 0 ? complete + "No size changes since the last map."
-                        : complete + "Gruk found " + std::to_string(changes) + " changed items.";
+    return changes == 0
+               ? complete + "No size changes since the last map."
+               : complete + "Gruk found " + CountFormat::string(changes) + " changed items.";
 }
 
 std::string patrolFailed(std::string_view description)
@@ -24,9 +26,9 @@ std::string patrolFailed(std::string_view description)
 
 std::string patrolledRealms(std::size_t patrolled, std::size_t skipped)
 {
-    std::string text = "Patrolled " + std::to_string(patrolled) + " realm(s).";
+    std::string text = "Patrolled " + CountFormat::string(patrolled) + " realm(s).";
     if (skipped > 0) {
-        text += " " + std::to_string(skipped)
+        text += " " + CountFormat::string(skipped)
                 + " disconnected realm(s) skipped — regrant them from the sidebar.";
     }
     return text;
@@ -36,7 +38,7 @@ std::string automaticPatrolFinished(std::string_view name, std::int64_t findings
 {
     return "Automatic patrol of " + displayText(name) + " finished — "
            + (findings == 0 ? "nothing needs you."
-                            : std::to_string(findings) + " findings waiting.");
+                            : CountFormat::string(findings) + " findings waiting.");
 }
 
 std::string movedToTrash(std::string_view name)
@@ -46,55 +48,56 @@ std::string movedToTrash(std::string_view name)
 
 std::string movedCountToTrash(std::size_t count)
 {
-    return "Moved " + std::to_string(count) + " item to Trash.";
+    return "Moved " + CountFormat::string(count) + " item to Trash.";
 }
 
 std::string movedBatchToTrash(std::size_t moved, std::size_t total, Bytes bytes,
                               std::size_t notMoved)
 {
-    std::string text = "Moved " + std::to_string(moved) + " of " + std::to_string(total)
+    std::string text = "Moved " + CountFormat::string(moved) + " of " + CountFormat::string(total)
                        + " to the Trash — " + ByteFormat::string(bytes) + " taken back.";
     if (notMoved > 0) {
-        text += " " + std::to_string(notMoved) + " couldn't move; nothing was forced.";
+        text += " " + CountFormat::string(notMoved) + " couldn't move; nothing was forced.";
     }
     return text;
 }
 
 std::string restoredFromTrash(std::size_t count)
 {
-    return "Restored " + std::to_string(count) + " item from Trash.";
+    return "Restored " + CountFormat::string(count) + " item from Trash.";
 }
 
 std::string desktopIsClear(std::size_t moved)
 {
-    return "Done. " + std::to_string(moved) + " items stashed. Your Desktop is yours again.";
+    return "Done. " + CountFormat::string(moved) + " items stashed. Your Desktop is yours again.";
 }
 
 std::string desktopIsPartlyClear(std::size_t moved)
 {
-    return "Stashed " + std::to_string(moved) + " items. Your Desktop is yours again.";
+    return "Stashed " + CountFormat::string(moved) + " items. Your Desktop is yours again.";
 }
 
 std::string realmIsTidied(std::size_t files, std::size_t folders)
 {
-    return "Done. " + std::to_string(files) + " files filed into " + std::to_string(folders)
+    return "Done. " + CountFormat::string(files) + " files filed into "
+           + CountFormat::string(folders)
            + " folders. Your realm, tidied — you did nothing, which was the plan.";
 }
 
 std::string realmIsPartlyTidied(std::size_t files, std::size_t folders)
 {
-    return "Filed " + std::to_string(files) + " files into " + std::to_string(folders)
+    return "Filed " + CountFormat::string(files) + " files into " + CountFormat::string(folders)
            + " folders.";
 }
 
 std::string itemsNotMoved(std::size_t count)
 {
-    return std::to_string(count) + " item(s) could not be moved. Nothing else was changed.";
+    return CountFormat::string(count) + " item(s) could not be moved. Nothing else was changed.";
 }
 
 std::string itemsPutBack(std::size_t count)
 {
-    return "Put " + std::to_string(count) + " items back.";
+    return "Put " + CountFormat::string(count) + " items back.";
 }
 
 std::string launchAtLoginFailedLog(std::string_view verb, std::string_view error)

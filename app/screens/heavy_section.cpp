@@ -66,7 +66,8 @@ void HeavySection::showModel()
     makeRows({items.begin(), items.begin() + static_cast<std::ptrdiff_t>(shown)});
     introduction_->setText(PatrolText::heavyIntroduction(
         LiveRemovals::adjustedTotal(model_.latestTotalBytes(), removals)));
-    showAll_->setText(QStringLiteral("Show all %1").arg(items.size()));
+    showAll_->setText(
+        QStringLiteral("Show all %1").arg(groupedNumber(static_cast<qint64>(items.size()))));
     showAll_->setVisible(shown < items.size());
     setVisible(model_.latestSnapshot() != nullptr);
 }

@@ -15,7 +15,7 @@ std::optional<Confirmation> hoardConfirmation(const AppModel& model)
         QStringLiteral("The Gruk will move all %1 items into one folder:\n🗂 %2\n\nNothing is "
                        "deleted, nothing is sorted, nothing leaves your Desktop folder.\nOne click "
                        "puts everything back exactly where it was.")
-            .arg(QString::number(model.stashableCount(*desktop)),
+            .arg(groupedNumber(static_cast<qint64>(model.stashableCount(*desktop))),
                  displayName(model.proposedHoardName(*desktop)));
     return Confirmation{QStringLiteral("Desktop Hoard"), message, QStringLiteral("Stash it all"),
                         QStringLiteral("Cancel"), Button::Kind::primary};

@@ -69,7 +69,8 @@ QString menuBarStatus(const MenuBarState& state)
     if (state.changes == 0) {
         return QStringLiteral("No change on the last patrol");
     }
-    return QStringLiteral("%1 changes last patrol").arg(state.changes);
+    return QStringLiteral("%1 changes last patrol")
+        .arg(groupedNumber(static_cast<qint64>(state.changes)));
 }
 
 std::vector<MenuBarEntry> menuBarEntries(const MenuBarState& state)

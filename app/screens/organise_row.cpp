@@ -48,7 +48,9 @@ OrganiseRow::OrganiseRow(Theme& theme, const OrganisePlan::CategoryMove& move, Q
 
 QWidget* OrganiseRow::makeHead(const OrganisePlan::CategoryMove& move)
 {
-    setAccessibleName(QStringLiteral("%1, %2 files").arg(folder_).arg(move.files.size()));
+    setAccessibleName(QStringLiteral("%1, %2 files")
+                          .arg(folder_)
+                          .arg(groupedNumber(static_cast<qint64>(move.files.size()))));
     auto* head = new QWidget(this);
     auto* name = new ElidedLabel(theme(), TextStyle::bodyStrong, Qt::ElideMiddle);
     name->setFullText(folder_);
@@ -60,7 +62,9 @@ QWidget* OrganiseRow::makeHead(const OrganisePlan::CategoryMove& move)
     row->setSpacing(Measure::medium);
     row->addWidget(new IconLabel(theme(), iconFor(kind_), Measure::iconSize));
     row->addWidget(name, 1);
-    row->addWidget(quietFigure(theme(), QStringLiteral("%1 files").arg(move.files.size())));
+    row->addWidget(quietFigure(
+        theme(),
+        QStringLiteral("%1 files").arg(groupedNumber(static_cast<qint64>(move.files.size())))));
     row->addWidget(quietFigure(theme(), bytesText(move.totalBytes)));
     row->addWidget(pencil_);
     connect(pencil_, &QAbstractButton::clicked, this, &OrganiseRow::editRequested);
@@ -139,14 +143,11 @@ bool OrganiseRow::eventFilter(QObject* watched, QEvent* event)
         const KeyPress press = returnPress(key);
         if (press == KeyPress::press) {
             save();
-            return true;
-        case Qt::Key_Escape:
+        } else if (key.key() == Qt::Key_Escape) {
             Q_EMIT cancelRequested();
-            return true;
-        default:
-            break;
         }
         if (press != KeyPress::other || key.key() == Qt::Key_Escape) {
+            return true;
         }
     }
     return Row::eventFilter(watched, event);

@@ -96,7 +96,8 @@ QString summaryOf(const OrganisePlan& plan)
     return QStringLiteral(
                "The Gruk will gather %1 loose files into %2 folders. Nothing is deleted, "
                "nothing leaves this realm, and one click puts everything back.")
-        .arg(QString::number(fileCount(plan)), QString::number(plan.moves.size()));
+        .arg(groupedNumber(static_cast<qint64>(fileCount(plan))),
+             groupedNumber(static_cast<qint64>(plan.moves.size())));
 }
 
 }  // namespace

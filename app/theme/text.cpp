@@ -7,11 +7,11 @@
 #include <QTextLayout>
 
 #include "core/patrol/byte_format.h"
+#include "core/patrol/count_format.h"
 #include "platform/foundation/utf8.h"
 
 namespace gruk {
 
-QString displayString(std::string_view bytes)
 namespace {
 
 /// So many characters without a blank fit on any screen.
@@ -20,6 +20,7 @@ constexpr QChar zeroWidthSpace(0x200B);
 
 }  // namespace
 
+QString displayString(std::string_view bytes)
 {
     return QString::fromStdString(displayText(bytes));
 }
@@ -97,7 +98,7 @@ QString bytesText(Bytes bytes)
 
 QString groupedNumber(qint64 count)
 {
-    return QLocale().toString(count);
+    return QString::fromStdString(CountFormat::string(count));
 }
 
 }  // namespace gruk

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "core/patrol/count_format.h"
+
 namespace gruk::ByteFormat {
 
 namespace {
@@ -48,7 +50,7 @@ std::string text(std::uint64_t magnitude)
         digits /= 10;
         --after;
     }
-    std::string result = std::to_string(digits / powerOfTen(after));
+    std::string result = CountFormat::string(digits / powerOfTen(after));
     if (after > 0) {
         const std::string fraction = std::to_string(digits % powerOfTen(after));
         result += '.';

@@ -1,6 +1,7 @@
 #include "core/patrol/patrol_copy.h"
 
 #include "core/patrol/byte_format.h"
+#include "core/patrol/count_format.h"
 
 namespace gruk::PatrolCopy {
 
@@ -25,7 +26,7 @@ std::optional<std::string> coverageNote(std::int64_t issueCount, bool isComplete
 {
     if (issueCount >= 1) {
         const char* const areas = issueCount == 1 ? " area was" : " areas were";
-        return "The Gruk couldn't see everything: " + std::to_string(issueCount) + areas
+        return "The Gruk couldn't see everything: " + CountFormat::string(issueCount) + areas
                + " off-limits. What's shown covers only the parts it could reach.";
     }
     if (!isComplete) {

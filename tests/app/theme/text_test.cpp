@@ -23,7 +23,7 @@ TEST(Text, aToolTipIsNeverTakenForMarkup)
     EXPECT_TRUE(toolTipText(QStringLiteral("<b>&")).contains(QStringLiteral("&lt;b&gt;&amp;")));
 }
 
-TEST(Text, aCountIsGroupedAsTheUserGroupsIt)
+TEST(Text, aCountIsGroupedTheSameInEveryLocale)
 {
     const QLocale before;
     for (const QLocale& locale :

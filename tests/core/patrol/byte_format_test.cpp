@@ -40,6 +40,9 @@ std::string longHand(const std::string& digits)
         if (whole.size() > 3 && unit.zeros != 9) {
             continue;
         }
+        for (std::size_t place = 3; place < whole.size(); place += 4) {
+            whole.insert(whole.size() - place, ",");
+        }
         std::string fraction = kept.substr(point);
         fraction.erase(fraction.find_last_not_of('0') + 1);
         return whole + (fraction.empty() ? "" : "." + fraction) + " " + unit.name;
@@ -80,7 +83,7 @@ TEST(ByteFormat, theUnitIsTheLargestThatGivesAtLeastOne)
     EXPECT_EQ(ByteFormat::string(999'499), "999 KB");
     EXPECT_EQ(ByteFormat::string(1'000'000), "1 MB");
     EXPECT_EQ(ByteFormat::string(1'000'000'000), "1 GB");
-    EXPECT_EQ(ByteFormat::string(5'000'000'000'000), "5000 GB");
+    EXPECT_EQ(ByteFormat::string(5'000'000'000'000), "5,000 GB");
 }
 
 TEST(ByteFormat, digitsAfterThePointAreNoneOneAndTwoWithoutTrailingZeros)
@@ -106,7 +109,7 @@ TEST(ByteFormat, aValueThatRoundsUpToAThousandTakesTheNextUnit)
     EXPECT_EQ(ByteFormat::string(999'500), "1 MB");
     EXPECT_EQ(ByteFormat::string(999'949'999), "999.9 MB");
     EXPECT_EQ(ByteFormat::string(999'950'000), "1 GB");
-    EXPECT_EQ(ByteFormat::string(999'999'999'999), "1000 GB");
+    EXPECT_EQ(ByteFormat::string(999'999'999'999), "1,000 GB");
 }
 
 TEST(ByteFormat, theExtremesHaveATextToo)
