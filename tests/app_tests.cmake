@@ -151,6 +151,13 @@ gruk_precompile(gruk_end_to_end_tests REUSE_FROM gruk_app_test_support)
 add_test(NAME Tour.writesEveryPicture
     COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/tour)
 add_test(NAME Tour.tellsThatTheFolderNamedIsNone
+# Of a folder in which nothing is to be found, and of one with nothing in it.
+add_test(NAME Tour.goesThroughAnyFolder
+    COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/folder-tour ${PROJECT_SOURCE_DIR}/docs)
+file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/nothing)
+add_test(NAME Tour.goesThroughAFolderWithNothingInIt
+    COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/nothing-tour
+        ${CMAKE_CURRENT_BINARY_DIR}/nothing)
     COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/no-tour /no/such/folder)
 set_tests_properties(Tour.tellsThatTheFolderNamedIsNone PROPERTIES
     PASS_REGULAR_EXPRESSION "gruk_tour: /no/such/folder is not a folder that can be opened: No such")

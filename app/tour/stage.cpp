@@ -82,6 +82,8 @@ Stage::Stage(Theme& theme, std::shared_ptr<RunLoop> loop, std::shared_ptr<TaskPo
     // The walkthrough has scenes of its own, and would lie over all others.
     model_->preferences().setBoolean(SettingKeys::hasSeenWalkthrough, true);
     window_ = std::make_unique<SweepView>(*model_, theme);
+    // Whatever room the screen has.
+    window_->resize(usualSize);
     window_->show();
 }
 

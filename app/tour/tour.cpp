@@ -79,7 +79,8 @@ void Tour::makeRealms()
     realm_ = realms_ / "Forest";
     if (folder_) {
         const fs::path source = fs::canonical(*folder_);
-        realm_ = realms_ / "copy" / source.filename();
+        // The root has no name.
+        realm_ = realms_ / "copy" / (source.has_filename() ? source.filename() : fs::path("root"));
         const TreeCopy copy = copyTree(source, realm_);
         std::fprintf(stderr, "copied %lld items of %s, left out %lld%s\n",
                      static_cast<long long>(copy.copied), source.c_str(),
@@ -110,6 +111,9 @@ QCoro::Task<> Tour::run()
         co_await showLostRealm(stage);
         co_await showRemoval(stage);
         co_await showMessages(stage);
+        if (folder_) {
+            co_await goOnInTheForest(stage);
+        }
         co_await showReview(*this, stage);
         co_await showSmallThings(*this, stage);
         co_await showPalettes(*this, stage);
@@ -279,6 +283,17 @@ QCoro::Task<> Tour::showMessages(Stage& stage)
     co_await model.showTerritories();
     co_await take(stage, "99-message-over-the-territories");
     co_await model.selectRealm(last);
+}
+
+QCoro::Task<> Tour::goOnInTheForest(Stage& stage)
+{
+    const fs::path forest = realms_ / "Forest";
+    co_await stage.model().grantRealm(urlOf(forest));
+    co_await stage.settle();
+    co_await stage.model().patrolActiveRealm();
+    changeSampleRealm(forest);
+    co_await stage.model().patrolActiveRealm();
+    co_await stage.settle();
 }
 
 QCoro::Task<> Tour::showRunningPatrol()

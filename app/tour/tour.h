@@ -62,6 +62,9 @@ private:
     QCoro::Task<> showCrowdedRealm(Stage& stage);
     QCoro::Task<> showLostRealm(Stage& stage);
     QCoro::Task<> showRemoval(Stage& stage);
+    /// The scenes that follow are about findings, duplicates and rules, which a folder of the
+    /// user's need not have: they are played in the tour's own realm.
+    QCoro::Task<> goOnInTheForest(Stage& stage);
     /// What the actions of a user are told by, done and refused.
     QCoro::Task<> showMessages(Stage& stage);
 

@@ -59,6 +59,11 @@ private:
         const ItemFacts facts = itemFacts(FileURL(source.native()));
         switch (facts.type) {
         case ItemType::directory:
+            if (fs::equivalent(source, to_)) {
+                // It is somewhere below what is copied, and would never end.
+                ++outcome_.skipped;
+                return;
+            }
             fs::create_directory(target);
             pending_.push_back(relative);
             return;

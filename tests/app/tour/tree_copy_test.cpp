@@ -73,4 +73,15 @@ TEST(TreeCopy, aChangedCopyHasSomethingNewSomethingLargerAndSomethingLess)
     EXPECT_EQ(fs::file_size(directory.path("to/large")), 200'000U);
 }
 
+TEST(TreeCopy, ofAFolderThatHoldsTheCopyEnds)
+{
+    const test::TemporaryDirectory directory;
+    directory.file("from/one", 10);
+    const tour::TreeCopy copy = tour::copyTree(directory.path("from"), directory.path("from/a/to"));
+    EXPECT_TRUE(fs::exists(directory.path("from/a/to/one")));
+    EXPECT_TRUE(fs::exists(directory.path("from/a/to/a")));
+    EXPECT_FALSE(fs::exists(directory.path("from/a/to/a/to")));
+    EXPECT_EQ(copy.skipped, 1);
+}
+
 }  // namespace gruk
