@@ -115,7 +115,6 @@ void RealmRow::keyPressEvent(QKeyEvent* event)
     if (!clickedByReturn(*this, *event)) {
         QPushButton::keyPressEvent(event);
     }
-    QPushButton::keyPressEvent(event);
 }
 
 DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
@@ -123,6 +122,7 @@ DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
     : QWidget(parent), shield_(new RealmShieldView(theme, identity))
 {
     setAccessibleRole(*this, QAccessible::Grouping);
+    setFixedHeight(Measure::realmRowHeight);
     shield_->setFixedSize(shield_->sizeHint());
     shield_->setOpacity(Strength::disconnected);
     const QString path = displayName(grant.path);

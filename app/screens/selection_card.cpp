@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "app/theme/accessible.h"
+#include "app/theme/focus_ring.h"
 #include "app/theme/text.h"
 
 namespace gruk {
@@ -16,6 +17,7 @@ SelectionCard::SelectionCard(Theme& theme, QWidget* parent)
       unlock_(new Button(theme, Button::Kind::secondary, QStringLiteral("Enable Trash actions…")))
 {
     setAccessibleRole(*this, QAccessible::Notification);
+    setProperty(liesOverPage, true);
     count_->setObjectName(QStringLiteral("selectionCount"));
     notShown_->setColour(Role::ink, Strength::quiet);
     auto* words = new QVBoxLayout;

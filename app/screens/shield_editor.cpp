@@ -42,8 +42,15 @@ ShieldEditorPopover::ShieldEditorPopover(Theme& theme, QWidget& anchor,
     }
     auto* reset =
         new Button(theme, Button::Kind::link, QStringLiteral("Back to the Gruk's design"));
-    column()->addWidget(reset, 0, Qt::AlignLeft);
+    auto* done = new Button(theme, Button::Kind::secondary, QStringLiteral("Done"));
+    auto* foot = new QHBoxLayout;
+    foot->addWidget(reset);
+    foot->addStretch();
+    foot->addWidget(done);
+    column()->addLayout(foot);
+    setDefaultButton(done);
     connect(reset, &QPushButton::clicked, this, &ShieldEditorPopover::reset);
+    connect(done, &QPushButton::clicked, this, &Overlay::accept);
     rest_->setObjectName(QStringLiteral("rest"));
     rest_->setSingleShot(true);
     rest_->setInterval(timeToRest);

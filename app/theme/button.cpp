@@ -1,13 +1,15 @@
 #include "app/theme/button.h"
 
+#include <algorithm>
+
 #include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainter>
 
 #include "app/theme/card_painter.h"
+#include "app/theme/key_press.h"
 #include "app/theme/tactile_press.h"
 
-#include "app/theme/key_press.h"
 namespace gruk {
 
 namespace {
@@ -194,7 +196,6 @@ void Button::keyPressEvent(QKeyEvent* event)
     if (!clickedByReturn(*this, *event)) {
         QPushButton::keyPressEvent(event);
     }
-    QPushButton::keyPressEvent(event);
 }
 
 void Button::enterEvent(QEnterEvent* event)
@@ -223,6 +224,15 @@ DisclosureButton::DisclosureButton(Theme& theme, const QString& closedText, cons
     connect(&turn_, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setSymbolTurn(value.toDouble()); });
     connect(this, &QAbstractButton::toggled, this, &DisclosureButton::showState);
+}
+
+QSize DisclosureButton::sizeHint() const
+{
+    const QFontMetrics metrics = fontMetrics();
+    const int widest =
+        std::max(metrics.horizontalAdvance(closedText_), metrics.horizontalAdvance(openText_));
+    const QSize hint = Button::sizeHint();
+    return {hint.width() + widest - metrics.horizontalAdvance(text()), hint.height()};
 }
 
 void DisclosureButton::showState()

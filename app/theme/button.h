@@ -75,6 +75,9 @@ public:
     [[nodiscard]] bool isOpen() const { return isChecked(); }
     void setOpen(bool open) { setChecked(open); }
 
+    /// The same open and closed, so that it does not move away under the pointer.
+    [[nodiscard]] QSize sizeHint() const override;
+
 private:
     void showState();
 

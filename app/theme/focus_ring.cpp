@@ -67,6 +67,7 @@ protected:
     {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
+        painter.setClipRegion(inView());
         const double half = Measure::focusRing / 2.0;
         const QRectF ring = QRectF(rect()).adjusted(half, half, -half, -half);
         painter.strokePath(cutPath(ring, buttonCorners),
@@ -74,6 +75,19 @@ protected:
     }
 
 private:
+    /// All of it but what lies under a card over the page.
+    [[nodiscard]] QRegion inView() const
+    {
+        QRegion region(rect());
+        for (const QWidget* each : parentWidget()->findChildren<QWidget*>()) {
+            if (each->property(liesOverPage).toBool() && each->isVisible()
+                && !each->isAncestorOf(widget())) {
+                region -= QRect(mapFromGlobal(each->mapToGlobal(QPoint())), each->size());
+            }
+        }
+        return region;
+    }
+
     Theme& theme_;
 };
 

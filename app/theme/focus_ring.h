@@ -11,6 +11,10 @@ namespace gruk {
 /// no ring is needed around all of it.
 inline constexpr char showsFocusItself[] = "showsFocusItself";
 
+/// The property of a widget that is true where it lies over a page: the ring around what it covers
+/// lies under it, too.
+inline constexpr char liesOverPage[] = "liesOverPage";
+
 /// The ring around whatever has the focus in one window, shown when the keyboard brought the focus
 /// there and not when the pointer did. What the program gives the focus to goes by what the user
 /// touched last.

@@ -121,6 +121,12 @@ QSize HouseStyle::sizeFromContents(ContentsType type, const QStyleOption* option
 int HouseStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                           QStyleHintReturn* returnData) const
 {
+    if (auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returnData);
+        hint == SH_Menu_Mask && mask != nullptr && option != nullptr) {
+        // Without a compositor what is see-through comes out black: so that is cut away.
+        mask->region = menuRegion(option->rect);
+        return 1;
+    }
     return hint == SH_ComboBox_PopupFrameStyle
                ? static_cast<int>(QFrame::NoFrame)
                : QProxyStyle::styleHint(hint, option, widget, returnData);

@@ -37,6 +37,8 @@ void paintMenuPanel(QPainter& painter, const QRect& bounds, const Theme& theme, 
     QPainterPath shape;
     if (isShaped) {
         shape = cutPath(QRectF(bounds).adjusted(half, half, -half, -half), buttonCorners);
+        // Up to the edge, where nothing may lie under it.
+        painter.fillPath(cutPath(bounds, buttonCorners), theme.colour(Role::paperCard));
     } else {
         shape.addRect(QRectF(bounds).adjusted(half, half, -half, -half));
         painter.fillRect(bounds, theme.colour(Role::paperCard));
@@ -44,6 +46,11 @@ void paintMenuPanel(QPainter& painter, const QRect& bounds, const Theme& theme, 
     painter.fillPath(shape, theme.colour(Role::paperCard));
     painter.strokePath(shape, QPen(theme.colour(Role::ink, Strength::outline), Measure::outline));
     painter.restore();
+}
+
+QRegion menuRegion(const QRect& bounds)
+{
+    return QRegion(cutPath(bounds, buttonCorners).toFillPolygon().toPolygon());
 }
 
 void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& item, const Theme& theme)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRegion>
 #include <QSize>
 
 class QPainter;
@@ -17,6 +18,9 @@ inline constexpr int menuMargin = 6;
 
 /// The card that a menu is. Its corners are cut where `isShaped` says that nothing shows there.
 void paintMenuPanel(QPainter& painter, const QRect& bounds, const Theme& theme, bool isShaped);
+
+/// Where its card is, of the pixels that are at least half in it.
+[[nodiscard]] QRegion menuRegion(const QRect& bounds);
 
 /// One item: its tick, its words, and its key at the right; or a line that divides.
 void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& item, const Theme& theme);

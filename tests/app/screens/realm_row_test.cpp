@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QVBoxLayout>
 #include <gtest/gtest.h>
 
 #include "app/screens/sidebar.h"
@@ -44,6 +45,24 @@ TEST(RealmRow, tellsThatItIsDisconnectedInFullAlsoBesideAScrollBar)
     ASSERT_NE(state, nullptr);
     EXPECT_GE(state->width(), state->sizeHint().width());
     EXPECT_LE(row.sizeHint().height(), Measure::realmRowHeight);
+}
+
+TEST(RealmRow, ofARealmThatIsNotThereIsAsHighAsTheOthersWhateverItsPlaceGives)
+{
+    Theme theme;
+    QWidget place;
+    auto* column = new QVBoxLayout(&place);
+    auto* row = new DisconnectedRealmRow(theme, grantOf("/media/disk"),
+                                         RealmIdentity::derive("/media/disk"));
+    column->addWidget(row);
+    place.resize(Measure::sidebarWidth, 4 * Measure::realmRowHeight);
+    place.show();
+    QApplication::processEvents();
+    EXPECT_EQ(row->height(), Measure::realmRowHeight);
+    for (const QWidget* each : row->findChildren<QWidget*>()) {
+        EXPECT_TRUE(row->rect().contains(QRect(each->mapTo(row, QPoint()), each->size())));
+        EXPECT_GE(each->height(), each->minimumSizeHint().height());
+    }
 }
 
 TEST(RealmRow, manyOfThemFitTheSidebarBesideItsScrollBar)

@@ -456,4 +456,18 @@ TEST(FieldDrawing, isTheShieldWithoutItsCharge)
     EXPECT_TRUE(test::isSame(field, shield));
 }
 
+TEST_F(ShieldEditorTest, isClosedByAButtonThatIsSeen)
+{
+    open();
+    const QPointer<ShieldEditorPopover> opened = editor();
+    QAbstractButton* done = nullptr;
+    for (QAbstractButton* each : opened->findChildren<QAbstractButton*>()) {
+        done = each->text() == QStringLiteral("Done") ? each : done;
+    }
+    ASSERT_NE(done, nullptr);
+    EXPECT_TRUE(done->isVisible());
+    done->click();
+    EXPECT_FALSE(opened != nullptr && opened->isOpen());
+}
+
 }  // namespace gruk

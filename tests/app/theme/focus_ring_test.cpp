@@ -1,5 +1,6 @@
 #include "app/theme/focus_ring.h"
 
+#include <QImage>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -130,6 +131,31 @@ TEST_F(FocusRingTest, outlivesThePageThatItWasIn)
     focus(*next, Qt::TabFocusReason);
     EXPECT_EQ(ring.widget(), next);
     EXPECT_TRUE(ring.frame()->isVisible());
+}
+
+TEST_F(FocusRingTest, liesUnderACardThatLiesOverThePage)
+{
+    auto* card = new QWidget(&window);
+    card->setProperty(liesOverPage, true);
+    card->setAutoFillBackground(true);
+    card->setGeometry(280, 315, 200, 60);
+    auto* action = buttonAt({20, 10, 100, 30}, card);
+    window.begin();
+    const auto blueIn = [this](const QRect& place) {
+        const QImage image = window.grab(place).toImage();
+        int found = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                found += image.pixelColor(x, y) == window.theme.colour(Role::blue) ? 1 : 0;
+            }
+        }
+        return found;
+    };
+    focus(*action, Qt::TabFocusReason);
+    EXPECT_GT(blueIn(card->geometry()), 0);
+    focus(*first, Qt::TabFocusReason);
+    EXPECT_GT(blueIn({280, 290, 200, 25}), 0);
+    EXPECT_EQ(blueIn(card->geometry()), 0) << "it would cross the card";
 }
 
 }  // namespace gruk

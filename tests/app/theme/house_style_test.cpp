@@ -1,5 +1,6 @@
 #include "app/theme/house_style.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QImage>
 #include <QMenu>
@@ -100,6 +101,32 @@ TEST(HouseStyle, givesEachLineThatAPickerOffersTheHeightOfAMenuItem)
     EXPECT_GE(size.height(), 28);
     EXPECT_LE(size.height(), 32);
     EXPECT_GE(size.width(), QFontMetrics(item.font).horizontalAdvance(item.text));
+}
+
+TEST(HouseStyle, cutsAMenuOutSoThatNoCornerIsBlackWithoutACompositor)
+{
+    Theme theme;
+    HouseStyle style(theme);
+    QMenu menu;
+    menu.setStyle(&style);
+    menu.addAction(QStringLiteral("One"));
+    menu.addAction(QStringLiteral("Two"));
+    menu.popup(QPoint(10, 10));
+    QApplication::processEvents();
+    const QRegion mask = menu.mask();
+    const QRect all = menu.rect();
+    for (const QPoint& corner :
+         {all.topLeft(), all.topRight(), all.bottomLeft(), all.bottomRight()}) {
+        EXPECT_FALSE(mask.contains(corner));
+    }
+    EXPECT_TRUE(mask.contains(all.center()));
+    // Nothing that is left is see-through but in the curve of a corner.
+    const QImage image = menu.grab().toImage();
+    for (int x = 20; x < image.width() - 20; ++x) {
+        EXPECT_EQ(image.pixelColor(x, 0).alpha(), 255);
+        EXPECT_EQ(image.pixelColor(x, image.height() - 1).alpha(), 255);
+    }
+    menu.close();
 }
 
 }  // namespace gruk
