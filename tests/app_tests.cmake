@@ -96,6 +96,7 @@ gruk_add_tests(gruk_app_tests
     app/screens/unseen_places_test.cpp
     app/screens/walkthrough_view_test.cpp
     app/screens/welcome_page_test.cpp
+    app/screens/window_memory_test.cpp
     app/screens/wrapped_label_test.cpp
     app/theme/art_test.cpp
     app/theme/card_painter_test.cpp
@@ -150,7 +151,6 @@ gruk_precompile(gruk_end_to_end_tests REUSE_FROM gruk_app_test_support)
 # Every picture of the tour is written, and none is blank.
 add_test(NAME Tour.writesEveryPicture
     COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/tour)
-add_test(NAME Tour.tellsThatTheFolderNamedIsNone
 # Of a folder in which nothing is to be found, and of one with nothing in it.
 add_test(NAME Tour.goesThroughAnyFolder
     COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/folder-tour ${PROJECT_SOURCE_DIR}/docs)
@@ -158,6 +158,7 @@ file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/nothing)
 add_test(NAME Tour.goesThroughAFolderWithNothingInIt
     COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/nothing-tour
         ${CMAKE_CURRENT_BINARY_DIR}/nothing)
+add_test(NAME Tour.tellsThatTheFolderNamedIsNone
     COMMAND gruk_tour --out ${CMAKE_CURRENT_BINARY_DIR}/no-tour /no/such/folder)
 set_tests_properties(Tour.tellsThatTheFolderNamedIsNone PROPERTIES
     PASS_REGULAR_EXPRESSION "gruk_tour: /no/such/folder is not a folder that can be opened: No such")

@@ -173,8 +173,12 @@ public:
 
     /// Lets the user choose a folder, grants it and opens it.
     QCoro::Task<> grantRealm();
-    /// Grants a folder that the user has chosen already, by dropping it on a window.
+    /// Grants a folder that the user has chosen already, by dropping it on a window. A file is
+    /// refused in words.
     QCoro::Task<> grantRealm(FileURL url);
+    /// Whether a drop of it would be granted, as far as can be told before: not what is a file. A
+    /// link may lead to a folder.
+    [[nodiscard]] static bool couldBeRealm(const FileURL& place);
     /// The same as the first, beginning at the Desktop.
     QCoro::Task<> grantDesktop();
     /// Finds a disconnected realm again: by its bookmark, else by asking the user.

@@ -27,8 +27,19 @@ QCoro::Task<> AppModel::grantRealm()
     }
 }
 
+bool AppModel::couldBeRealm(const FileURL& place)
+{
+    const auto identity = TrashService::currentIdentity(FileURL(place.path()));
+    return !identity || identity->kind == FileIdentity::Kind::directory
+           || identity->kind == FileIdentity::Kind::symbolicLink;
+}
+
 QCoro::Task<> AppModel::grantRealm(FileURL url)
 {
+    if (!couldBeRealm(url)) {
+        complain(ModelCopy::notAFolder(url.lastPathComponent()));
+        co_return;
+    }
     co_await addRealm(std::move(url), Freshness::territoriesGoStale);
 }
 

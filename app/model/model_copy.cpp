@@ -6,6 +6,11 @@
 
 namespace gruk::ModelCopy {
 
+std::string notAFolder(std::string_view name)
+{
+    return "“" + displayText(name) + "” is a file. Only a folder can be a realm.";
+}
+
 std::string firstPatrolComplete(std::string_view name)
 {
     return "First patrol of " + displayText(name) + " complete.";

@@ -20,6 +20,9 @@ inline constexpr std::string_view openPanelMessage =
 inline constexpr std::string_view grantAccessPrompt = "Grant Access";
 inline constexpr std::string_view grantDesktopPrompt = "Grant the Desktop";
 
+/// Of a file called `name` that was dropped on a window.
+[[nodiscard]] std::string notAFolder(std::string_view name);
+
 inline constexpr std::string_view noAccessToPatrol =
     "Gruk no longer has access to this location. Grant access again to patrol it.";
 inline constexpr std::string_view patrolStopped = "Patrol stopped. No partial snapshot was saved.";

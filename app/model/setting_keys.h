@@ -19,6 +19,13 @@ inline constexpr std::string_view appTheme = "appTheme";
 /// Text: a palette's raw name; absent means "woodland".
 inline constexpr std::string_view paletteTheme = "paletteTheme";
 
+/// Data, as the toolkit writes a window's size and place; absent means the usual size.
+inline constexpr std::string_view windowGeometry = "window.geometry";
+/// Text: "patrol" or "browse"; absent means "patrol".
+inline constexpr std::string_view windowPage = "window.page";
+/// Data: the path of the realm that was open, empty for none.
+inline constexpr std::string_view windowRealm = "window.realm";
+
 /// Text: a cadence's raw name.
 [[nodiscard]] inline std::string cadence(const Grant& grant)
 {

@@ -1,5 +1,11 @@
 #include "app/screens/dropped_folders.h"
 
+#include <algorithm>
+
+#include "app/model/app_model.h"
+#include "app/model/model_copy.h"
+#include "app/theme/text.h"
+
 namespace gruk {
 
 std::vector<FileURL> droppedFolders(std::string_view uriList)
@@ -17,6 +23,19 @@ std::vector<FileURL> droppedFolders(std::string_view uriList)
         }
     }
     return folders;
+}
+
+QString dropSentence(const std::vector<FileURL>& places)
+{
+    const auto folders = std::ranges::count_if(places, AppModel::couldBeRealm);
+    if (folders > 1) {
+        return QStringLiteral("Drop them here to grant %1 realms.").arg(groupedNumber(folders));
+    }
+    const auto folder = std::ranges::find_if(places, AppModel::couldBeRealm);
+    return folder == places.end()
+               ? displayString(ModelCopy::notAFolder(places.front().lastPathComponent()))
+               : QStringLiteral("Drop “%1” here to grant it as a realm.")
+                     .arg(displayName(folder->lastPathComponent()));
 }
 
 }  // namespace gruk

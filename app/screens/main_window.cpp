@@ -14,6 +14,7 @@
 
 #include "app/model/setting_keys.h"
 #include "app/screens/detail_header.h"
+#include "app/screens/drop_notice.h"
 #include "app/screens/dropped_folders.h"
 #include "app/screens/file_table_view.h"
 #include "app/screens/hoard_confirmation.h"
@@ -27,9 +28,11 @@
 #include "app/screens/undo_offer.h"
 #include "app/screens/walkthrough_view.h"
 #include "app/screens/welcome_page.h"
+#include "app/screens/window_memory.h"
 #include "app/theme/accessible.h"
 #include "app/theme/focus_ring.h"
 #include "app/theme/overlay.h"
+#include "app/theme/scroll_keys.h"
 
 namespace gruk {
 
@@ -70,13 +73,14 @@ SweepView::SweepView(AppModel& model, Theme& theme)
     : model_(model), theme_(theme), sidebar_(new SidebarView(model, theme)),
       header_(new DetailHeader(model, theme)),
       messages_(new MessageStrip(model, theme, MessagesSection::Place::anyPage)),
-      echo_(new MessageStrip(model, theme, MessagesSection::Place::echo))
+      echo_(new MessageStrip(model, theme, MessagesSection::Place::echo)),
+      dropNotice_(new DropNotice(theme, *this)), memory_(new WindowMemory(model, *this))
 {
     setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Gruk"));
     setAcceptDrops(true);
     setMinimumSize(Measure::smallestWindowWidth, Measure::smallestWindowHeight);
-    resize(Measure::defaultWindowWidth, Measure::defaultWindowHeight);
+    memory_->restorePlace({Measure::defaultWindowWidth, Measure::defaultWindowHeight});
     setPalette(theme_.windowPalette());
     setFont(theme_.font(TextStyle::body));
     auto* columns = new QHBoxLayout(this);
@@ -84,6 +88,8 @@ SweepView::SweepView(AppModel& model, Theme& theme)
     columns->setSpacing(0);
     columns->addWidget(sidebar_);
     columns->addWidget(makeDetail(), 1);
+    page_ = memory_->page();
+    header_->setPage(page_);
     showPage();
     addShortcuts();
     new FocusRing(theme_, *this);
@@ -99,6 +105,9 @@ SweepView::SweepView(AppModel& model, Theme& theme)
         },
         this);
     repaint->on(model_, &AppModel::grantsChanged);
+    if (const auto realm = memory_->realm(); realm && !model_.activeRootURL()) {
+        model_.selectRealm(*realm);
+    }
 }
 
 QWidget* SweepView::makeDetail()
@@ -127,6 +136,9 @@ QWidget* SweepView::makePage()
         if (page_ == DetailPage::browse) {
             return new FileTableView(model_, theme_, selection_);
         }
+        if (kept_ != nullptr) {
+            return std::exchange(kept_, nullptr);
+        }
         auto* page = new GrukPatrolView(model_, theme_);
         connect(page, &GrukPatrolView::messagesCameIntoView, this, [this, page](bool areInView) {
             if (shown_ == page) {
@@ -145,7 +157,7 @@ void SweepView::showPage()
 {
     QWidget* before = shown_;
     // What the sidebar, the header or a question holds stays there.
-    const QWidget* const focused = focusWidget();
+    QWidget* const focused = focusWidget();
     const bool takesFocus = before != nullptr
                             && (focused == nullptr || focused == this || focused == before
                                 || before->isAncestorOf(focused));
@@ -155,9 +167,16 @@ void SweepView::showPage()
     if (const auto* table = qobject_cast<FileTableView*>(before)) {
         selection_ = table->keptSelection();
     }
+    const bool isSameRealm = shownRealm_ && shownRealm_ == model_.activeRootURL();
+    shownRealm_ = model_.activeRootURL();
+    if (!isSameRealm && kept_ != nullptr) {
+        std::exchange(kept_, nullptr)->deleteLater();
+    }
+    const QPointer<QWidget> lastFocus = kept_ != nullptr ? keptFocus_ : nullptr;
     shown_ = makePage();
-    messages_->setWanted(qobject_cast<GrukPatrolView*>(shown_) == nullptr);
-    echo_->setWanted(false);
+    const auto* patrol = qobject_cast<GrukPatrolView*>(shown_);
+    messages_->setWanted(patrol == nullptr);
+    echo_->setWanted(patrol != nullptr && !patrol->hasMessagesInView());
     if (before != nullptr) {
         // The new page has all of the room at once.
         detail_->removeWidget(before);
@@ -165,22 +184,32 @@ void SweepView::showPage()
     detail_->addWidget(shown_, 1);
     if (takesFocus) {
         // Before the toolkit, which would hand it to whatever comes next in the window.
-        focusPage();
+        focusPage(lastFocus);
     }
     if (before != nullptr) {
         before->hide();
-        before->deleteLater();
+        if (isSameRealm && qobject_cast<GrukPatrolView*>(before) != nullptr) {
+            kept_ = before;
+            keptFocus_ = before->isAncestorOf(focused) ? focused : nullptr;
+        } else {
+            before->deleteLater();
+        }
     }
 }
 
-void SweepView::focusPage()
+void SweepView::focusPage(QWidget* last)
 {
     if (isVisible()) {
         // What can't be seen yet takes no focus.
         shown_->show();
     }
-    if (auto* table = qobject_cast<FileTableView*>(shown_)) {
+    if (last != nullptr && last->isVisibleTo(shown_)) {
+        last->setFocus(Qt::OtherFocusReason);
+    } else if (auto* table = qobject_cast<FileTableView*>(shown_)) {
         table->focusRows();
+    } else if (auto* patrol = qobject_cast<GrukPatrolView*>(shown_);
+               patrol != nullptr && patrol->mapButton() != nullptr) {
+        patrol->mapButton()->setFocus(Qt::OtherFocusReason);
     } else if (QWidget* control = firstControl(*shown_)) {
         control->setFocus(Qt::OtherFocusReason);
     }
@@ -192,6 +221,7 @@ void SweepView::setDetailPage(DetailPage page)
         return;
     }
     page_ = page;
+    memory_->setPage(page);
     header_->setPage(page);
     if (model_.activeRootURL()) {
         showPage();
@@ -306,20 +336,32 @@ void SweepView::showEvent(QShowEvent* event)
 void SweepView::dragEnterEvent(QDragEnterEvent* event)
 {
     const auto action = harmlessAction(*event);
-    if (action && !isAsking() && !foldersIn(event->mimeData()).empty()) {
+    const std::vector<FileURL> places = foldersIn(event->mimeData());
+    if (action && !isAsking() && !places.empty()) {
+        // A file too, which is told why not.
         event->setDropAction(*action);
         event->accept();
+        dropNotice_->showFor(places);
     }
+}
+
+void SweepView::dragLeaveEvent(QDragLeaveEvent* /*event*/)
+{
+    dropNotice_->hide();
 }
 
 void SweepView::dropEvent(QDropEvent* event)
 {
+    dropNotice_->hide();
     const auto action = harmlessAction(*event);
     // A question may have come while the folder was dragged.
     if (!action || isAsking()) {
         return;
     }
-    for (const FileURL& url : foldersIn(event->mimeData())) {
+    std::vector<FileURL> places = foldersIn(event->mimeData());
+    // What is said about a file is to stay when a folder opens.
+    std::ranges::stable_partition(places, AppModel::couldBeRealm);
+    for (const FileURL& url : places) {
         model_.grantRealm(url);
     }
     event->setDropAction(*action);
@@ -330,13 +372,9 @@ void SweepView::keyPressEvent(QKeyEvent* event)
 {
     // Nothing that has the focus wants it: the page is what there is to be read.
     auto* page = qobject_cast<QScrollArea*>(shown_);
-    if (page != nullptr && (event->key() == Qt::Key_PageDown || event->key() == Qt::Key_PageUp)) {
-        page->verticalScrollBar()->triggerAction(event->key() == Qt::Key_PageDown
-                                                     ? QAbstractSlider::SliderPageStepAdd
-                                                     : QAbstractSlider::SliderPageStepSub);
-        return;
+    if (page == nullptr || !scrolledByKey(*page->verticalScrollBar(), *event)) {
+        QWidget::keyPressEvent(event);
     }
-    QWidget::keyPressEvent(event);
 }
 
 bool SweepView::focusNextPrevChild(bool next)

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include <QKeySequence>
+#include <QPointer>
 #include <QWidget>
 
 #include "app/model/app_model.h"
@@ -15,8 +17,10 @@ class QVBoxLayout;
 namespace gruk {
 
 class DetailHeader;
+class DropNotice;
 class MessageStrip;
 class SidebarView;
+class WindowMemory;
 
 /// The main window: the realms at the left, and at the right the page that the model's state asks
 /// for. A folder dropped on it is granted.
@@ -43,6 +47,7 @@ Q_SIGNALS:
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -58,8 +63,8 @@ private:
     /// Unless a question is open.
     void onKeys(const QKeySequence& keys, std::function<void()> action);
     void showPage();
-    /// Puts the focus on what is used first of the page.
-    void focusPage();
+    /// Puts the focus on what had it `last` on the page, else on what is used first of it.
+    void focusPage(QWidget* last = nullptr);
     void focusFilter();
     void organise(const OrganisePlan& plan, const FileURL& realm);
     [[nodiscard]] bool isAsking() const;
@@ -73,8 +78,16 @@ private:
     MessageStrip* messages_;
     /// Over a realm's page that has been scrolled away from them.
     MessageStrip* echo_;
+    DropNotice* dropNotice_;
+    WindowMemory* memory_;
     QVBoxLayout* detail_ = nullptr;
     QWidget* shown_ = nullptr;
+    /// The page of the realm that is open, while another one of it shows: what was ticked, opened
+    /// and scrolled to on it is there when the user comes back.
+    QWidget* kept_ = nullptr;
+    QPointer<QWidget> keptFocus_;
+    /// The realm whose page is shown, if it is one.
+    std::optional<FileURL> shownRealm_;
     /// In the folder that was browsed last, while the page is another one.
     BrowseSelection selection_;
 };

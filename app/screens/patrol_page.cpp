@@ -182,6 +182,13 @@ void GrukPatrolView::bringIntoView(QWidget& control)
     uncover(control);
 }
 
+QWidget* GrukPatrolView::mapButton() const
+{
+    auto* start = findChild<QWidget*>(QStringLiteral("startPatrol"));
+    const bool isOffered = start != nullptr && start->isEnabled() && start->isVisibleTo(this);
+    return isOffered && !model_.latestSnapshot() ? start : nullptr;
+}
+
 void GrukPatrolView::followFindings(int by)
 {
     // Who reads the findings is not moved by a message that comes or goes above them, out of view.

@@ -23,6 +23,10 @@ public:
 
     /// Scrolls until one of its controls is in view, with nothing over it.
     void bringIntoView(QWidget& control);
+    /// What begins the first patrol of a realm that has none; null when there is nothing to begin.
+    [[nodiscard]] QWidget* mapButton() const;
+    /// Whether what the last operation said is in view, whole.
+    [[nodiscard]] bool hasMessagesInView() const { return hasMessagesInView_; }
 
 Q_SIGNALS:
     /// What the last operation said has come into view, whole, or no longer is. Nothing said is in

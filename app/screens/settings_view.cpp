@@ -3,6 +3,7 @@
 #include <exception>
 
 #include <QButtonGroup>
+#include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -12,6 +13,7 @@
 #include "app/screens/palette_row.h"
 #include "app/screens/review_only_panel.h"
 #include "app/screens/section_title.h"
+#include "app/screens/window_memory.h"
 #include "app/theme/accessible.h"
 #include "app/theme/art.h"
 #include "app/theme/focus_ring.h"
@@ -61,7 +63,7 @@ SettingsView::SettingsView(AppModel& model, Theme& theme, QWidget* parent)
     setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Settings"));
     setMinimumSize(smallestSize);
-    resize(usualSize);
+    resize(sizeWithin(usualSize, screen()->availableSize()));
 
     auto* tabs = new TabBar(theme_, QStringLiteral("Settings"));
     auto* pages = new QStackedWidget;

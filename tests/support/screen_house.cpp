@@ -16,7 +16,7 @@ ScreenHouse::ScreenHouse(std::shared_ptr<SnapshotScanner> scanner) : ModelHouse(
     window = std::make_unique<SweepView>(*model, theme);
     // So tall that a whole page is in view: what is out of view has no widgets.
     constexpr int tall = 4'000;
-    window->resize(window->width(), tall);
+    window->resize(Measure::defaultWindowWidth, tall);
     window->show();
     repaint();
 }

@@ -7,7 +7,9 @@
 #include <sstream>
 #include <string>
 
+#include <QDragEnterEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QTabBar>
 #include <gtest/gtest.h>
 
@@ -154,6 +156,7 @@ protected:
     }
 
     void lookAtFirstStart();
+    void lookAtDrag();
     void lookAtFirstPatrol();
     void fillPatrolPage();
     void lookAtPatrolPage();
@@ -195,7 +198,19 @@ void AllScreens::lookAtFirstStart()
     }
     walkthrough->accept();
     house.settle();
+    lookAtDrag();
     lookAtMenu("the window's menu", *house.window, [this] { named("Menu").click(); });
+}
+
+void AllScreens::lookAtDrag()
+{
+    QMimeData data;
+    data.setData(QStringLiteral("text/uri-list"), "file:///tmp\r\n");
+    QDragEnterEvent enter(QPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(house.window.get(), &enter);
+    look("a folder that is dragged");
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(house.window.get(), &leave);
 }
 
 void AllScreens::lookAtFirstPatrol()

@@ -328,4 +328,41 @@ TEST_F(MainWindowFocus, thePageThatComesUnderAQuestionTakesNothingFromIt)
     EXPECT_EQ(focused(), before);
 }
 
+TEST_F(MainWindowFocus, homeAndEndScrollThePage)
+{
+    makeRealms();
+    house.window->resize(820, 560);
+    house.repaint();
+    press(Qt::Key_2, Qt::ControlModifier);
+    press(Qt::Key_1, Qt::ControlModifier);
+    const QScrollBar* bar = qobject_cast<QScrollArea*>(house.window->page())->verticalScrollBar();
+    ASSERT_GT(bar->maximum(), 0);
+    press(Qt::Key_End);
+    EXPECT_EQ(bar->value(), bar->maximum());
+    press(Qt::Key_Home);
+    EXPECT_EQ(bar->value(), 0);
+}
+
+TEST_F(MainWindowFocus, theFirstGrantLeavesTheFocusOnWhatMapsTheRealm)
+{
+    const FileURL folder = FileURL::directory(house.directory.folder("Home"));
+    house.panel->answers.push_back(folder);
+    focusOn(house.button(QStringLiteral("Choose a realm to patrol")));
+    press(Qt::Key_Return);
+    ASSERT_EQ(page(), QStringLiteral("patrolPage"));
+    EXPECT_EQ(focused(), house.button(QStringLiteral("Map this realm")))
+        << name(focused()).toStdString();
+}
+
+TEST_F(MainWindowFocus, aPageThatComesBackHasTheFocusWhereItWas)
+{
+    makeRealms();
+    QWidget* const before = house.button(QStringLiteral("Automations"));
+    focusOn(before);
+    press(Qt::Key_2, Qt::ControlModifier);
+    ASSERT_NE(focused(), before);
+    press(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(focused(), before) << name(focused()).toStdString();
+}
+
 }  // namespace gruk

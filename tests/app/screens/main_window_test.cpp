@@ -189,6 +189,58 @@ TEST(MainWindow, aFolderDroppedOnItIsGrantedWithoutAPanel)
     EXPECT_TRUE(house.panel->requests.empty());
 }
 
+TEST(MainWindow, showsWhereADraggedFolderWouldDropAndSaysWhyAFileWouldNot)
+{
+    ScreenHouse house;
+    const FileURL folder = FileURL::directory(house.directory.folder("Photos"));
+    const FileURL file(house.directory.file("notes.txt", 10));
+    const auto dragged = [](const FileURL& url) {
+        auto data = std::make_unique<QMimeData>();
+        data->setData(QStringLiteral("text/uri-list"),
+                      QByteArray::fromStdString(url.fileURLText() + "\r\n"));
+        return data;
+    };
+    const auto enter = [&](const QMimeData& data) {
+        QDragEnterEvent event(QPoint(300, 300), Qt::CopyAction, &data, Qt::LeftButton,
+                              Qt::NoModifier);
+        event.ignore();
+        QCoreApplication::sendEvent(house.window.get(), &event);
+        house.repaint();
+        return event.isAccepted();
+    };
+    const QString welcome = QStringLiteral("Drop “Photos” here to grant it as a realm.");
+    const QString refusal = QStringLiteral("“notes.txt” is a file. Only a folder can be a realm.");
+    const auto folderData = dragged(folder);
+    ASSERT_TRUE(enter(*folderData));
+    EXPECT_TRUE(house.shows(welcome));
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(house.window.get(), &leave);
+    house.repaint();
+    EXPECT_FALSE(house.shows(welcome));
+
+    const auto fileData = dragged(file);
+    ASSERT_TRUE(enter(*fileData)) << "else nobody is told why not";
+    EXPECT_TRUE(house.shows(refusal));
+    QDropEvent drop(QPointF(300, 300), Qt::CopyAction, fileData.get(), Qt::LeftButton,
+                    Qt::NoModifier);
+    QCoreApplication::sendEvent(house.window.get(), &drop);
+    house.settle();
+    EXPECT_TRUE(house.model->grants().empty());
+    EXPECT_EQ(house.model->errorMessage(), refusal.toStdString());
+    EXPECT_TRUE(house.shows(refusal)) << "also when the pointer has let go";
+
+    QMimeData both;
+    both.setData(QStringLiteral("text/uri-list"),
+                 QByteArray::fromStdString(file.fileURLText() + "\r\n" + folder.fileURLText()));
+    ASSERT_TRUE(enter(both));
+    EXPECT_TRUE(house.shows(welcome));
+    QDropEvent dropBoth(QPointF(300, 300), Qt::CopyAction, &both, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(house.window.get(), &dropBoth);
+    house.settle();
+    EXPECT_EQ(house.model->activeRootURL(), folder);
+    EXPECT_TRUE(house.shows(refusal));
+}
+
 TEST(MainWindow, takesADropOfPlacesOnly)
 {
     ScreenHouse house;
