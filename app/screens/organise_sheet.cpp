@@ -13,6 +13,7 @@
 #include "app/theme/accessible.h"
 #include "app/theme/button.h"
 #include "app/theme/tab_order.h"
+#include "app/theme/text.h"
 
 namespace gruk {
 
