@@ -13,6 +13,7 @@
 #include "platform/linux/directory_stream.h"
 #include "platform/linux/errno_error.h"
 #include "platform/linux/mount_table.h"
+#include "platform/linux/quiet_open.h"
 
 namespace gruk {
 
@@ -21,11 +22,7 @@ namespace {
 /// Opens a directory for listing it; none with `errno` set when that is refused.
 Descriptor openForListing(const std::string& path)
 {
-    int number = -1;
-    do {
-        number = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC);
-    } while (number < 0 && errno == EINTR);
-    return Descriptor(number);
+    return Descriptor(openQuietly(AT_FDCWD, path.c_str()));
 }
 
 Descriptor openedForListing(const FileURL& url)
@@ -55,7 +52,7 @@ Bookmark parsedBookmark(std::string_view bookmark)
 std::vector<FileURL> foldersByInode(const FileURL& parent, std::uint64_t inode)
 {
     std::vector<FileURL> found;
-    const DirectoryStream listing(::opendir(parent.path().c_str()));
+    const DirectoryStream listing = streamOf(AT_FDCWD, parent.path().c_str());
     if (!listing) {
         return found;
     }

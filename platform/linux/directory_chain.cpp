@@ -8,19 +8,29 @@
 
 #include "platform/foundation/require.h"
 #include "platform/linux/errno_error.h"
+#include "platform/linux/long_path.h"
+#include "platform/linux/quiet_open.h"
 
 namespace gruk {
 
 namespace {
 
-constexpr int directoryFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
-
 int openSubdirectory(int parent, const char* name)
 {
-    int descriptor = -1;
-    do {
-        descriptor = ::openat(parent, name, directoryFlags | O_NOFOLLOW);
-    } while (descriptor < 0 && errno == EINTR);
+    return openQuietly(parent, name, O_NOFOLLOW);
+}
+
+/// A directory at a path of any length; throws `FileError`.
+int openAtPath(const std::string& path)
+{
+    int descriptor = openQuietly(AT_FDCWD, path.c_str());
+    if (descriptor < 0 && errno == ENAMETOOLONG) {
+        const OpenedParent parent = openParent(path, "open");
+        descriptor = openQuietly(parent.directory.number(), parent.name.c_str());
+    }
+    if (descriptor < 0) {
+        throwErrno(errno, "open", path);
+    }
     return descriptor;
 }
 
@@ -28,11 +38,7 @@ int openSubdirectory(int parent, const char* name)
 
 DirectoryChain::DirectoryChain(const FileURL& root) : rootPath_(root.path())
 {
-    const int descriptor = ::open(rootPath_.c_str(), directoryFlags);
-    if (descriptor < 0) {
-        throwErrno(errno, "open", rootPath_);
-    }
-    levels_.push_back({std::string(), descriptor, 0, 0});
+    levels_.push_back({std::string(), openAtPath(rootPath_), 0, 0});
 }
 
 DirectoryChain::~DirectoryChain()

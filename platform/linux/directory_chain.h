@@ -15,7 +15,7 @@ namespace gruk {
 /// be the same directory. One thread.
 class DirectoryChain {
 public:
-    /// Opens the root; throws `FileError`.
+    /// Opens the root, at a path of any length; throws `FileError`.
     explicit DirectoryChain(const FileURL& root);
     ~DirectoryChain();
     DirectoryChain(const DirectoryChain&) = delete;

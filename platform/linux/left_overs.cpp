@@ -84,7 +84,7 @@ Lock lockTemporaryFile(int descriptor)
 
 void removeLeftOvers(const std::string& directory, std::string_view name, const FileCalls& calls)
 {
-    const DirectoryStream listing(::opendir(directory.c_str()));
+    const DirectoryStream listing = streamOf(AT_FDCWD, directory.c_str());
     if (!listing) {
         return;
     }

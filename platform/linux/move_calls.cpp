@@ -78,15 +78,9 @@ std::optional<ItemType> typeOf(unsigned char listed)
 
 int listNames(int directory, MoveCalls::NameVisitor visit)
 {
-    const int number = ::openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (number < 0) {
-        return -errno;
-    }
-    const DirectoryStream listing(::fdopendir(number));
+    const DirectoryStream listing = streamOf(directory, ".");
     if (!listing) {
-        const int error = errno;
-        ::close(number);
-        return -error;
+        return -errno;
     }
     errno = 0;
     while (const dirent* item = ::readdir(listing.get())) {

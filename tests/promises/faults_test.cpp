@@ -32,6 +32,7 @@ bool play(const MoveScenario& scenario, MoveFaults faults)
 {
     const MovesHouse house;
     const auto operation = scenario.prepare(house);
+    house.ageFolders();
     const std::multiset<std::string> before = house.census();
     const std::multiset<std::string> outside = MovesHouse::censusWithPaths(house.outside().path());
     const MoveCalls calls = faults.calls(test::withoutWaiting());

@@ -68,6 +68,7 @@ TEST(Promises, randomSequencesEndWithEveryFileAccountedFor)
         bool isRight = true;
         RandomUser user(house, seed, callsFor(seed, placeHolders),
                         [&](const std::string& name, const std::function<void()>& operation) {
+                            house.ageFolders();
                             const std::multiset<std::string> before = house.census();
                             mark("gruk-service-begins");
                             operation();

@@ -48,6 +48,7 @@ TEST(Promises, aKillAtAnyStepLeavesEachItemInExactlyOnePlace)
         for (std::size_t number = 0; isAlive; ++number) {
             const MovesHouse house;
             const auto operation = scenario.prepare(house);
+            house.ageFolders();
             const std::multiset<std::string> before = house.census();
             isAlive = dieAt(number, operation);
             kills += isAlive ? 1 : 0;

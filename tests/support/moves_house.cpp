@@ -1,5 +1,6 @@
 #include "tests/support/moves_house.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -11,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <sstream>
 
 #include "core/realm/stable_hash.h"
@@ -75,21 +77,47 @@ std::string line(const std::string& path)
     return text.str();
 }
 
+/// Long before any test; a folder that is listed now has another date of access.
+constexpr time_t longAgo = 978'307'200;  // 2001
+
+/// The names in a folder, listed without a trace.
+std::vector<std::string> namesIn(const std::string& folder)
+{
+    std::vector<std::string> names;
+    const int opened = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOATIME | O_CLOEXEC);
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(opened < 0 ? nullptr : ::fdopendir(opened),
+                                                      ::closedir);
+    while (const dirent* item = listing ? ::readdir(listing.get()) : nullptr) {
+        const std::string name = item->d_name;
+        if (name != "." && name != "..") {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
 /// Calls `visit` for everything below `folder`; nothing is followed.
 template <typename Visitor>
 void walk(const std::string& folder, Visitor visit)
 {
-    std::error_code error;
-    for (const auto& item : fs::directory_iterator(folder, error)) {
-        if (isOwnRecord(item.path())) {
+    for (const std::string& name : namesIn(folder)) {
+        const fs::path item = fs::path(folder) / name;
+        if (isOwnRecord(item)) {
             continue;
         }
-        const bool isFolder = fs::is_directory(item.symlink_status());
-        visit(item.path().string(), isFolder);
+        const bool isFolder = fs::is_directory(fs::symlink_status(item));
+        visit(item.string(), isFolder);
         if (isFolder) {
-            walk(item.path().string(), visit);
+            walk(item.string(), visit);
         }
     }
+}
+
+/// Whether a folder was last opened when `ageFolders` said so.
+bool isUnopened(const std::string& folder)
+{
+    struct stat facts {};
+    return ::lstat(folder.c_str(), &facts) == 0 && facts.st_atim.tv_sec == longAgo;
 }
 
 }  // namespace
@@ -108,11 +136,27 @@ std::multiset<std::string> MovesHouse::census() const
     const auto add = [&](const std::string& path, bool isFolder) {
         if (!isFolder) {
             lines.insert(line(path));
+        } else if (isUnopened(path)) {
+            lines.insert("a folder that nobody opened");
         }
     };
+    add(home_.path("realm"), true);
     walk(home_.path("realm"), add);
     walk(home_.path(".local/share/Trash"), add);
     return lines;
+}
+
+void MovesHouse::ageFolders() const
+{
+    const auto age = [](const std::string& path, bool isFolder) {
+        const timespec times[2] = {{longAgo, 0}, {0, UTIME_OMIT}};
+        if (isFolder) {
+            ::utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW);
+        }
+    };
+    age(home_.path("realm"), true);
+    walk(home_.path("realm"), age);
+    walk(home_.path(".local/share/Trash"), age);
 }
 
 std::multiset<std::string> MovesHouse::censusWithPaths(const std::string& folder)

@@ -24,12 +24,16 @@ public:
     [[nodiscard]] FileURL realm() const { return FileURL::directory(home_.path("realm")); }
     [[nodiscard]] FileURL outside() const { return FileURL::directory(home_.path("outside")); }
 
-    /// Everything in realm and Trash but folders and the program's own records, each as one line
-    /// of its content's hash, mode, times, attributes, or a link's target: equal before and after
-    /// when nothing was lost, changed, copied or added.
+    /// Everything in realm and Trash but the program's own records: files and links each as one
+    /// line of content's hash, mode, times, attributes, or a link's target; and of the folders
+    /// those that `ageFolders` has seen and nobody has opened since. Equal before and after when
+    /// nothing was lost, changed, copied, added or listed with a trace.
     [[nodiscard]] std::multiset<std::string> census() const;
 
-    /// The same of any folder, with the paths in the lines.
+    /// Gives the folders in realm and Trash an access date of long ago.
+    void ageFolders() const;
+
+    /// The files and links of any folder, and its folders, with the paths in the lines.
     [[nodiscard]] static std::multiset<std::string> censusWithPaths(const std::string& folder);
 
     /// The paths of everything at and below `folder` that a user could take, folders too, without
