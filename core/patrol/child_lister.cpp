@@ -32,6 +32,8 @@ private:
         ListedItem item;
         item.name = child.name;
         item.isSymlink = child.isSymbolicLink;
+        item.volumeID = child.volumeID;
+        item.hasVanished = child.hasVanished;
         if (!child.facts || child.isSymbolicLink) {
             return item;
         }
@@ -64,6 +66,12 @@ private:
     std::optional<TreeReader> reader_;
 };
 
+/// Whether there was nothing to be found out about an item, although nothing was refused.
+bool isNoMore(const FileEntry& entry)
+{
+    return entry.deviceID == 0 && entry.inode == 0 && !entry.isUnreadable;
+}
+
 class FunctionLister final : public ChildLister {
 public:
     FunctionLister(const FileURL& root, const DirectoryReader& reader)
@@ -80,7 +88,7 @@ public:
         for (const FileEntry& entry : reader_(chain_.back())) {
             visit({entry.name(), entry.isDirectory, entry.isSymlink, entry.allocatedSize,
                    entry.logicalSize, entry.kind, entry.dateModified, entry.inode, entry.deviceID,
-                   entry.linkCount});
+                   entry.linkCount, entry.deviceID, isNoMore(entry)});
         }
     }
 

@@ -27,6 +27,10 @@ struct ListedItem {
     /// 0 when the metadata could not be read.
     std::int32_t deviceID = 0;
     std::int64_t linkCount = 1;
+    /// The number of the volume that it lies on, mostly its device; see `ListedChild`.
+    std::int32_t volumeID = 0;
+    /// Whether it was gone when it was looked at: nothing else is known of it.
+    bool hasVanished = false;
 };
 
 /// What a walk reads directories with: depth first, each inside the one listed one level above.

@@ -46,6 +46,8 @@ struct FileEntry {
     /// The first place it was downloaded from.
     std::optional<std::string> whereFrom;
     std::vector<std::string> tags;
+    /// Whether it is there although its metadata could not be read.
+    bool isUnreadable = false;
 
     [[nodiscard]] std::string_view name() const { return id.lastPathComponent(); }
 

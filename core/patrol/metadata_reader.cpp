@@ -1,5 +1,8 @@
 #include "core/patrol/metadata_reader.h"
 
+#include <cstddef>
+#include <utility>
+
 #include "platform/files/metadata.h"
 #include "platform/files/property_list.h"
 #include "platform/files/whole_directory.h"
@@ -13,20 +16,26 @@ constexpr Bytes sparseFloor = 65'536;
 constexpr Bytes evictedCeiling = 4'095;
 constexpr std::string_view screenshotPrefix = "Screenshot ";
 
-/// The facts of an item, or none.
-std::optional<ItemFacts> factsIfReadable(const FileURL& url)
+/// What could be found out about an item.
+struct Sight {
+    std::optional<ItemFacts> facts;
+    bool hasVanished = false;
+};
+
+Sight sightOf(const FileURL& url)
 {
     try {
-        return itemFacts(url);
-    } catch (const FileError&) {
-        return std::nullopt;
+        return {itemFacts(url)};
+    } catch (const FileError& error) {
+        return {std::nullopt, meaning(error) == ErrorMeaning::noSuchItem};
     }
 }
 
 /// What this system tells of an item, in the two forms that an entry is made of.
-FileEntry entryFrom(const FileURL& url, bool isSymbolicLink, const std::optional<ItemFacts>& facts,
+FileEntry entryFrom(const FileURL& url, bool isSymbolicLink, const Sight& sight,
                     const Attributes& attributes)
 {
+    const std::optional<ItemFacts>& facts = sight.facts;
     ResourceValues values;
     values.isSymlink = isSymbolicLink;
     std::optional<LstatInfo> lstat;
@@ -39,10 +48,14 @@ FileEntry entryFrom(const FileURL& url, bool isSymbolicLink, const std::optional
         values.dateLastOpened = facts->accessed;
         lstat = LstatInfo{facts->inode, facts->deviceID, facts->allocatedSize, facts->linkCount};
     }
-    return makeEntry(url, values, lstat, attributes);
+    FileEntry entry = makeEntry(url, values, lstat, attributes);
+    entry.isUnreadable = !facts && !sight.hasVanished;
+    return entry;
 }
 
-FileEntry listedEntry(const FileURL& directory, const ListedChild& child, AttributeValue value)
+/// None when the child is gone.
+std::optional<FileEntry> listedEntry(const FileURL& directory, const ListedChild& child,
+                                     AttributeValue value)
 {
     Attributes attributes;
     if ((child.attributes & 1U) != 0) {
@@ -55,9 +68,11 @@ FileEntry listedEntry(const FileURL& directory, const ListedChild& child, Attrib
     const FileURL url = directory.appending(child.name, isDirectory ? FileURL::Names::directory
                                                                     : FileURL::Names::item);
     // The listing may tell of a link without its facts; an entry has them.
-    const std::optional<ItemFacts> facts =
-        child.isSymbolicLink && !child.facts ? factsIfReadable(url) : child.facts;
-    return entryFrom(url, child.isSymbolicLink, facts, attributes);
+    const Sight sight =
+        child.isSymbolicLink && !child.facts ? sightOf(url) : Sight{child.facts, child.hasVanished};
+    return sight.hasVanished
+               ? std::nullopt
+               : std::optional(entryFrom(url, child.isSymbolicLink, sight, attributes));
 }
 
 }  // namespace
@@ -65,19 +80,35 @@ FileEntry listedEntry(const FileURL& directory, const ListedChild& child, Attrib
 std::vector<FileEntry> entries(const FileURL& directory)
 {
     std::vector<FileEntry> result;
-    const auto begin = [&](std::size_t count) { result.resize(count); };
+    // Children are described by several threads; a byte each, which no two of them share.
+    std::vector<char> hasVanished;
+    const auto begin = [&](std::size_t count) {
+        result.resize(count);
+        hasVanished.resize(count);
+    };
     const auto visit = [&](std::size_t number, const ListedChild& child, AttributeValue value) {
-        result[number] = listedEntry(directory, child, value);
+        if (std::optional<FileEntry> entry = listedEntry(directory, child, value)) {
+            result[number] = *std::move(entry);
+        } else {
+            hasVanished[number] = 1;
+        }
     };
     readWholeDirectory(directory, {screenCaptureAttribute, whereFromsAttribute}, {begin, visit});
+    std::size_t kept = 0;
+    for (std::size_t number = 0; number < result.size(); ++number) {
+        if (hasVanished[number] == 0 && kept++ != number) {
+            result[kept - 1] = std::move(result[number]);
+        }
+    }
+    result.resize(kept);
     return result;
 }
 
 FileEntry entry(const FileURL& url)
 {
-    const std::optional<ItemFacts> facts = factsIfReadable(url);
-    const bool isLink = facts && facts->type == ItemType::symbolicLink;
-    return entryFrom(url, isLink, facts,
+    const Sight sight = sightOf(url);
+    const bool isLink = sight.facts && sight.facts->type == ItemType::symbolicLink;
+    return entryFrom(url, isLink, sight,
                      {extendedAttribute(url, screenCaptureAttribute),
                       extendedAttribute(url, whereFromsAttribute)});
 }

@@ -24,7 +24,8 @@ inline constexpr const char* screenCaptureAttribute = "com.apple.metadata:kMDIte
 inline constexpr const char* whereFromsAttribute = "com.apple.metadata:kMDItemWhereFroms";
 
 /// One entry a direct child, hidden ones too, in the order that the system lists them. Throws
-/// `FileError` when the directory cannot be listed; a child that cannot be read takes defaults.
+/// `FileError` when the directory cannot be listed; a child that cannot be read takes defaults, and
+/// one that is gone when it is looked at has no entry.
 [[nodiscard]] std::vector<FileEntry> entries(const FileURL& directory);
 
 /// The entry of one item. Never fails: every fact that cannot be read takes its default.

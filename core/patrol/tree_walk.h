@@ -20,9 +20,9 @@ namespace gruk {
 enum class FileMeeting { first, again };
 
 /// The walk that everything which counts a tree has in common: depth first, the directory found
-/// last listed first; symbolic links are skipped; what is on another volume than the root is not
-/// entered; of a hard-linked file the first name met is told from the others. Keeps its own
-/// stack, so that no depth exhausts the call stack.
+/// last listed first; symbolic links are skipped, and so is what is gone when it is looked at; what
+/// is on another volume than the root is not entered; of a hard-linked file the first name met is
+/// told from the others. Keeps its own stack, so that no depth exhausts the call stack.
 ///
 /// What is made of it is up to `Rules`, which has
 ///
@@ -112,10 +112,10 @@ private:
     void visit(const Pending& at, const ListedItem& item)
     {
         rules_.willVisit();
-        if (item.isSymlink) {
+        if (item.isSymlink || item.hasVanished) {
             return;
         }
-        if (item.deviceID != rootDevice_) {
+        if (item.volumeID != rootDevice_) {
             rules_.otherVolume(at.directory, item);
         } else if (item.isDirectory) {
             pending_.push_back({rules_.directory(at.directory, item), at.depth + 1});

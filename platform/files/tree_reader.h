@@ -21,6 +21,12 @@ struct ListedChild {
     /// None when the metadata could not be read: it vanished after the listing, or access was
     /// refused. A symbolic link has none either when the directory itself told that it is one.
     std::optional<ItemFacts> facts;
+    /// The number of the volume that it lies on, which is that of the root's device when it is the
+    /// root's. Mostly the item's own device; an overlay of several disks is one volume, although
+    /// its files tell the devices of their layers. 0 without facts.
+    std::int32_t volumeID = 0;
+    /// Whether it was gone when it was looked at.
+    bool hasVanished = false;
     bool isSymbolicLink = false;
     /// Bit i is set when the item carries the i-th attribute asked for.
     std::uint32_t attributes = 0;

@@ -13,9 +13,9 @@ namespace gruk {
 class TreeReader::Impl {
 public:
     Impl(const FileURL& root, std::vector<std::string> attributeNames, AttributeAccess access)
-        : chain_(root), attributes_(std::move(attributeNames), access, chain_.open(0, {}))
+        : chain_(root), volume_(chain_.open(0, {})),
+          attributes_(std::move(attributeNames), access, chain_.open(0, {}))
     {
-        device_ = deviceOf(chain_.open(0, {}));
     }
 
     void list(std::size_t depth, std::string_view name, Visitor visit)
@@ -27,7 +27,7 @@ public:
         records_.list(
             directory_,
             [&](const char* child, std::uint8_t type) {
-                visit(describedChild(directory_, child, type, device_, attributes_));
+                visit(describedChild(directory_, child, type, volume_, attributes_));
             },
             [&] { return chain_.relativePath(); });
     }
@@ -40,9 +40,9 @@ public:
 
 private:
     DirectoryChain chain_;
+    WalkVolume volume_;
     AttributeLister attributes_;
     int directory_ = -1;
-    std::int32_t device_ = 0;
     DirectoryRecords records_;
 };
 

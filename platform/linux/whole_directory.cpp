@@ -58,8 +58,8 @@ class Reading {
 public:
     Reading(int directory, const Names& names, const std::vector<std::string>& attributeNames,
             const DirectoryVisitor& visitor)
-        : directory_(directory), device_(deviceOf(directory)), names_(names),
-          attributeNames_(attributeNames), visitor_(visitor)
+        : directory_(directory), volume_(directory), names_(names), attributeNames_(attributeNames),
+          visitor_(visitor)
     {
     }
 
@@ -99,13 +99,13 @@ private:
     {
         const char* const name = names_.name(number);
         const ListedChild child =
-            describedChild(directory_, name, names_.type(number), device_, attributes);
+            describedChild(directory_, name, names_.type(number), volume_, attributes);
         const auto value = [&](std::size_t index) { return attributes.read(name, index); };
         visitor_.visit(number, child, value);
     }
 
     int directory_;
-    std::int32_t device_;
+    WalkVolume volume_;
     const Names& names_;
     const std::vector<std::string>& attributeNames_;
     const DirectoryVisitor& visitor_;

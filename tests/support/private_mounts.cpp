@@ -93,6 +93,17 @@ void mountAgain(const std::string& shown, const std::string& path)
     }
 }
 
+void mountOverlay(const std::string& lower, const std::string& upper, const std::string& work,
+                  const std::string& path)
+{
+    // Else an overlay may hide which layer a file is in.
+    const std::string options =
+        "xino=off,lowerdir=" + lower + ",upperdir=" + upper + ",workdir=" + work;
+    if (::mount("overlay", path.c_str(), "overlay", 0, options.c_str()) != 0) {
+        fail("mount at " + path);
+    }
+}
+
 void unmount(const std::string& path)
 {
     if (::umount2(path.c_str(), 0) != 0) {

@@ -24,6 +24,11 @@ void mountMemory(const std::string& path, std::size_t bytes = 0);
 /// Shows the directory `shown` at `path`, too, as a mount of its own. Throws.
 void mountAgain(const std::string& shown, const std::string& path);
 
+/// Shows the directory `upper` over `lower` at `path`; changes go to `upper`, and `work` is an
+/// empty directory on its disk. Throws.
+void mountOverlay(const std::string& lower, const std::string& upper, const std::string& work,
+                  const std::string& path);
+
 /// Takes away what is mounted at `path`. Throws.
 void unmount(const std::string& path);
 

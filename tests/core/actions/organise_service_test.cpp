@@ -3,12 +3,16 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "core/actions/stash_service.h"
 #include "tests/support/environment.h"
 #include "tests/support/fake_disk.h"
+#include "tests/support/private_mounts.h"
+#include "tests/support/temporary_directory.h"
 
 namespace gruk {
 
@@ -61,6 +65,32 @@ TEST(OrganiseService, anEmptyPlanReturnsNoFolderAndWritesNoJournal)
         OrganiseService(disk.organiseCalls()).applyPlan({realm, {}}, realm);
     EXPECT_EQ(operation, StashOperation());
     EXPECT_THAT(disk.journals, IsEmpty());
+}
+
+TEST(OrganiseService, filesThatClaimAnyLengthDoNotStopAPlan)
+{
+    const test::TemporaryDirectory disk;
+    disk.folder("mount");
+    // Of such lengths there are files only on disks of memory.
+    const test::MountedRun run = test::runWithPrivateMounts([&]() -> std::string {
+        test::mountMemory(disk.path("mount"));
+        disk.folder("mount/realm");
+        for (const char* name : {"a.png", "b.png", "c.png"}) {
+            const std::string path = disk.file("mount/realm/" + std::string(name));
+            if (::truncate(path.c_str(), off_t{1} << 62) != 0) {
+                return "no such file can be made";
+            }
+        }
+        const FileURL folder = FileURL::directory(disk.path("mount/realm"));
+        const OrganisePlan plan = OrganiseService().planOrganise(folder, folder, {});
+        return plan.moves.size() == 1 && plan.moves[0].totalBytes == 3 * (Bytes{1} << 50U)
+                   ? ""
+                   : "another sum";
+    });
+    if (!run.isPermitted) {
+        GTEST_SKIP() << "this process may not mount anything";
+    }
+    EXPECT_EQ(run.complaint, "");
 }
 
 TEST(OrganiseService, aFileAlreadyInTheDestinationFailsAndTheOthersGoOn)

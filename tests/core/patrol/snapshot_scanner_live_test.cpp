@@ -9,9 +9,11 @@
 
 #include <cstring>
 #include <set>
+#include <thread>
 
 #include "core/patrol/snapshot_scanner.h"
 #include "platform/foundation/errors.h"
+#include "tests/support/private_mounts.h"
 #include "tests/support/temporary_directory.h"
 
 namespace gruk {
@@ -347,6 +349,49 @@ TEST(SnapshotScannerLive, aFolderSwappedForAFIFOInTheWalkIsUnreadableAndNotOpene
         });
     EXPECT_EQ(snapshot.issues,
               (std::vector<ScanIssue>{{"swapped", ScanIssue::Reason::unreadable}}));
+}
+
+TEST(SnapshotScannerLive, aFolderInUseHasNoIssuesOfFilesThatComeAndGo)
+{
+    const test::TemporaryDirectory disk;
+    disk.file("stays", 10);
+    std::size_t issues = 0;
+    {
+        const std::jthread busy([&](const std::stop_token& stop) {
+            while (!stop.stop_requested()) {
+                for (int i = 0; i < 50; ++i) {
+                    const std::string path = disk.path("comes and goes " + std::to_string(i));
+                    ::close(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+                    ::unlink(path.c_str());
+                }
+            }
+        });
+        for (int i = 0; i < 2'000; ++i) {
+            issues += scan(disk.url()).issues.size();
+        }
+    }
+    EXPECT_EQ(issues, 0U);
+}
+
+TEST(SnapshotScannerLive, aDiskThatIsMountedInTheRealmIsOneIssueAndWhatIsBehindItIsNotSeen)
+{
+    const test::TemporaryDirectory disk;
+    disk.file("here/x", 10);
+    disk.folder("here/mount");
+    const test::MountedRun run = test::runWithPrivateMounts([&]() -> std::string {
+        test::mountMemory(disk.path("here/mount"));
+        disk.file("here/mount/inside/y", 10);
+        const ScanSnapshot snapshot = scan(disk.url());
+        const std::vector<ScanIssue> expected = {
+            {"here/mount", ScanIssue::Reason::differentFilesystem}};
+        return snapshot.issues == expected && paths(snapshot) == Paths{"here", "here/x"}
+                   ? ""
+                   : "it was entered";
+    });
+    if (!run.isPermitted) {
+        GTEST_SKIP() << "this process may not mount anything";
+    }
+    EXPECT_EQ(run.complaint, "");
 }
 
 TEST(SnapshotScannerLive, aRootThatIsALinkToAFolderIsWalkedUnderItsOwnPath)

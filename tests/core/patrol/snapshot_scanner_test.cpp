@@ -194,13 +194,48 @@ TEST_F(SnapshotScannerTest, aFileOnAnotherVolumeIsAnIssueToo)
               (std::vector<ScanIssue>{{"a/bound", ScanIssue::Reason::differentFilesystem}}));
 }
 
-TEST_F(SnapshotScannerTest, aChildThatVanishedBeforeItWasReadIsReportedAsOnAnotherVolume)
+TEST_F(SnapshotScannerTest, aChildThatVanishedBeforeItWasLookedAtIsGoneWithoutEntryOrIssue)
 {
-    FileEntry& gone = tree.file("gone");
-    gone.deviceID = 0;
-    gone.inode = 0;
+    for (const char* path : {"gone", "a/gone"}) {
+        FileEntry& gone = tree.file(path);
+        gone.deviceID = 0;
+        gone.inode = 0;
+    }
+    std::int64_t counted = -1;
+    const ScanSnapshot snapshot =
+        SnapshotScanner(tree.reader())
+            .scan(tree.root(), {}, [&](std::int64_t count, std::string_view) { counted = count; });
+    EXPECT_TRUE(snapshot.issues.empty());
+    EXPECT_EQ(paths(snapshot), Paths{"a"});
+    EXPECT_EQ(counted, 1);
+}
+
+TEST_F(SnapshotScannerTest, aChildThatIsThereButTellsNothingIsAnIssue)
+{
+    FileEntry& closed = tree.file("closed");
+    closed.deviceID = 0;
+    closed.inode = 0;
+    closed.isUnreadable = true;
     EXPECT_EQ(scan().issues,
-              (std::vector<ScanIssue>{{"gone", ScanIssue::Reason::differentFilesystem}}));
+              (std::vector<ScanIssue>{{"closed", ScanIssue::Reason::differentFilesystem}}));
+}
+
+TEST_F(SnapshotScannerTest, aNameThatIsListedTwiceIsOneEntry)
+{
+    tree.file("a/x", 100);
+    tree.file("a/y", 10);
+    SnapshotScanner scanner([&](const FileURL& url) {
+        // As a folder may be listed in which something is renamed meanwhile.
+        std::vector<FileEntry> children = tree.reader()(url);
+        if (url.lastPathComponent() == "a") {
+            children.push_back(children.front());
+        }
+        return children;
+    });
+    const ScanSnapshot snapshot = scanner.scan(tree.root(), {});
+    EXPECT_EQ(paths(snapshot), (Paths{"a", "a/x", "a/y"}));
+    EXPECT_EQ(sizeOf(snapshot, "a"), 110);
+    EXPECT_EQ(snapshot.entries.totalBytes(), 110);
 }
 
 TEST_F(SnapshotScannerTest, aSymbolicLinkToADirectoryAddsNothing)

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/files/trash.h"
+#include "platform/linux/descriptor.h"
 #include "tests/support/trash_house.h"
 
 namespace gruk {
@@ -73,6 +74,24 @@ TEST(DirectorySizes, aFileThatIsNoneOfOursIsLeftAlone)
     (void)trashItem(house.url("home/a"));
     EXPECT_EQ(house.directory().read("elsewhere"), "theirs");
     EXPECT_TRUE(fs::is_symlink(house.trash("directorysizes")));
+}
+
+TEST(DirectorySizes, aFolderDeeperThanTheLimitHasNoSize)
+{
+    const TemporaryDirectory disk;
+    std::string path = "top";
+    for (int depth = 1; depth < 5; ++depth) {
+        path += "/down";
+    }
+    disk.file(path + "/x", 10'000);
+    const Descriptor parent(::open(disk.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    WalkLimits limits;
+    limits.depth = 5;
+    EXPECT_EQ(sizeOnDisk(parent.number(), "top", limits), blocksOfTree(disk.path("top")));
+    limits.depth = 4;
+    EXPECT_EQ(sizeOnDisk(parent.number(), "top", limits), std::nullopt);
+    // Each level of a folder holds a descriptor, of which a process has few.
+    EXPECT_LE(WalkLimits().depth, 200U);
 }
 
 TEST(DirectorySizes, theLineOfAFolderTakesThePlaceOfItsFormerOnes)

@@ -207,6 +207,45 @@ TEST(TreeReader, neverFollowsALinkInThePlaceOfADirectory)
     EXPECT_THROW(static_cast<void>(namesIn(reader, 1, "folder")), FileError);
 }
 
+TEST(TreeReader, aChildThatIsGoneWhenItIsLookedAtIsToldAsThat)
+{
+    const TemporaryDirectory directory;
+    for (const char* name : {"a", "b", "c"}) {
+        directory.file(name);
+    }
+    TreeReader reader(directory.url());
+    std::vector<std::pair<bool, bool>> told;
+    reader.list(0, {}, [&](const ListedChild& child) {
+        told.emplace_back(child.hasVanished, child.facts.has_value());
+        for (const char* name : {"a", "b", "c"}) {
+            fs::remove(directory.path(name));
+        }
+    });
+    EXPECT_EQ(told,
+              (std::vector<std::pair<bool, bool>>{{false, true}, {true, false}, {true, false}}));
+}
+
+TEST(TreeReader, aChildThatMayNotBeLookedAtHasNotVanished)
+{
+    const TemporaryDirectory directory;
+    EXPECT_TRUE(test::succeedsAsOrdinaryUser(
+        [](const TemporaryDirectory& own) {
+            const std::string closed = own.folder("closed");
+            own.file("closed/x");
+            ::chmod(closed.c_str(), 0400);
+            TreeReader reader(FileURL::directory(closed));
+            int children = 0;
+            bool isRight = true;
+            reader.list(0, {}, [&](const ListedChild& child) {
+                ++children;
+                isRight = isRight && !child.facts && !child.hasVanished;
+            });
+            ::chmod(closed.c_str(), 0700);
+            return isRight && children == 1;
+        },
+        directory));
+}
+
 TEST(TreeReader, saysWhatCannotBeOpenedAndWhy)
 {
     const TemporaryDirectory directory;
