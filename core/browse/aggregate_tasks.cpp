@@ -1,6 +1,10 @@
 #include "core/browse/aggregate_tasks.h"
 
+#include <algorithm>
+#include <exception>
 #include <utility>
+
+#include "core/browse/touched_places.h"
 
 namespace gruk {
 
@@ -13,31 +17,47 @@ AggregateTasks::AggregateTasks(std::shared_ptr<ScanEngine> engine, std::shared_p
 AggregateTasks::~AggregateTasks()
 {
     alive_.reset();
-    cancelWalks();
+    cancel();
 }
 
 void AggregateTasks::walk(const std::shared_ptr<ScanNode>& node)
 {
-    waiting_.push_back(node);
+    waiting_.push_back({Kind::walk, walkOf(node), node->id().standardized().path(), node});
     node->beginComputing();
     startNext();
 }
 
 void AggregateTasks::cancelWalks()
 {
-    stop_.request_stop();
-    stop_ = std::stop_source();
-    std::deque<std::shared_ptr<ScanNode>> cancelled;
-    cancelled.swap(waiting_);
-    if (walked_) {
-        cancelled.push_front(std::exchange(walked_, nullptr));
+    cancelAll({Kind::walk});
+}
+
+void AggregateTasks::cancel()
+{
+    cancelAll({Kind::walk, Kind::look});
+}
+
+/// Forgetting is never among them: it stays asked for.
+void AggregateTasks::cancelAll(std::initializer_list<Kind> kinds)
+{
+    const auto isOne = [&](const Piece& piece) {
+        return std::ranges::count(kinds, piece.kind) > 0;
+    };
+    std::vector<std::shared_ptr<ScanNode>> cancelled;
+    if (runningNumber_ != 0 && isOne(running_)) {
+        cancelled.push_back(running_.node);
+        letGoOfRunning();
     }
-    // Forgetting is no walk: it stays asked for.
-    for (const std::shared_ptr<ScanNode>& node : cancelled) {
-        if (!node) {
-            waiting_.push_back(nullptr);
+    std::deque<Piece> kept;
+    for (Piece& piece : waiting_) {
+        if (isOne(piece)) {
+            cancelled.push_back(std::move(piece.node));
+        } else {
+            kept.push_back(std::move(piece));
         }
     }
+    waiting_ = std::move(kept);
+    startNext();
     for (const std::shared_ptr<ScanNode>& node : cancelled) {
         if (node) {
             node->endComputing(std::nullopt);
@@ -45,35 +65,66 @@ void AggregateTasks::cancelWalks()
     }
 }
 
+/// Tells what is on the pool to stop, and waits for it no longer.
+void AggregateTasks::letGoOfRunning()
+{
+    stop_.request_stop();
+    stop_ = std::stop_source();
+    hanging_.emplace(std::exchange(runningNumber_, 0), running_.path);
+    running_ = {};
+}
+
 void AggregateTasks::invalidate()
 {
-    waiting_.push_back(nullptr);
+    waiting_.push_back(forgetting([](ScanEngine& engine) { engine.invalidate(); }));
     startNext();
 }
 
-void AggregateTasks::startNext()
+void AggregateTasks::renew(std::vector<FileURL> touched, std::function<Listing()> look,
+                           std::function<void(std::shared_ptr<const Listing>)> found)
 {
-    if (isBusy_ || waiting_.empty()) {
-        return;
+    if (runningNumber_ != 0 && running_.kind == Kind::walk
+        && TouchedPlaces(touched).reach(running_.path)) {
+        // What it finds is to be forgotten; its node waits for another walk.
+        const std::shared_ptr<ScanNode> node = running_.node;
+        letGoOfRunning();
+        waiting_.push_front({Kind::walk, walkOf(node), node->id().standardized().path(), node});
     }
-    isBusy_ = true;
-    walked_ = std::move(waiting_.front());
-    waiting_.pop_front();
-    if (walked_) {
-        startWalk();
-    } else {
-        startForgetting();
+    if (look) {
+        std::erase_if(waiting_, [](const Piece& piece) { return piece.kind == Kind::look; });
+        waiting_.push_front({Kind::look, [look = std::move(look),
+                                          found = std::move(found)](const std::stop_token&) {
+                                 auto listing = std::make_shared<const Listing>(look());
+                                 return [found, listing = std::move(listing)] { found(listing); };
+                             }});
     }
+    waiting_.push_front(forgetting(
+        [touched = std::move(touched)](ScanEngine& engine) { engine.invalidateAround(touched); }));
+    startNext();
 }
 
-void AggregateTasks::startWalk()
+AggregateTasks::Piece AggregateTasks::forgetting(std::function<void(ScanEngine&)> forget) const
 {
-    pool_->start([this, alive = std::weak_ptr(alive_), engine = engine_, loop = loop_,
-                  url = walked_->id(), stop = stop_.get_token()] {
+    Piece piece;
+    piece.kind = Kind::forgetting;
+    piece.work = [forget = std::move(forget), engine = engine_](const std::stop_token&) {
+        forget(*engine);
+        return std::function<void()>();
+    };
+    return piece;
+}
+
+std::function<std::function<void()>(const std::stop_token&)>
+AggregateTasks::walkOf(const std::shared_ptr<ScanNode>& node)
+{
+    return [this, alive = std::weak_ptr(alive_), engine = engine_, loop = loop_, url = node->id(),
+            walked = std::weak_ptr(node)](const std::stop_token& stop) {
         const auto report = [&](const ScanProgress& progress) {
-            loop->post([this, alive, progress] {
-                if (!alive.expired() && walked_) {
-                    walked_->report(progress);
+            loop->post([this, alive, walked, progress] {
+                // Not of a walk that was cancelled.
+                const auto reporting = walked.lock();
+                if (!alive.expired() && reporting && running_.node == reporting) {
+                    reporting->report(progress);
                 }
             });
         };
@@ -84,34 +135,63 @@ void AggregateTasks::startWalk()
             // Whatever it was, the row goes without a final size.
             result.reset();
         }
-        loop->post([this, alive, result] {
+        return [walked, result] {
+            if (const auto ending = walked.lock()) {
+                ending->endComputing(result);
+            }
+        };
+    };
+}
+
+void AggregateTasks::startNext()
+{
+    if (!alive_ || runningNumber_ != 0 || hanging_.size() >= mostHanging) {
+        return;
+    }
+    const auto hangs = [this](const Piece& piece) {
+        return piece.node && std::ranges::any_of(hanging_, [&](const auto& each) {
+                   return each.second == piece.path;
+               });
+    };
+    const auto next = std::ranges::find_if_not(waiting_, hangs);
+    if (next == waiting_.end()) {
+        return;
+    }
+    running_ = std::move(*next);
+    waiting_.erase(next);
+    runningNumber_ = ++lastNumber_;
+    pool_->start([this, alive = std::weak_ptr(alive_), loop = loop_, work = running_.work,
+                  number = runningNumber_, stop = stop_.get_token()] {
+        std::function<void()> outcome = work(stop);
+        loop->post([this, alive, number, outcome = std::move(outcome)] {
             if (!alive.expired()) {
-                ended(result);
+                ended(number, outcome);
             }
         });
     });
 }
 
-void AggregateTasks::startForgetting()
+void AggregateTasks::ended(std::uint64_t number, const std::function<void()>& outcome)
 {
-    pool_->start([this, alive = std::weak_ptr(alive_), engine = engine_, loop = loop_] {
-        engine->invalidate();
-        loop->post([this, alive] {
-            if (!alive.expired()) {
-                ended(std::nullopt);
-            }
-        });
-    });
-}
-
-void AggregateTasks::ended(const std::optional<DirectoryStats>& result)
-{
-    isBusy_ = false;
+    if (hanging_.erase(number) > 0) {
+        startNext();
+        return;
+    }
+    runningNumber_ = 0;
+    const Piece piece = std::exchange(running_, {});
+    if (piece.kind == Kind::look) {
+        // What it found takes the place of the walks that wait. Whoever hears of it may end us.
+        const std::weak_ptr alive(alive_);
+        outcome();
+        if (!alive.expired()) {
+            startNext();
+        }
+        return;
+    }
     // The pool has its next piece before anybody hears of this one, whatever they then do.
-    const std::shared_ptr<ScanNode> node = std::exchange(walked_, nullptr);
     startNext();
-    if (node) {
-        node->endComputing(result);
+    if (outcome) {
+        outcome();
     }
 }
 

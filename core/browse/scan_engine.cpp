@@ -3,6 +3,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/browse/touched_places.h"
 #include "core/patrol/child_lister.h"
 #include "core/patrol/tree_walk.h"
 #include "platform/files/metadata.h"
@@ -41,7 +42,8 @@ public:
         stats_.fileCount = checkedAdd(stats_.fileCount, 1);
         if (meeting == FileMeeting::first) {
             stats_.allocated = checkedAdd(stats_.allocated, item.allocatedSize);
-            stats_.logical = checkedAdd(stats_.logical, item.logicalSize);
+            // What a sparse file says of its length is no room on a disk, and no sum is safe of it.
+            stats_.logical = saturatingAdd(stats_.logical, item.logicalSize);
         }
     }
 
@@ -74,25 +76,98 @@ ScanEngine::ScanEngine(DirectoryReader reader, SteadyClock clock)
 {
 }
 
+/// The turn of one walk, which ends with its block. Those who wait for theirs hear of it, and of
+/// the stop that ends it early.
+class ScanEngine::Turn {
+public:
+    Turn(ScanEngine& engine, const std::stop_token& stop)
+        : engine_(engine), onStop_(stop, [&engine] { engine.wakeWaiting(); })
+    {
+    }
+    ~Turn() { engine_.endTurn(number); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    /// 0 until it has begun.
+    std::uint64_t number = 0;
+
+private:
+    ScanEngine& engine_;
+    std::stop_callback<std::function<void()>> onStop_;
+};
+
 DirectoryStats ScanEngine::stats(const FileURL& url, const ScanProgressFunction& progress,
                                  const std::stop_token& stop)
 {
     const FileURL root = url.standardized();
-    const MutexLock lock(oneAtATime_);
-    if (const auto known = cache_.find(root.path()); known != cache_.end()) {
-        return known->second;
+    Turn turn(*this, stop);
+    {
+        const MutexLock lock(lock_);
+        waitForTurn(stop);
+        if (const auto known = cache_.find(root.path()); known != cache_.end()) {
+            return known->second;
+        }
+        if (stop.stop_requested()) {
+            throw CancelledError();
+        }
+        turn.number = ++lastNumber_;
+        walking_ = turn.number;
+        walkingStop_ = stop;
     }
-    return cache_.emplace(root.path(), walk(root, progress, stop)).first->second;
+    const DirectoryStats result = walk(root, progress, stop);
+    const MutexLock lock(lock_);
+    // Not when somebody went on without this walk: what it saw may be forgotten by now.
+    if (walking_ == turn.number) {
+        cache_.emplace(root.path(), result);
+    }
+    return result;
+}
+
+/// Returns when no walk has the turn, or at once when the caller is told to stop. A walk that was
+/// told to stop has lost its turn to whoever finds it here.
+void ScanEngine::waitForTurn(const std::stop_token& stop)
+{
+    while (walking_ != 0 && !walkingStop_.stop_requested()) {
+        if (stop.stop_requested()) {
+            return;
+        }
+        turnEnded_.wait(lock_);
+    }
+    walking_ = 0;
+}
+
+void ScanEngine::endTurn(std::uint64_t number)
+{
+    const MutexLock lock(lock_);
+    if (number != 0 && walking_ == number) {
+        walking_ = 0;
+        turnEnded_.notify_all();
+    }
+}
+
+void ScanEngine::wakeWaiting()
+{
+    const MutexLock lock(lock_);
+    turnEnded_.notify_all();
 }
 
 void ScanEngine::invalidate(const std::optional<FileURL>& url)
 {
-    const MutexLock lock(oneAtATime_);
+    const MutexLock lock(lock_);
+    waitForTurn({});
     if (url) {
         cache_.erase(url->standardized().path());
     } else {
         cache_.clear();
     }
+}
+
+void ScanEngine::invalidateAround(const std::vector<FileURL>& touched)
+{
+    const TouchedPlaces places(touched);
+    const MutexLock lock(lock_);
+    waitForTurn({});
+    std::erase_if(cache_, [&](const auto& known) { return places.reach(known.first); });
 }
 
 DirectoryStats ScanEngine::walk(const FileURL& root, const ScanProgressFunction& progress,

@@ -35,7 +35,19 @@ public:
     /// The latest word of the walk; stays when it has ended.
     [[nodiscard]] const std::optional<ScanProgress>& progress() const { return progress_; }
 
-    /// Bytes on disk: a file's own, a directory's as far as its walk has come. None: unknown yet.
+    /// What it came to when the folder was listed before; only while it is measured anew.
+    [[nodiscard]] std::optional<Bytes> formerSize() const
+    {
+        return isComputing_ ? formerSize_ : std::nullopt;
+    }
+    /// Whether its walk failed: what is known of its size, if anything, is not all.
+    [[nodiscard]] bool hasFailed() const
+    {
+        return entry_->isDirectory && !aggregate_ && !isComputing_;
+    }
+
+    /// Bytes on disk: a file's own, a directory's as far as its walk has come; of one that is
+    /// measured anew, what it came to before. None: unknown yet.
     [[nodiscard]] std::optional<Bytes> knownSize() const
     {
         if (!entry_->isDirectory) {
@@ -43,6 +55,9 @@ public:
         }
         if (aggregate_) {
             return aggregate_->allocated;
+        }
+        if (const auto former = formerSize()) {
+            return former;
         }
         return progress_ ? std::optional(progress_->bytesSeen) : std::nullopt;
     }
@@ -54,6 +69,9 @@ public:
     {
         return observers_.subscribe(std::move(function));
     }
+
+    /// Before its walk, for a row that stands in the place of one that was measured.
+    void recallSize(std::optional<Bytes> formerSize) { formerSize_ = formerSize; }
 
     /// The steps of a walk, taken by whoever runs it.
     void beginComputing()
@@ -89,6 +107,7 @@ private:
     std::shared_ptr<const Siblings> siblings_;
     std::optional<DirectoryStats> aggregate_;
     std::optional<ScanProgress> progress_;
+    std::optional<Bytes> formerSize_;
     bool isComputing_ = false;
     ObserverList<> observers_;
 };

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/browse/touched_places.h"
 #include "platform/foundation/text_order.h"
 #include "platform/foundation/text_search.h"
 
@@ -12,18 +13,16 @@ namespace gruk {
 
 namespace {
 
-using Listing = std::vector<FileEntry>;
-
 /// Up to one row in so many is put into its place alone; of more, all are sorted anew.
 constexpr std::size_t fewOf = 8;
 
 /// A folder that cannot be listed shows as an empty one.
-std::shared_ptr<const Listing> listed(const DirectoryReader& listing, const FileURL& url)
+std::vector<FileEntry> listed(const DirectoryReader& listing, const FileURL& url)
 {
     try {
-        return std::make_shared<const Listing>(listing(url));
+        return listing(url);
     } catch (const std::exception&) {
-        return std::make_shared<const Listing>();
+        return {};
     }
 }
 
@@ -82,8 +81,7 @@ void ScanSession::open(const FileURL& url)
     if (directory_ && !isSamePlace(*directory_, destination)) {
         breadcrumbs_.push_back(*directory_);
     }
-    directory_ = destination;
-    load();
+    goTo(destination);
 }
 
 void ScanSession::goBack()
@@ -91,22 +89,65 @@ void ScanSession::goBack()
     if (breadcrumbs_.empty()) {
         return;
     }
-    directory_ = std::move(breadcrumbs_.back());
+    const FileURL destination = std::move(breadcrumbs_.back());
     breadcrumbs_.pop_back();
-    load();
+    goTo(destination);
+}
+
+void ScanSession::goTo(const FileURL& folder)
+{
+    directory_ = folder;
+    ++visit_;
+    nodesSubscription_.end();
+    aggregateTasks_.cancel();
+    if (filteredFolder_ && !isSamePlace(*filteredFolder_, folder)) {
+        filteredFolder_.reset();
+        filterText_.clear();
+    }
+    show(std::make_shared<const Listing>(listed(listing_, folder)));
 }
 
 void ScanSession::reset()
 {
     nodesSubscription_.end();
-    aggregateTasks_.cancelWalks();
+    aggregateTasks_.cancel();
     nodes_.clear();
     directory_.reset();
     breadcrumbs_.clear();
     nameRanks_.clear();
     searchKeys_.clear();
+    ++visit_;
     aggregateTasks_.invalidate();
     change(Change::folder);
+}
+
+void ScanSession::renew(const std::vector<FileURL>& touched, Look look)
+{
+    const bool isLookedAt = directory_
+                            && (look == Look::always
+                                || TouchedPlaces(touched).reach(directory_->standardized().path()));
+    if (!isLookedAt) {
+        aggregateTasks_.renew(touched, nullptr, nullptr);
+        return;
+    }
+    aggregateTasks_.renew(
+        touched, [listing = listing_, folder = *directory_] { return listed(listing, folder); },
+        [this, visit = visit_](const std::shared_ptr<const Listing>& listing) {
+            if (visit_ == visit) {
+                show(listing, sizesByPath());
+            }
+        });
+}
+
+std::unordered_map<std::string, Bytes> ScanSession::sizesByPath() const
+{
+    std::unordered_map<std::string, Bytes> sizes;
+    for (const auto& node : nodes_) {
+        if (node->aggregate() || node->formerSize()) {
+            sizes.emplace(node->id().path(), node->displaySize());
+        }
+    }
+    return sizes;
 }
 
 void ScanSession::setSortOrder(SortOrder order)
@@ -121,6 +162,7 @@ void ScanSession::setFilterText(const std::string& text)
 {
     if (text != filterText_) {
         filterText_ = text;
+        filteredFolder_ = directory_;
         change(Change::arrangement);
     }
 }
@@ -151,11 +193,11 @@ Subscription ScanSession::subscribe(std::function<void(Change)> function)
     return observers_.subscribe(std::move(function));
 }
 
-void ScanSession::load()
+void ScanSession::show(const std::shared_ptr<const Listing>& listing,
+                       const std::unordered_map<std::string, Bytes>& formerSizes)
 {
     nodesSubscription_.end();
     aggregateTasks_.cancelWalks();
-    const std::shared_ptr<const Listing> listing = listed(listing_, *directory_);
     const auto siblings = std::make_shared<ScanNode::Siblings>();
     nodes_.clear();
     nodes_.reserve(listing->size());
@@ -165,6 +207,10 @@ void ScanSession::load()
         nodes_.push_back(std::make_shared<ScanNode>(
             std::shared_ptr<const FileEntry>(listing, &entry), siblings));
         if (entry.isDirectory) {
+            if (const auto former = formerSizes.find(entry.id.path());
+                former != formerSizes.end()) {
+                nodes_.back()->recallSize(former->second);
+            }
             aggregateTasks_.walk(nodes_.back());
         }
     }

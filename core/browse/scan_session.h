@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "core/browse/aggregate_tasks.h"
@@ -43,11 +44,20 @@ public:
 
     /// Goes to a folder: one directory read here, then a walk for each child that is a directory.
     /// The folder left goes on the stack of visits. Opening the current one again lists it afresh.
+    /// A filter stays with the folder that it was typed in.
     void open(const FileURL& url);
     /// Goes to the folder that was left last; does nothing when there is none.
     void goBack();
     /// No folder, no visits, no walks, and an engine that has forgotten. The arrangement stays.
     void reset();
+
+    /// Which folder is listed anew: one that what was touched reaches, or whichever is shown.
+    enum class Look { ifReached, always };
+
+    /// To be told of what came, went or changed on the disk: its sizes and those around it are
+    /// forgotten and, when it reaches the folder that is shown, that is listed anew on the pool and
+    /// what was forgotten is measured. Rows show what they came to before until then.
+    void renew(const std::vector<FileURL>& touched, Look look = Look::ifReached);
 
     [[nodiscard]] const std::optional<FileURL>& currentDirectory() const { return directory_; }
     /// In the order of the listing.
@@ -72,19 +82,29 @@ public:
     [[nodiscard]] Subscription subscribe(std::function<void(Change)> function);
 
 private:
-    void load();
+    using Listing = AggregateTasks::Listing;
+
+    void goTo(const FileURL& folder);
+    /// Shows what is in the folder; `formerSizes` by path.
+    void show(const std::shared_ptr<const Listing>& listing,
+              const std::unordered_map<std::string, Bytes>& formerSizes = {});
+    [[nodiscard]] std::unordered_map<std::string, Bytes> sizesByPath() const;
     void change(Change change);
     void follow(std::size_t position);
     void arrange() const;
     [[nodiscard]] SortKey keyOf(std::uint32_t position) const;
 
     DirectoryReader listing_;
+    /// Tells one visit to a folder from the others, so that a late look reaches no other.
+    std::uint64_t visit_ = 0;
     AggregateTasks aggregateTasks_;
     std::optional<FileURL> directory_;
     Nodes nodes_;
     std::vector<FileURL> breadcrumbs_;
     SortOrder sortOrder_ = SortOrder::sizeDescending;
     std::string filterText_;
+    /// Where it was typed.
+    std::optional<FileURL> filteredFolder_;
 
     /// Made when first needed, once a listing: the places of the names in the text order, and the
     /// names as they are searched.

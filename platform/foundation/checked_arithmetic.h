@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 
 #include "platform/foundation/require.h"
 
@@ -17,6 +18,17 @@ using Bytes = std::int64_t;
     Bytes sum = 0;
     GRUK_REQUIRE(!__builtin_add_overflow(a, b, &sum), "a sum of bytes left the 64-bit range");
     return sum;
+}
+
+/// For sums of figures that anybody may claim, and that may be as large as they like: one that
+/// would leave the range stays at its end.
+[[nodiscard]] inline Bytes saturatingAdd(Bytes a, Bytes b)
+{
+    Bytes sum = 0;
+    if (!__builtin_add_overflow(a, b, &sum)) {
+        return sum;
+    }
+    return b < 0 ? std::numeric_limits<Bytes>::min() : std::numeric_limits<Bytes>::max();
 }
 
 [[nodiscard]] inline Bytes checkedSubtract(Bytes a, Bytes b)

@@ -322,6 +322,41 @@ TEST_F(ScanEngineTest, depthCostsNoCallStack)
     EXPECT_EQ(level, 5'000);
 }
 
+TEST_F(ScanEngineTest, theLengthsOfTwoSparseFilesStopNothingAndStayAtTheLargestNumber)
+{
+    for (const char* path : {"a/one", "a/two", "three"}) {
+        tree.file(path, 4096).logicalSize = std::numeric_limits<Bytes>::max();
+    }
+    EXPECT_EQ(stats(), (DirectoryStats{3 * 4096, std::numeric_limits<Bytes>::max(), 3, 0}));
+}
+
+TEST_F(ScanEngineTest, aChildThatIsGoneWhenItIsLookedAtAddsNothing)
+{
+    FileEntry& gone = tree.file("gone", 5);
+    gone.deviceID = 0;
+    gone.inode = 0;
+    tree.file("x", 10);
+    EXPECT_EQ(stats(), (DirectoryStats{10, 10, 1, 0}));
+}
+
+TEST_F(ScanEngineTest, whatWasTouchedIsForgottenWithAllBelowAndAboveIt)
+{
+    for (const char* name : {"a", "a/b", "a/b/c", "a/d", "ab"}) {
+        static_cast<void>(engine.stats(root(name)));
+    }
+    const std::size_t before = tree.listed().size();
+    engine.invalidateAround({FileURL(disk.path("a/b"))});
+    static_cast<void>(engine.stats(root("a/d")));
+    static_cast<void>(engine.stats(root("ab")));
+    EXPECT_EQ(tree.listed().size(), before);
+    static_cast<void>(engine.stats(root("a/b/c")));
+    EXPECT_EQ(tree.listed().size(), before + 1);
+    static_cast<void>(engine.stats(root("a/b")));
+    EXPECT_EQ(tree.listed().size(), before + 3);
+    static_cast<void>(engine.stats(root("a")));
+    EXPECT_EQ(tree.listed().size(), before + 7);
+}
+
 // Without a folder of its own, which the process that dies would leave behind.
 TEST(ScanEngineDeathTest, aTotalThatLeavesTheRangeStopsTheProgram)
 {
