@@ -16,8 +16,12 @@ struct ItemIdentity {
     std::int32_t deviceID = 0;
     std::uint64_t inode = 0;
     ItemType type = ItemType::other;
+    /// When the item was made: a number that was freed is soon given to another one. None where the
+    /// file system keeps no birth time.
+    std::optional<Date> created = {};
 
-    friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
+    /// A birth time that one of the two does not have tells nothing.
+    friend bool operator==(const ItemIdentity& a, const ItemIdentity& b);
 };
 
 /// What must hold for a move, beside that its destination is free. A plain value.

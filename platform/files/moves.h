@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "platform/files/atomic_file.h"
 #include "platform/files/move_calls.h"
 #include "platform/files/move_conditions.h"
+#include "platform/foundation/errors.h"
 #include "platform/foundation/file_url.h"
 
 /// What the services that change the user's folders do to a disk: look, make a folder, move. A
@@ -24,6 +26,20 @@ namespace gruk {
 
 /// Whether `url`, with a last link followed, leads to something.
 [[nodiscard]] bool itemIsReachable(const FileURL& url, const MoveCalls& calls = MoveCalls::live());
+
+/// Another item than the one that was meant came to the destination, and could not be put back,
+/// since something stands at its old place again. `what()` says where it is, too.
+class StrayedItemError : public FileError {
+public:
+    /// An item strayed from `path` to `place`.
+    StrayedItemError(const std::string& path, const std::string& place);
+
+    /// Where it is now.
+    [[nodiscard]] const std::string& place() const noexcept { return place_; }
+
+private:
+    std::string place_;
+};
 
 enum class HiddenItems { listed, skipped };
 
@@ -55,15 +71,25 @@ void moveItem(const FileURL& from, const FileURL& to, const MoveConditions& cond
                                             const MoveCalls& calls = MoveCalls::live());
 
 /// The content of a plain file of the program's own, of at most `longest` bytes; none when there is
-/// none that can be read.
-[[nodiscard]] std::optional<std::string> readOwnFile(const FileURL& url, std::size_t longest,
-                                                     const MoveCalls& calls = MoveCalls::live());
+/// none that can be read. The way to it is followed as it reads, but for what lies below `within`:
+/// there no link is.
+[[nodiscard]] std::optional<std::string>
+readOwnFile(const FileURL& url, std::size_t longest, const MoveCalls& calls = MoveCalls::live(),
+            const std::optional<FileURL>& within = std::nullopt);
+
+/// How a file of the program's own is told from a user's of the same name.
+struct OwnContent {
+    /// A longer one is not the program's.
+    std::size_t longest = 0;
+    /// Whether the program wrote that. Empty: whatever has the name is the program's.
+    std::function<bool(std::string_view content)> isOurs = {};
+};
 
 /// Replaces a file of the program's own as `replaceFile` does, with the way to its directory
 /// followed under `conditions.within`: below that, a link at `target` itself is refused, too. The
-/// directory must exist. Throws `FileError`.
+/// directory must exist. Throws `FileError`: `file_exists` when what stands there is not `own`.
 void replaceOwnFile(const FileURL& target, std::string_view bytes,
                     const MoveConditions& conditions = {},
-                    const MoveCalls& calls = MoveCalls::live());
+                    const MoveCalls& calls = MoveCalls::live(), const OwnContent& own = {});
 
 }  // namespace gruk

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "platform/files/move_calls.h"
@@ -21,6 +22,12 @@ namespace gruk {
 /// Nothing is ever copied.
 [[nodiscard]] FileURL trashItem(const FileURL& url, const MoveConditions& conditions = {},
                                 const MoveCalls& calls = MoveCalls::live());
+
+/// The folder of a Trash in which the item at `url` would come to lie, if the desktop's own tools
+/// do not show that Trash: they pass over volumes that they take for a part of the system. None
+/// where they show it, and where it cannot be told. Looks only, and makes nothing.
+[[nodiscard]] std::optional<FileURL> hiddenTrash(const FileURL& url,
+                                                 const MoveCalls& calls = MoveCalls::live());
 
 /// Makes the info files for all items that are about to go to the Trash in `conditions.batch`,
 /// which must be there, and waits for the disk once for many. `trashItem` then finds them; what is

@@ -209,14 +209,26 @@ void noteNames(const Spot& from, const Spot& to, MoveBatch::Records& records)
                     words);
 }
 
+/// Whether what arrived is the item that was meant, seen as `before` right before the move. A file
+/// system in layers gives an item of a lower one another birth time when it moves it; then a size
+/// and a date that are still the same tell.
+bool isTheOneMeant(const ItemFacts& arrived, const ItemFacts& before, ItemIdentity meant)
+{
+    if (arrived.modified == before.modified && arrived.logicalSize == before.logicalSize) {
+        meant.created.reset();
+    }
+    return identityFrom(arrived) == meant;
+}
+
 /// Looks once more at what arrived. Another item than the one that was meant goes back; so does
 /// one that cannot be looked at, but if it can neither be looked at nor put back it is taken for
 /// the one that was there a moment before, and the move stands.
-void confirm(const Spot& from, const Spot& to, const ItemIdentity& identity, const MoveCalls& calls)
+void confirm(const Spot& from, const Spot& to, const ItemIdentity& identity,
+             const PlaceFacts& before, const MoveCalls& calls)
 {
     PlaceFacts arrived;
     const int seen = examine(to, arrived, calls);
-    if (seen == 0 && identityFrom(arrived.item) == identity) {
+    if (seen == 0 && isTheOneMeant(arrived.item, before.item, identity)) {
         return;
     }
     const int result = transfer(to, from, arrived, calls);
@@ -227,9 +239,7 @@ void confirm(const Spot& from, const Spot& to, const ItemIdentity& identity, con
         throwChanged(from.path, "another item was put in its place; it was left there");
     }
     if (seen == 0) {
-        throw StrayedItemError(std::make_error_code(std::errc::no_such_file_or_directory), moving,
-                               from.path,
-                               "another item was put in its place, and is now at " + to.path);
+        throw StrayedItemError(from.path, to.path);
     }
 }
 
@@ -237,7 +247,7 @@ void confirm(const Spot& from, const Spot& to, const ItemIdentity& identity, con
 
 ItemIdentity identityFrom(const ItemFacts& facts)
 {
-    return {facts.deviceID, facts.inode, facts.type};
+    return {facts.deviceID, facts.inode, facts.type, facts.created};
 }
 
 PlaceFacts factsOf(const Spot& spot, const char* tried, const MoveCalls& calls)
@@ -271,7 +281,7 @@ void moveBetween(const Spot& from, const Spot& to, const std::optional<ItemIdent
     // Also of an item that goes back.
     noteNames(from, to, records);
     if (identity) {
-        confirm(from, to, *identity, calls);
+        confirm(from, to, *identity, item, calls);
     }
 }
 

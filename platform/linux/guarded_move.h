@@ -6,6 +6,7 @@
 #include "platform/files/move_batch.h"
 #include "platform/files/move_calls.h"
 #include "platform/files/move_conditions.h"
+#include "platform/files/moves.h"
 #include "platform/foundation/errors.h"
 #include "platform/linux/long_path.h"
 
@@ -18,13 +19,6 @@ struct Spot {
     int directory;
     const std::string& name;
     const std::string& path;
-};
-
-/// Another item than the one that was meant came to the destination, and could not be put back,
-/// since something stands at its old place again. `what()` says where it is.
-class StrayedItemError : public FileError {
-public:
-    using FileError::FileError;
 };
 
 /// What proves that the item is the one with these facts.

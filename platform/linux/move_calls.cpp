@@ -63,7 +63,8 @@ int tellMounts(MoveCalls::MountVisitor visit)
         }
         return 0;
     } catch (const FileError& error) {
-        return -error.code().value();
+        // That there is no table says nothing of the item that it was asked for.
+        return error.code() == std::errc::no_such_file_or_directory ? -EIO : -error.code().value();
     }
 }
 

@@ -10,6 +10,7 @@
 
 #include "platform/foundation/errors.h"
 #include "platform/linux/errno_error.h"
+#include "platform/linux/guarded_move.h"
 #include "platform/linux/guarded_path.h"
 #include "platform/linux/persistently.h"
 #include "platform/linux/place_facts.h"
@@ -168,6 +169,18 @@ MoveBatch::Records::Trash* MoveBatch::Records::trashOf(const OpenTrash& trash)
     return &trashes_.emplace_back(std::move(made));
 }
 
+void MoveBatch::Records::noteItemCame(const OpenTrash& trash, const std::string& name,
+                                      std::string infoText)
+{
+    PlaceFacts facts;
+    if (readPlaceFacts(trash.files.number(), name.c_str(), facts, calls_) < 0) {
+        return;
+    }
+    if (Trash* const known = trashOf(trash)) {
+        known->came.push_back({name, identityFrom(facts.item), std::move(infoText)});
+    }
+}
+
 void MoveBatch::Records::noteFolderCame(const OpenTrash& trash, const std::string& name,
                                         std::int64_t written)
 {
@@ -225,8 +238,35 @@ void MoveBatch::Records::synchronizeNames()
     names_.clear();
 }
 
+/// Writes the info file of an item that came, if it is missing: programs that tidy a Trash up take
+/// one away whose item is not there yet. Failures are not told: the item has come all the same.
+bool MoveBatch::Records::wroteAnew(const Trash& trash, const CameItem& item) const
+{
+    PlaceFacts facts;
+    const std::string info = infoName(item.name);
+    if (readPlaceFacts(trash.info.number(), info.c_str(), facts, calls_) != -ENOENT
+        || readPlaceFacts(trash.files.number(), item.name.c_str(), facts, calls_) < 0
+        || identityFrom(facts.item) != item.identity) {
+        return false;
+    }
+    try {
+        SmallFileInMaking file(trash.info.number(), info, item.infoText, info, calls_);
+        file.finish();
+    } catch (const FileError&) {
+        return false;
+    }
+    return true;
+}
+
 void MoveBatch::Records::tidyUp(Trash& trash)
 {
+    bool isWritten = false;
+    for (const CameItem& item : trash.came) {
+        isWritten = wroteAnew(trash, item) || isWritten;
+    }
+    if (isWritten) {
+        persistently([&] { return calls_.synchronizeDirectory(trash.info.number()); });
+    }
     for (const auto& [path, prepared] : trash.prepared) {
         removeSmallFile(trash.info.number(), infoName(prepared.name), prepared.written, calls_);
     }

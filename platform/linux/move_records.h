@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/files/move_batch.h"
+#include "platform/files/move_conditions.h"
 #include "platform/linux/descriptor.h"
 #include "platform/linux/directory_sizes.h"
 
@@ -27,6 +28,8 @@ struct PreparedInfo {
     std::string infoPath;
     /// The name that the item is to have in the Trash.
     std::string name;
+    /// What the info file says.
+    std::string text;
     PlaceFacts written;
 };
 
@@ -46,6 +49,8 @@ public:
 
     /// Names in the open `directory` have changed.
     void noteNames(int directory);
+    /// An item has come under `name`, with an info file of that text.
+    void noteItemCame(const OpenTrash& trash, const std::string& name, std::string infoText);
     /// The folder `name` has come; its info file was written at that moment.
     void noteFolderCame(const OpenTrash& trash, const std::string& name, std::int64_t written);
     /// The item `name` has left; `info` is what its info file was.
@@ -83,6 +88,11 @@ private:
         int error = 0;
         PlaceFacts facts;
     };
+    struct CameItem {
+        std::string name;
+        ItemIdentity identity;
+        std::string infoText;
+    };
     struct LeftItem {
         std::string name;
         PlaceFacts info;
@@ -95,12 +105,14 @@ private:
         Descriptor info;
         /// By the path of the item as the caller has it.
         std::map<std::string, PreparedInfo> prepared;
+        std::vector<CameItem> came;
         std::vector<LeftItem> left;
         std::vector<SizeNote> sizes;
     };
 
     [[nodiscard]] std::optional<Key> keyOf(int directory) const;
     [[nodiscard]] Trash* trashOf(const OpenTrash& trash);
+    [[nodiscard]] bool wroteAnew(const Trash& trash, const CameItem& item) const;
     void tidyUp(Trash& trash);
 
     MoveCalls calls_;

@@ -49,7 +49,21 @@ bool isDirectory(int directory, const ListedName& child, const MoveCalls& calls)
            && facts.item.type == ItemType::directory;
 }
 
+/// Whether what stands at the end of the way is a file of the program's own.
+bool isOwn(const OpenedParent& way, const OwnContent& own, const MoveCalls& calls)
+{
+    const auto file = readSmallFile(way.directory.number(), way.name, own.longest, calls);
+    return file && own.isOurs(file->text);
+}
+
 }  // namespace
+
+StrayedItemError::StrayedItemError(const std::string& path, const std::string& place)
+    : FileError(std::make_error_code(std::errc::no_such_file_or_directory), "move", path,
+                "another item was put in its place, and is now at " + place),
+      place_(place)
+{
+}
 
 bool itemStands(const FileURL& url, const MoveCalls& calls)
 {
@@ -130,10 +144,10 @@ ItemIdentity requiredIdentity(const FileURL& url, const MoveCalls& calls)
 }
 
 std::optional<std::string> readOwnFile(const FileURL& url, std::size_t longest,
-                                       const MoveCalls& calls)
+                                       const MoveCalls& calls, const std::optional<FileURL>& within)
 {
     try {
-        const OpenedParent parent = openWayTo(url, std::nullopt, "read", calls);
+        const OpenedParent parent = openWayTo(url, within, "read", calls);
         auto file = readSmallFile(parent.directory.number(), parent.name, longest, calls);
         return file ? std::optional(std::move(file->text)) : std::nullopt;
     } catch (const FileError&) {
@@ -142,7 +156,7 @@ std::optional<std::string> readOwnFile(const FileURL& url, std::size_t longest,
 }
 
 void replaceOwnFile(const FileURL& target, std::string_view bytes, const MoveConditions& conditions,
-                    const MoveCalls& calls)
+                    const MoveCalls& calls, const OwnContent& own)
 {
     const OpenedParent parent = openWayTo(target, conditions, "write", calls);
     const bool isGuarded =
@@ -150,7 +164,7 @@ void replaceOwnFile(const FileURL& target, std::string_view bytes, const MoveCon
     // The open directory, wherever it may be put meanwhile, under a path that a call can take.
     const FileURL reached("/proc/self/fd/" + std::to_string(parent.directory.number()) + "/"
                           + parent.name);
-    const auto refuseLink = [&] {
+    const auto refuseOthers = [&] {
         PlaceFacts facts;
         const int result = persistently([&] {
             return calls.facts(parent.directory.number(), parent.name.c_str(), LastLink::refused,
@@ -159,16 +173,23 @@ void replaceOwnFile(const FileURL& target, std::string_view bytes, const MoveCon
         if (isGuarded && result == 0 && facts.item.type == ItemType::symbolicLink) {
             throwErrno(ELOOP, "write", target.path());
         }
+        if (own.isOurs && result != -ENOENT && !isOwn(parent, own, calls)) {
+            throw FileError(std::make_error_code(std::errc::file_exists), "write", target.path(),
+                            "a file that is not Gruk's has this name");
+        }
     };
-    refuseLink();
+    refuseOthers();
     try {
         AtomicFile file(reached, calls.files,
                         isGuarded ? AtomicFile::TargetLink::replaced
                                   : AtomicFile::TargetLink::followed);
         file.write(bytes);
-        refuseLink();
+        refuseOthers();
         file.commit();
     } catch (const FileError& error) {
+        if (error.path() == target.path()) {
+            throw;
+        }
         throw FileError(error.code(), error.operation(), target.path());
     }
 }

@@ -42,13 +42,18 @@ int nameIsNoGood(const FileError& error)
     throw;
 }
 
+/// What the info file of an item that goes now says.
+std::string infoTextOf(const TrashWay& way)
+{
+    return trashInfoText({way.infoPath, deletionDateText(std::time(nullptr))});
+}
+
 /// Begins the info file of an item that is to have that name in its Trash. Throws.
-SmallFileInMaking beginInfo(const TrashWay& way, const std::string& name, const MoveCalls& calls)
+SmallFileInMaking beginInfo(const TrashWay& way, const std::string& name, const std::string& text,
+                            const MoveCalls& calls)
 {
     const std::string infoName = infoNameOf(name);
-    return {way.trash.info.number(), infoName,
-            trashInfoText({way.infoPath, deletionDateText(std::time(nullptr))}),
-            way.trash.path + "/info/" + infoName, calls};
+    return {way.trash.info.number(), infoName, text, way.trash.path + "/info/" + infoName, calls};
 }
 
 /// Tries one name after the other: `attempt` answers 0 when the item has it, and throws when
@@ -92,13 +97,14 @@ public:
         if (const std::optional<std::string> name = moveAsPrepared()) {
             return arrived(*name);
         }
+        const std::string text = infoTextOf(way_);
         return arrived(firstGoodName(way_, [&](const std::string& name) {
-            SmallFileInMaking info = beginInfo(way_, name, calls_);
+            SmallFileInMaking info = beginInfo(way_, name, text, calls_);
             info.finish();
             // So that it is there before the item, also after a power failure.
             const int directory = way_.trash.info.number();
             persistently([&] { return calls_.synchronizeDirectory(directory); });
-            moveBeside(name, info.facts());
+            moveBeside(name, text, info.facts());
         }));
     }
 
@@ -113,7 +119,7 @@ private:
             return std::nullopt;
         }
         try {
-            moveBeside(prepared->name, prepared->written);
+            moveBeside(prepared->name, prepared->text, prepared->written);
             return prepared->name;
         } catch (const StrayedItemError&) {
             throw;
@@ -126,7 +132,7 @@ private:
     /// Moves the item to that name, for which an info file stands. That goes before the item, so
     /// that nothing is ever in the Trash of which nobody knows where it was, and goes away again
     /// when the item cannot come. Throws.
-    void moveBeside(const std::string& name, const PlaceFacts& info)
+    void moveBeside(const std::string& name, const std::string& text, const PlaceFacts& info)
     {
         const std::string path = way_.trash.path + "/files/" + name;
         try {
@@ -134,11 +140,13 @@ private:
                         records_);
         } catch (const StrayedItemError&) {
             // The info file stays with the item that is there now: it names its place as well.
+            records_.noteItemCame(way_.openTrash(), name, text);
             throw;
         } catch (const FileError&) {
             removeSmallFile(way_.trash.info.number(), infoNameOf(name), info, calls_);
             throw;
         }
+        records_.noteItemCame(way_.openTrash(), name, text);
     }
 
     FileURL arrived(const std::string& name) const
@@ -192,11 +200,12 @@ public:
         try {
             TrashWay way =
                 openTrashWay(url, {conditions.within, std::nullopt, conditions.batch}, calls_);
+            std::string text = infoTextOf(way);
             std::optional<SmallFileInMaking> info;
             std::string name = firstGoodName(way, [&](const std::string& candidate) {
-                info.emplace(beginInfo(way, candidate, calls_));
+                info.emplace(beginInfo(way, candidate, text, calls_));
             });
-            begun_.push_back({std::move(way), std::move(name), *std::move(info)});
+            begun_.push_back({std::move(way), std::move(name), std::move(text), *std::move(info)});
         } catch (const FileError&) {  // NOLINT(bugprone-empty-catch): the move tells
         }
     }
@@ -208,7 +217,7 @@ public:
             try {
                 one.info.finish();
                 records_.keepPrepared(one.way.openTrash(), one.way.url.path(),
-                                      {one.way.infoPath, one.name, one.info.facts()});
+                                      {one.way.infoPath, one.name, one.text, one.info.facts()});
                 records_.noteNames(one.way.trash.info.number());
             } catch (const FileError&) {  // NOLINT(bugprone-empty-catch): the move tells
             }
@@ -221,6 +230,7 @@ private:
     struct Begun {
         TrashWay way;
         std::string name;
+        std::string text;
         SmallFileInMaking info;
     };
 

@@ -155,10 +155,32 @@ int openVolumeTrash(TrashFolder& trash, const Descriptor& parent, const std::str
     return openParts(trash, calls);
 }
 
+/// The name of the user's own Trash in the folder for those of all users, and at the top of a
+/// volume.
+std::string nameInShared()
+{
+    return std::to_string(::geteuid());
+}
+
+std::string nameAtTop()
+{
+    return ".Trash-" + nameInShared();
+}
+
+/// Whether a Trash of that name is there and the user's, or could be made.
+bool isUsable(const Descriptor& parent, const std::string& name, const MoveCalls& calls)
+{
+    const OpenedDirectory opened = openDirectoryIn(parent.number(), name, LastLink::refused, calls);
+    PlaceFacts facts;
+    return opened.error == ENOENT
+           || (opened.error == 0 && readPlaceFacts(opened.directory.number(), "", facts, calls) == 0
+               && facts.owner == ::geteuid());
+}
+
 TrashFolder trashOfVolume(int parent, const std::string& path, const MoveCalls& calls)
 {
     const VolumeTop top = volumeTop(parent, calls);
-    const std::string user = std::to_string(::geteuid());
+    const std::string user = nameInShared();
     const FileURL place = FileURL::directory(top.path);
     TrashFolder trash;
     trash.volume = top.path;
@@ -167,7 +189,7 @@ TrashFolder trashOfVolume(int parent, const std::string& path, const MoveCalls& 
         trash.path = place.appending(".Trash/" + user).path();
         return trash;
     }
-    const std::string name = ".Trash-" + user;
+    const std::string name = nameAtTop();
     if (const int error = openVolumeTrash(trash, top.directory, name, calls); error != 0) {
         const std::string reason = std::generic_category().message(error);
         throw FileError(std::make_error_code(std::errc::cross_device_link), findingTrash, path,
@@ -177,24 +199,51 @@ TrashFolder trashOfVolume(int parent, const std::string& path, const MoveCalls& 
     return trash;
 }
 
+/// The Trash at home, if a move of what is shown with those facts can reach it. Throws.
+std::optional<HomeTrash> reachableHomeTrash(const std::optional<FileURL>& place,
+                                            const PlaceFacts& facts, const MoveCalls& calls)
+{
+    if (!place) {
+        return std::nullopt;
+    }
+    HomeTrash home = lookForHomeTrash(*place, calls);
+    PlaceFacts nearest;
+    if (const int result = readPlaceFacts(home.nearest.number(), "", nearest, calls); result < 0) {
+        throwErrno(-result, findingTrash, place->path());
+    }
+    return areOnOneMount(nearest, facts) ? std::optional(std::move(home)) : std::nullopt;
+}
+
+std::optional<FileURL> homeTrashPlace()
+{
+    const auto data = applicationSupportDirectory();
+    return data ? std::optional(data->appending("Trash", FileURL::Names::directory)) : std::nullopt;
+}
+
 }  // namespace
 
 TrashFolder openTrashFor(int parent, const PlaceFacts& facts, const std::string& path,
                          const MoveCalls& calls)
 {
-    if (const auto data = applicationSupportDirectory()) {
-        const FileURL place = data->appending("Trash", FileURL::Names::directory);
-        HomeTrash home = lookForHomeTrash(place, calls);
-        PlaceFacts nearest;
-        if (const int result = readPlaceFacts(home.nearest.number(), "", nearest, calls);
-            result < 0) {
-            throwErrno(-result, findingTrash, place.path());
-        }
-        if (areOnOneMount(nearest, facts)) {
-            return openHomeTrash(std::move(home), place, calls);
-        }
+    const std::optional<FileURL> place = homeTrashPlace();
+    if (auto home = reachableHomeTrash(place, facts, calls)) {
+        return openHomeTrash(*std::move(home), *place, calls);
     }
     return trashOfVolume(parent, path, calls);
+}
+
+std::optional<VolumeTrash> volumeTrashFor(int parent, const PlaceFacts& facts,
+                                          const MoveCalls& calls)
+{
+    if (reachableHomeTrash(homeTrashPlace(), facts, calls)) {
+        return std::nullopt;
+    }
+    const VolumeTop top = volumeTop(parent, calls);
+    const OpenedDirectory shared = openShared(top, calls);
+    const bool isShared = shared.error == 0 && isUsable(shared.directory, nameInShared(), calls);
+    const std::string name = isShared ? ".Trash/" + nameInShared() : nameAtTop();
+    return VolumeTrash{FileURL::directory(top.path).appending(name, FileURL::Names::directory),
+                       top.path};
 }
 
 }  // namespace gruk

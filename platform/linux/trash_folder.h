@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/files/move_calls.h"
+#include "platform/foundation/file_url.h"
 #include "platform/linux/descriptor.h"
 
 /// Which Trash an item goes to.
@@ -30,5 +31,18 @@ struct TrashFolder {
 /// Trash and none can be made.
 [[nodiscard]] TrashFolder openTrashFor(int parent, const PlaceFacts& facts, const std::string& path,
                                        const MoveCalls& calls);
+
+/// A Trash of a volume, that need not be there yet.
+struct VolumeTrash {
+    /// The folder that holds its parts.
+    FileURL place;
+    /// The top of the volume.
+    std::string volume;
+};
+
+/// The Trash that `openTrashFor` would open, without making anything; none where that is the one
+/// at home. Throws `FileError`.
+[[nodiscard]] std::optional<VolumeTrash> volumeTrashFor(int parent, const PlaceFacts& facts,
+                                                        const MoveCalls& calls);
 
 }  // namespace gruk

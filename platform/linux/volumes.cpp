@@ -1,11 +1,15 @@
 #include "platform/files/volumes.h"
 
+#include <cerrno>
+#include <climits>
 #include <optional>
 
 #include "platform/files/moves.h"
 #include "platform/foundation/errors.h"
+#include "platform/linux/errno_error.h"
 #include "platform/linux/guarded_move.h"
 #include "platform/linux/guarded_path.h"
+#include "platform/linux/persistently.h"
 #include "platform/linux/volume_top.h"
 
 namespace gruk {
@@ -52,6 +56,35 @@ FileURL mountPoint(const FileURL& url, const MoveCalls& calls)
         }
         throw;
     }
+}
+
+std::set<std::string> mountedNames(const FileURL& directory, const MoveCalls& calls)
+{
+    const OpenedDirectory opened = openDirectoryAt(directory.path(), calls);
+    if (opened.error != 0) {
+        throwErrno(opened.error, findingVolume, directory.path());
+    }
+    std::string place;
+    int result = persistently([&] { return calls.pathOf(opened.directory.number(), place); });
+    std::set<std::string> names;
+    if (result == -ENAMETOOLONG && directory.path().size() >= PATH_MAX) {
+        // Nothing can be mounted by such a path.
+        return names;
+    }
+    if (result >= 0) {
+        result = persistently([&] {
+            return calls.mounts([&](std::uint64_t, const std::string& point) {
+                const FileURL top(point);
+                if (top.deletingLastPathComponent().path() == place) {
+                    names.emplace(top.lastPathComponent());
+                }
+            });
+        });
+    }
+    if (result < 0) {
+        throwErrno(-result, findingVolume, directory.path());
+    }
+    return names;
 }
 
 bool isOneItem(const FileURL& a, const FileURL& b, const MoveCalls& calls)

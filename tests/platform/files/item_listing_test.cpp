@@ -131,6 +131,47 @@ TEST(ReplacingAnOwnFile, writesItAndWritesItAnew)
     EXPECT_EQ(itemsIn(directory.url(), HiddenItems::listed).size(), 1U);
 }
 
+TEST(AnOwnFile, ofTheGreatestLengthIsReadAndOneByteMoreIsNot)
+{
+    const TemporaryDirectory directory;
+    constexpr std::size_t longest = 10'000;
+    directory.fileWith(".journal", std::string(longest, 'x'));
+    const FileURL url = at(directory, ".journal");
+    EXPECT_EQ(readOwnFile(url, longest), std::string(longest, 'x'));
+    directory.fileWith(".journal", std::string(longest + 1, 'x'));
+    EXPECT_EQ(readOwnFile(url, longest), std::nullopt);
+}
+
+TEST(AnOwnFile, isNotReadThroughALinkBelowTheFolderThatIsNamed)
+{
+    const TemporaryDirectory directory;
+    directory.fileWith("elsewhere/.journal", "text");
+    directory.folder("root");
+    directory.symbolicLink("root/link", directory.path("elsewhere"));
+    const FileURL url = at(directory, "root/link/.journal");
+    EXPECT_EQ(readOwnFile(url, 100), "text");
+    EXPECT_EQ(readOwnFile(url, 100, MoveCalls::live(), at(directory, "root")), std::nullopt);
+}
+
+TEST(ReplacingAnOwnFile, leavesAUsersFileOfItsName)
+{
+    const TemporaryDirectory directory;
+    const FileURL url = at(directory, ".journal");
+    const OwnContent own{10, [](std::string_view text) { return text.starts_with("own"); }};
+    const auto replace = [&] {
+        replaceOwnFile(url, "own 2", within(directory.url()), MoveCalls::live(), own);
+    };
+    replace();
+    replace();
+    EXPECT_EQ(directory.read(".journal"), "own 2");
+    for (const char* text : {"notes", "", "own, but too long"}) {
+        directory.fileWith(".journal", text);
+        EXPECT_EQ(codeOf(replace), std::errc::file_exists) << text;
+        EXPECT_EQ(directory.read(".journal"), text);
+    }
+    EXPECT_EQ(itemsIn(directory.url(), HiddenItems::listed).size(), 1U);
+}
+
 TEST(ReplacingAnOwnFile, neverWritesThroughALinkInTheAuthorisedFolder)
 {
     const TemporaryDirectory directory;
