@@ -65,9 +65,11 @@ void completeServices(ModelCollaborators& all)
     complete(all.snapshotStore, [&] {
         return std::make_shared<SnapshotStore>(directory.appending("snapshots.json"));
     });
-    complete(all.trashService, [] { return std::make_shared<TrashService>(); });
-    complete(all.stashService, [] { return std::make_shared<StashService>(); });
-    complete(all.organiseService, [] { return std::make_shared<OrganiseService>(); });
+    const MoveCalls& moves = MoveCalls::live();
+    const OwnFolders& own = *all.ownFolders;
+    complete(all.trashService, [&] { return std::make_shared<TrashService>(moves, own); });
+    complete(all.stashService, [&] { return std::make_shared<StashService>(moves, own); });
+    complete(all.organiseService, [&] { return std::make_shared<OrganiseService>(moves, own); });
     complete(all.realmIdentityStore,
              [&] { return std::make_shared<RealmIdentityStore>(directory); });
 }

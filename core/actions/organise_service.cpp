@@ -50,7 +50,7 @@ Bytes plannedSize(const FileURL& url)
     return facts && facts->type != ItemType::directory ? std::min(facts->logicalSize, largest) : 0;
 }
 
-OrganiseCalls organiseDiskCalls(const MoveCalls& calls,
+OrganiseCalls organiseDiskCalls(const MoveCalls& calls, const OwnFolders& own,
                                 const std::optional<FileURL>& authorizedRoot,
                                 const RootCheck& stands)
 {
@@ -79,12 +79,13 @@ OrganiseCalls organiseDiskCalls(const MoveCalls& calls,
     };
     disk.writeJournal = [calls, conditions](const StashJournalFile& journal, const FileURL& realm) {
         replaceOwnFile(realm.appending(OrganiseService::journalFileName),
-                       encodedStashJournal(journal), conditions, calls);
+                       encodedStashJournal(journal), conditions, calls, ownStashJournal());
     };
     disk.kindOf = kindOnDisk;
     disk.fileSize = plannedSize;
     disk.volumeRoot = [calls](const FileURL& url) { return liveFolderVolumeRoot(url, calls); };
     disk.now = Date::now;
+    disk.own = OwnItems(own, calls);
     return disk;
 }
 
@@ -114,7 +115,7 @@ std::optional<Reason> refusal(const OrganiseCalls& calls, const FileURL& realm,
     if (!isInsideRoot(realm, authorizedRoot.standardized())) {
         return Reason::outsideAuthorizedRoot;
     }
-    if (isProtectedLocation(realm, calls.volumeRoot(realm))) {
+    if (isProtectedLocation(realm, calls.volumeRoot(realm)) || calls.own.contain(realm)) {
         return Reason::protectedLocation;
     }
     return std::nullopt;
@@ -130,7 +131,7 @@ std::map<FileKind, std::vector<FileURL>> looseFiles(const OrganiseCalls& calls,
     for (const FileURL& url : contents) {
         const std::string_view name = url.lastPathComponent();
         if (name.starts_with('.') || name.find(hoardMark) != std::string_view::npos
-            || reserved.contains(name)) {
+            || reserved.contains(name) || calls.own.moveWith(url)) {
             continue;
         }
         if (const FileKind kind = calls.kindOf(url); kind != FileKind::folder) {
@@ -175,6 +176,10 @@ void moveCategory(const OrganiseCalls& calls, const OrganisePlan::CategoryMove& 
         return;
     }
     const FileURL target = realm.appending(move.destinationFolderName, FileURL::Names::directory);
+    if (calls.own.contain(target)) {
+        failAll(move, Reason::protectedLocation, {}, operation);
+        return;
+    }
     if (!calls.fileExists(target)) {
         try {
             calls.createDirectory(target);
@@ -187,6 +192,10 @@ void moveCategory(const OrganiseCalls& calls, const OrganisePlan::CategoryMove& 
         const FileURL destination = target.appending(
             file.lastPathComponent(),
             file.namesDirectory() ? FileURL::Names::directory : FileURL::Names::item);
+        if (calls.own.moveWith(file)) {
+            operation.failures.push_back({file, Reason::protectedLocation, {}});
+            continue;
+        }
         if (calls.fileExists(destination)) {
             operation.failures.push_back({file, Reason::destinationExists, {}});
             continue;
@@ -202,11 +211,11 @@ void moveCategory(const OrganiseCalls& calls, const OrganisePlan::CategoryMove& 
 
 }  // namespace
 
-OrganiseService::OrganiseService(MoveCalls calls)
-    : callsUnder_(
-        [calls = std::move(calls)](const std::optional<FileURL>& root, const RootCheck& stands) {
-            return organiseDiskCalls(calls, root, stands);
-        })
+OrganiseService::OrganiseService(MoveCalls calls, OwnFolders own)
+    : callsUnder_([calls = std::move(calls), own = std::move(own)](
+                      const std::optional<FileURL>& root, const RootCheck& stands) {
+          return organiseDiskCalls(calls, own, root, stands);
+      })
 {
 }
 

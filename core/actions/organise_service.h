@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/actions/organise_plan.h"
+#include "core/actions/own_items.h"
 #include "core/actions/protected_locations.h"
 #include "core/actions/stash_records.h"
 #include "core/patrol/journal_names.h"
@@ -15,7 +16,7 @@
 namespace gruk {
 
 /// How an `OrganiseService` reaches the disk and the clock, called on the thread of its caller. A
-/// test hands in its own, all nine.
+/// test hands in its own; the last has a default for tests that do not care.
 struct OrganiseCalls {
     /// What stands directly in a folder, hidden items too; may throw.
     std::function<std::vector<FileURL>(const FileURL&)> contentsOfDirectory;
@@ -32,6 +33,8 @@ struct OrganiseCalls {
     std::function<Bytes(const FileURL&)> fileSize;
     VolumeRoot volumeRoot;
     std::function<Date()> now;
+    /// What stays where it is.
+    OwnItems own = {};
 };
 
 /// Gathers the loose files at the top of a realm into folders by kind, in two steps: a plan, which
@@ -43,7 +46,7 @@ public:
     static constexpr const char* journalFileName = JournalNames::organise;
 
     /// Works on the user's disk.
-    explicit OrganiseService(MoveCalls calls = MoveCalls::live());
+    explicit OrganiseService(MoveCalls calls = MoveCalls::live(), OwnFolders own = {});
     explicit OrganiseService(OrganiseCalls calls);
 
     /// What could be moved. A realm that may not be organised, or cannot be listed, has an empty

@@ -79,4 +79,10 @@ std::optional<StashJournalFile> decodedStashJournal(std::string_view text)
     return StashJournalFile{*std::move(folder), *std::move(items), *createdAt};
 }
 
+OwnContent ownStashJournal()
+{
+    return {longestStashJournal,
+            [](std::string_view text) { return decodedStashJournal(text).has_value(); }};
+}
+
 }  // namespace gruk

@@ -11,6 +11,7 @@
 #include "core/actions/stash_journal.h"
 #include "platform/files/move_batch.h"
 #include "platform/files/moves.h"
+#include "platform/files/volumes.h"
 #include "platform/foundation/canonical_text.h"
 #include "platform/foundation/errors.h"
 
@@ -20,18 +21,16 @@ namespace {
 
 using Reason = StashFailure::Reason;
 
-/// A longer one is not one of ours: a name has at most 255 bytes.
-constexpr std::size_t longestJournal = std::size_t{64} << 20U;
-
+/// Of a folder itself: a link is no Hoard, whatever it leads to, and a share behind it may hang.
 std::optional<StashJournalFile> journalIn(const FileURL& folder, const MoveCalls& calls)
 {
-    const auto text =
-        readOwnFile(folder.appending(StashService::journalFileName), longestJournal, calls);
+    const auto text = readOwnFile(folder.appending(StashService::journalFileName),
+                                  longestStashJournal, calls, folder.deletingLastPathComponent());
     return text ? decodedStashJournal(*text) : std::nullopt;
 }
 
-StashCalls stashDiskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
-                          const RootCheck& stands)
+StashCalls stashDiskCalls(const MoveCalls& calls, const OwnFolders& own,
+                          const std::optional<FileURL>& authorizedRoot, const RootCheck& stands)
 {
     // All moves of one operation are one batch, which ends with these calls.
     const auto batch = std::make_shared<MoveBatch>(calls);
@@ -55,20 +54,44 @@ StashCalls stashDiskCalls(const MoveCalls& calls, const std::optional<FileURL>& 
     disk.writeJournal = [calls, conditions](const StashJournalFile& journal,
                                             const FileURL& folder) {
         replaceOwnFile(folder.appending(StashService::journalFileName),
-                       encodedStashJournal(journal), conditions, calls);
+                       encodedStashJournal(journal), conditions, calls, ownStashJournal());
     };
     disk.readJournal = [calls](const FileURL& folder) { return journalIn(folder, calls); };
     disk.now = Date::now;
     disk.dateNamer = dayMonthYear;
     disk.volumeRoot = [calls](const FileURL& url) { return liveFolderVolumeRoot(url, calls); };
+    disk.mountedIn = [calls](const FileURL& folder) { return mountedNames(folder, calls); };
+    disk.own = OwnItems(own, calls);
     return disk;
 }
 
-/// Those that a stash takes: all but earlier Hoards.
-std::vector<FileURL> stashableItems(const StashCalls& calls, std::vector<FileURL> contents)
+/// What is in a folder, as far as a stash has to do with it: earlier Hoards are left out.
+struct Stashable {
+    std::vector<FileURL> items;
+    /// What may not be moved. Nothing at or below it was touched: a share that is mounted there may
+    /// hang.
+    std::vector<FileURL> barred;
+};
+
+/// Throws when it cannot be told what is mounted there.
+Stashable stashableItems(const StashCalls& calls, const FileURL& folder,
+                         const std::vector<FileURL>& contents)
 {
-    std::erase_if(contents, [&](const FileURL& url) { return calls.readJournal(url).has_value(); });
-    return contents;
+    const auto mounted = calls.mountedIn ? calls.mountedIn(folder) : std::set<std::string>();
+    Stashable found;
+    for (const FileURL& url : contents) {
+        if (mounted.contains(std::string(url.lastPathComponent())) || calls.own.moveWith(url)) {
+            found.barred.push_back(url);
+        } else if (!calls.readJournal(url)) {
+            found.items.push_back(url);
+        }
+    }
+    const auto byName = [](const FileURL& a, const FileURL& b) {
+        return plainCompare(a.lastPathComponent(), b.lastPathComponent()) < 0;
+    };
+    std::ranges::sort(found.items, byName);
+    std::ranges::sort(found.barred, byName);
+    return found;
 }
 
 std::set<std::string> names(const std::vector<FileURL>& contents)
@@ -91,12 +114,22 @@ StashOperation refused(const FileURL& url, Reason reason, std::string message = 
     return {std::nullopt, {}, {{url, reason, std::move(message)}}};
 }
 
-/// Moves each item into the new Hoard and writes the journal.
-StashOperation filledHoard(const StashCalls& calls, const FileURL& hoard,
-                           const std::vector<FileURL>& items)
+/// Tells that what is barred stays.
+StashOperation leaving(const std::vector<FileURL>& barred)
 {
-    StashOperation operation{hoard, {}, {}};
-    for (const FileURL& item : items) {
+    StashOperation operation;
+    for (const FileURL& item : barred) {
+        operation.failures.push_back({item, Reason::protectedLocation, {}});
+    }
+    return operation;
+}
+
+/// Moves each item into the new Hoard and writes the journal.
+StashOperation filledHoard(const StashCalls& calls, const FileURL& hoard, const Stashable& found)
+{
+    StashOperation operation = leaving(found.barred);
+    operation.hoardFolder = hoard;
+    for (const FileURL& item : found.items) {
         const FileURL target = hoard.appending(item.lastPathComponent(),
                                                item.namesDirectory() ? FileURL::Names::directory
                                                                      : FileURL::Names::item);
@@ -120,11 +153,11 @@ StashOperation filledHoard(const StashCalls& calls, const FileURL& hoard,
 
 }  // namespace
 
-StashService::StashService(MoveCalls calls)
-    : callsUnder_(
-        [calls = std::move(calls)](const std::optional<FileURL>& root, const RootCheck& stands) {
-            return stashDiskCalls(calls, root, stands);
-        })
+StashService::StashService(MoveCalls calls, OwnFolders own)
+    : callsUnder_([calls = std::move(calls), own = std::move(own)](
+                      const std::optional<FileURL>& root, const RootCheck& stands) {
+          return stashDiskCalls(calls, own, root, stands);
+      })
 {
 }
 
@@ -144,23 +177,21 @@ StashOperation StashService::stashDesktop(const FileURL& desktop, const FileURL&
     if (!isInsideRoot(folder, root)) {
         return refused(folder, Reason::outsideAuthorizedRoot);
     }
-    if (isProtectedLocation(folder, calls.volumeRoot(folder))) {
+    if (isProtectedLocation(folder, calls.volumeRoot(folder)) || calls.own.contain(folder)) {
         return refused(folder, Reason::protectedLocation);
     }
-    std::vector<FileURL> contents;
+    std::set<std::string> taken;
+    Stashable found;
     try {
-        contents = calls.contentsOfDirectory(folder);
+        const std::vector<FileURL> contents = calls.contentsOfDirectory(folder);
+        taken = names(contents);
+        found = stashableItems(calls, folder, contents);
     } catch (const std::exception& error) {
         return refused(folder, Reason::couldNotStash, describe(error));
     }
-    const std::set<std::string> taken = names(contents);
-    std::vector<FileURL> items = stashableItems(calls, std::move(contents));
-    if (items.empty()) {
-        return {};
+    if (found.items.empty()) {
+        return leaving(found.barred);
     }
-    std::ranges::sort(items, [](const FileURL& a, const FileURL& b) {
-        return plainCompare(a.lastPathComponent(), b.lastPathComponent()) < 0;
-    });
     const FileURL hoard =
         folder.appending(freeHoardName(calls, folder, taken), FileURL::Names::directory);
     try {
@@ -168,7 +199,7 @@ StashOperation StashService::stashDesktop(const FileURL& desktop, const FileURL&
     } catch (const std::exception& error) {
         return refused(hoard, Reason::couldNotStash, describe(error));
     }
-    return filledHoard(calls, hoard, items);
+    return filledHoard(calls, hoard, found);
 }
 
 StashRestoreOperation StashService::restore(const std::vector<StashedItem>& items,
@@ -201,7 +232,8 @@ std::size_t StashService::stashableCount(const FileURL& desktop) const
 {
     const StashCalls calls = callsUnder_(std::nullopt, {});
     try {
-        return stashableItems(calls, calls.contentsOfDirectory(desktop.standardized())).size();
+        const FileURL folder = desktop.standardized();
+        return stashableItems(calls, folder, calls.contentsOfDirectory(folder)).items.size();
     } catch (const std::exception&) {
         return 0;
     }

@@ -3,9 +3,11 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "core/actions/own_items.h"
 #include "core/actions/protected_locations.h"
 #include "core/actions/stash_records.h"
 #include "core/patrol/journal_names.h"
@@ -16,7 +18,7 @@
 namespace gruk {
 
 /// How a `StashService` reaches the disk and the clock, called on the thread of its caller. A test
-/// hands in its own, all nine.
+/// hands in its own; the last two have defaults for tests that do not care.
 struct StashCalls {
     /// What stands directly in a folder, hidden items left out; may throw.
     std::function<std::vector<FileURL>(const FileURL&)> contentsOfDirectory;
@@ -34,6 +36,11 @@ struct StashCalls {
     /// A day as it stands in a Hoard's name.
     std::function<std::string(Date)> dateNamer;
     VolumeRoot volumeRoot;
+    /// The names directly in a folder at which a volume is mounted, told without touching any of
+    /// them; may throw. Empty means that there are none.
+    std::function<std::set<std::string>(const FileURL&)> mountedIn = {};
+    /// What stays where it is.
+    OwnItems own = {};
 };
 
 /// Clears a folder in one move: everything visible in it goes, unsorted, into one new dated folder
@@ -45,7 +52,7 @@ public:
     static constexpr const char* journalFileName = JournalNames::stash;
 
     /// Works on the user's disk.
-    explicit StashService(MoveCalls calls = MoveCalls::live());
+    explicit StashService(MoveCalls calls = MoveCalls::live(), OwnFolders own = {});
     explicit StashService(StashCalls calls);
 
     [[nodiscard]] StashOperation stashDesktop(const FileURL& desktop, const FileURL& authorizedRoot,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -60,6 +61,9 @@ struct TrashFailure {
     Reason reason = Reason::couldNotTrash;
     /// For `couldNotTrash` and `couldNotRestore`; else empty.
     std::string message;
+    /// Where another item is now that was put in the place of this one in the moment of the move
+    /// and could not go back; else none.
+    std::optional<FileURL> strayedTo = {};
 
     friend bool operator==(const TrashFailure&, const TrashFailure&) = default;
 };

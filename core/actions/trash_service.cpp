@@ -36,14 +36,14 @@ FileIdentity::Kind kindOf(ItemType type)
 
 FileIdentity fileIdentity(const ItemIdentity& item)
 {
-    return {static_cast<std::uint32_t>(item.deviceID), item.inode, kindOf(item.type)};
+    return {static_cast<std::uint32_t>(item.deviceID), item.inode, kindOf(item.type), item.created};
 }
 
 /// The calls on the disk for one operation, whose moves are one batch that ends with them. The
 /// identity that was read last is the one that the service compared, and so the one that the move
 /// must find.
-TrashCalls trashDiskCalls(const MoveCalls& calls, const std::optional<FileURL>& authorizedRoot,
-                          const RootCheck& stands)
+TrashCalls trashDiskCalls(const MoveCalls& calls, const OwnFolders& own,
+                          const std::optional<FileURL>& authorizedRoot, const RootCheck& stands)
 {
     struct Review {
         FileURL url;
@@ -75,6 +75,8 @@ TrashCalls trashDiskCalls(const MoveCalls& calls, const std::optional<FileURL>& 
     disk.prepare = [calls, authorizedRoot, batch](const std::vector<FileURL>& urls) {
         prepareToTrash(urls, {authorizedRoot, std::nullopt, batch.get()}, calls);
     };
+    disk.hiddenTrash = [calls](const FileURL& url) { return gruk::hiddenTrash(url, calls); };
+    disk.own = OwnItems(own, calls);
     return disk;
 }
 
@@ -85,7 +87,7 @@ std::optional<TrashReason> trashRefusal(const TrashCalls& calls, const FileURL& 
     if (!isInsideRoot(url, root)) {
         return TrashReason::outsideAuthorizedRoot;
     }
-    if (isProtectedLocation(url, calls.volumeRoot(url))) {
+    if (isProtectedLocation(url, calls.volumeRoot(url)) || calls.own.moveWith(url)) {
         return TrashReason::protectedLocation;
     }
     if (url.path() == root.path()) {
@@ -143,11 +145,11 @@ Bytes TrashOperation::totalBytes() const
     return total;
 }
 
-TrashService::TrashService(MoveCalls calls)
-    : callsUnder_(
-        [calls = std::move(calls)](const std::optional<FileURL>& root, const RootCheck& stands) {
-            return trashDiskCalls(calls, root, stands);
-        })
+TrashService::TrashService(MoveCalls calls, OwnFolders own)
+    : callsUnder_([calls = std::move(calls), own = std::move(own)](
+                      const std::optional<FileURL>& root, const RootCheck& stands) {
+          return trashDiskCalls(calls, own, root, stands);
+      })
 {
 }
 
@@ -188,6 +190,9 @@ TrashOperation TrashService::moveToTrash(const std::vector<TrashRequest>& reques
         }
         try {
             operation.moved.push_back({url, calls.trashItem(url), item.allocatedSize});
+        } catch (const StrayedItemError& error) {
+            operation.failures.push_back(
+                {url, TrashReason::couldNotTrash, describe(error), FileURL(error.place())});
         } catch (const std::exception& error) {
             operation.failures.push_back({url, TrashReason::couldNotTrash, describe(error)});
         }
@@ -218,6 +223,12 @@ RestoreOperation TrashService::restore(const std::vector<TrashedItem>& items,
         }
     }
     return operation;
+}
+
+std::optional<FileURL> TrashService::hiddenTrash(const FileURL& url) const
+{
+    const TrashCalls calls = callsUnder_(std::nullopt, {});
+    return calls.hiddenTrash ? calls.hiddenTrash(url.standardized()) : std::nullopt;
 }
 
 std::optional<FileIdentity> TrashService::currentIdentity(const FileURL& url)

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/actions/file_identity.h"
+#include "core/actions/own_items.h"
 #include "core/actions/protected_locations.h"
 #include "core/actions/trash_records.h"
 #include "platform/files/move_calls.h"
@@ -13,7 +14,7 @@
 namespace gruk {
 
 /// How a `TrashService` reaches the disk, called on the thread of its caller. A test hands in its
-/// own; the last two have defaults for tests that do not care.
+/// own; the last ones have defaults for tests that do not care.
 struct TrashCalls {
     /// Moves an item to the Trash and returns where it is now; may throw.
     std::function<FileURL(const FileURL&)> trashItem;
@@ -31,6 +32,11 @@ struct TrashCalls {
     /// number at a time; each is looked at again at its move. Empty means that nobody wants to
     /// know.
     std::function<void(const std::vector<FileURL>&)> prepare = {};
+    /// Where an item would lie in a Trash that the desktop's tools pass over; none where they show
+    /// it. Empty means that they show every one.
+    std::function<std::optional<FileURL>(const FileURL&)> hiddenTrash = {};
+    /// What stays where it is.
+    OwnItems own = {};
 };
 
 /// The only place that sends anything to the Trash. Checks each item again at the moment of the
@@ -41,7 +47,7 @@ public:
     /// Works on the user's disk and the desktop's Trash. There the interval between the check and
     /// the move is closed, too: an item that is swapped in between is put back, and a link swapped
     /// into the way below the authorised root is not followed.
-    explicit TrashService(MoveCalls calls = MoveCalls::live());
+    explicit TrashService(MoveCalls calls = MoveCalls::live(), OwnFolders own = {});
     explicit TrashService(TrashCalls calls);
 
     /// Moves what was confirmed, in order. An item that is listed twice counts once.
@@ -55,6 +61,10 @@ public:
     [[nodiscard]] RestoreOperation
     restore(const std::vector<TrashedItem>& items,
             const std::optional<FileURL>& authorizedRoot = std::nullopt) const;
+
+    /// The folder in which the item at `url` would lie in a Trash that the desktop's tools pass
+    /// over; none where they show it. Looks only; for the moment at which the user is asked.
+    [[nodiscard]] std::optional<FileURL> hiddenTrash(const FileURL& url) const;
 
     /// What stands at `url` now; for the moment at which the user is asked.
     [[nodiscard]] static std::optional<FileIdentity> currentIdentity(const FileURL& url);

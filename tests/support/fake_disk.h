@@ -177,6 +177,8 @@ private:
                 urls.push_back(url);
             }
         }
+        // As a disk lists them: in an order that nobody asked for.
+        std::reverse(urls.begin(), urls.end());
         return urls;
     }
 

@@ -1,8 +1,10 @@
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,6 +14,7 @@
 #include "core/actions/stash_service.h"
 #include "platform/files/known_folders.h"
 #include "tests/support/moves_house.h"
+#include "tests/support/private_mounts.h"
 
 namespace gruk {
 
@@ -89,6 +92,92 @@ TEST_F(StashServiceLive, aSecondHoardOfTheDayIsNumberedAndTheFirstStays)
     EXPECT_EQ(second.hoardFolder->path(), first.hoardFolder->path() + " (2)");
     EXPECT_TRUE(fs::exists(first.hoardFolder->path() + "/a"));
     EXPECT_EQ(service.stashableCount(house.realm()), 0U);
+}
+
+TEST_F(StashServiceLive, aLinkIsNoHoardWhateverItLeadsToAndIsNotFollowed)
+{
+    house.home().fileWith("realm/a", "one");
+    const StashOperation first = stash();
+    fs::rename(first.hoardFolder->path(), house.home().path("outside/hoard"));
+    house.home().symbolicLink("realm/link", house.home().path("outside/hoard"));
+    // As a share behind it would that never answers.
+    bool isFollowed = false;
+    MoveCalls calls;
+    calls.openDirectory = [&, live = calls.openDirectory](int folder, const char* name,
+                                                          LastLink link) {
+        const bool isLink = std::string_view(name).find("link") != std::string_view::npos;
+        isFollowed = isFollowed || (isLink && link == LastLink::followed);
+        return live(folder, name, link);
+    };
+    EXPECT_EQ(StashService(calls).stashableCount(house.realm()), 1U);
+    EXPECT_EQ(StashService(calls).stashDesktop(house.realm(), house.realm()).moved.size(), 1U);
+    EXPECT_FALSE(isFollowed);
+    EXPECT_TRUE(fs::exists(house.home().path("outside/hoard/a")));
+}
+
+TEST_F(StashServiceLive, whatIsMountedOnTheDesktopIsNeitherTouchedNorCountedAndStays)
+{
+    house.home().fileWith("realm/a", "one");
+    const std::string share = house.home().folder("realm/share");
+    const auto run = test::runWithPrivateMounts([&]() -> std::string {
+        test::mountMemory(share);
+        bool isTouched = false;
+        const auto look = [&](const char* name) {
+            isTouched = isTouched || std::string_view(name).find("share") != std::string_view::npos;
+        };
+        MoveCalls calls;
+        calls.openDirectory = [&, live = calls.openDirectory](int folder, const char* name,
+                                                              LastLink link) {
+            look(name);
+            return live(folder, name, link);
+        };
+        calls.facts = [&, live = calls.facts](int folder, const char* name, LastLink link,
+                                              PlaceFacts& facts) {
+            look(name);
+            return live(folder, name, link, facts);
+        };
+        const StashService careful(calls);
+        const std::size_t count = careful.stashableCount(house.realm());
+        const StashOperation operation = careful.stashDesktop(house.realm(), house.realm());
+        test::unmount(share);
+        if (count != 1 || operation.moved.size() != 1) {
+            return "counted " + std::to_string(count) + ", moved "
+                   + std::to_string(operation.moved.size());
+        }
+        if (operation.failures.size() != 1 || operation.failures[0].url.path() != share
+            || operation.failures[0].reason != Reason::protectedLocation) {
+            return "it was not told that the share stays";
+        }
+        return isTouched ? "the share was touched" : "";
+    });
+    if (!run.isPermitted) {
+        GTEST_SKIP() << "may not mount here";
+    }
+    EXPECT_EQ(run.complaint, "");
+}
+
+TEST_F(StashServiceLive, withoutATableOfMountsNothingIsCountedAndNothingMoves)
+{
+    house.home().fileWith("realm/a", "one");
+    MoveCalls calls;
+    calls.mounts = [](MoveCalls::MountVisitor) { return -EIO; };
+    const StashService careful(calls);
+    EXPECT_EQ(careful.stashableCount(house.realm()), 0U);
+    EXPECT_THAT(careful.stashDesktop(house.realm(), house.realm()).moved, IsEmpty());
+    EXPECT_EQ(house.home().read("realm/a"), "one");
+}
+
+TEST_F(StashServiceLive, aJournalOfTheGreatestLengthMakesAHoardAndALongerOneDoesNot)
+{
+    house.home().fileWith("realm/a", "one");
+    const std::string journal = stash().hoardFolder->path() + "/.gruk-stash.json";
+    const auto lengthen = [&](std::size_t length) {
+        std::ofstream(journal, std::ios::app) << std::string(length - fs::file_size(journal), ' ');
+    };
+    lengthen(longestStashJournal);
+    EXPECT_EQ(service.stashableCount(house.realm()), 0U);
+    lengthen(longestStashJournal + 1);
+    EXPECT_EQ(service.stashableCount(house.realm()), 1U);
 }
 
 TEST_F(StashServiceLive, aPipeByTheJournalsNameIsNotWaitedFor)
@@ -169,6 +258,47 @@ TEST_F(OrganiseServiceLive, movesAndIsUndone)
     EXPECT_THAT(plan().moves, IsEmpty());
     EXPECT_EQ(StashService().restore(operation.moved, house.realm()).restored, operation.moved);
     EXPECT_EQ(house.census(), before);
+}
+
+TEST_F(OrganiseServiceLive, aUsersOwnFileOfTheJournalsNameIsLeftAndThatIsTold)
+{
+    for (const char* text : {"my own notes", "{}", ""}) {
+        house.home().fileWith("realm/a.png", "12345");
+        house.home().fileWith("realm/.gruk-organise.json", text);
+        const StashOperation operation = service.applyPlan(plan(), house.realm());
+        EXPECT_EQ(operation.moved.size(), 1U);
+        ASSERT_EQ(operation.failures.size(), 1U);
+        EXPECT_EQ(operation.failures[0].reason, Reason::couldNotWriteJournal);
+        EXPECT_THAT(operation.failures[0].message, testing::HasSubstr("not Gruk's"));
+        EXPECT_EQ(house.home().read("realm/.gruk-organise.json"), text);
+        fs::remove(house.home().path("realm/Images/a.png"));
+    }
+}
+
+TEST_F(OrganiseServiceLive, aJournalOfAnEarlierOrganiseIsReplaced)
+{
+    house.home().fileWith("realm/a.png", "12345");
+    EXPECT_THAT(service.applyPlan(plan(), house.realm()).failures, IsEmpty());
+    house.home().fileWith("realm/b.png", "12345");
+    const StashOperation second = service.applyPlan(plan(), house.realm());
+    EXPECT_THAT(second.failures, IsEmpty());
+    EXPECT_EQ(decodedStashJournal(house.home().read("realm/.gruk-organise.json"))->items,
+              second.moved);
+}
+
+TEST_F(OrganiseServiceLive, aFileOutsideTheRealmIsNotFiledWhateverThePlanSays)
+{
+    house.home().fileWith("outside/a.png", "not ours");
+    house.home().fileWith("realm/b.png", "12345");
+    OrganisePlan made = plan();
+    ASSERT_EQ(made.moves.size(), 1U);
+    made.moves[0].files.push_back(house.outside().appending("a.png"));
+    const StashOperation operation = service.applyPlan(made, house.realm());
+    EXPECT_EQ(operation.moved.size(), 1U);
+    ASSERT_EQ(operation.failures.size(), 1U);
+    EXPECT_EQ(operation.failures[0].reason, Reason::couldNotStash);
+    EXPECT_THAT(operation.failures[0].message, testing::Not(IsEmpty()));
+    EXPECT_EQ(house.home().read("outside/a.png"), "not ours");
 }
 
 TEST_F(OrganiseServiceLive, aDestinationThatIsALinkIsNotFollowedOutOfTheRealm)

@@ -1,6 +1,8 @@
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -9,6 +11,7 @@
 #include "core/actions/trash_service.h"
 #include "tests/support/moves_house.h"
 #include "tests/support/private_mounts.h"
+#include "tests/support/same_number.h"
 
 namespace gruk {
 
@@ -244,6 +247,97 @@ TEST_F(TrashServiceLive, theHomeFolderIsProtectedByWhateverPathItIsReached)
     EXPECT_TRUE(isProtectedLocation(home, liveVolumeRoot(home)));
     const FileURL inside = house.realm();
     EXPECT_FALSE(isProtectedLocation(inside, liveFolderVolumeRoot(inside)));
+}
+
+TEST_F(TrashServiceLive, theHomeFolderAndTheRootAreProtectedWhereTheRootIsMountedInItself)
+{
+    const std::string again = house.home().folder("outside/again");
+    const auto run = test::runWithPrivateMounts([&]() -> std::string {
+        test::mountAgain("/", again);
+        // As a system says it that does not number its mounts and shows no table of them.
+        MoveCalls calls;
+        calls.facts = [live = calls.facts](int folder, const char* name, LastLink link,
+                                           PlaceFacts& facts) {
+            const int result = live(folder, name, link, facts);
+            facts.mount = 0;
+            return result;
+        };
+        std::string complaint;
+        for (const MoveCalls& each : {MoveCalls::live(), calls}) {
+            const FileURL root = FileURL::directory(again);
+            const FileURL home = FileURL::directory(again + house.home().path());
+            const FileURL inside = FileURL::directory(again + house.realm().path());
+            if (!isProtectedLocation(root, liveVolumeRoot(root, each))
+                || !isProtectedLocation(root, liveFolderVolumeRoot(root, each))) {
+                complaint += "the root is not protected. ";
+            }
+            if (!isProtectedLocation(home, liveVolumeRoot(home, each))
+                || !isProtectedLocation(home, liveFolderVolumeRoot(home, each))) {
+                complaint += "the home is not protected. ";
+            }
+            if (isProtectedLocation(inside, liveVolumeRoot(inside, each))) {
+                complaint += "a folder in the home is protected. ";
+            }
+        }
+        test::detach(again);
+        return complaint;
+    });
+    if (!run.isPermitted) {
+        GTEST_SKIP() << "nothing may be mounted here";
+    }
+    EXPECT_EQ(run.complaint, "");
+}
+
+TEST_F(TrashServiceLive, everythingIsProtectedWhileTheTableOfMountsCannotBeRead)
+{
+    const std::string path = file("a");
+    MoveCalls calls;
+    calls.mounts = [](MoveCalls::MountVisitor) { return -EIO; };
+    const TrashOperation operation =
+        TrashService(calls).moveToTrash({request(path)}, house.realm());
+    ASSERT_EQ(operation.failures.size(), 1U);
+    EXPECT_EQ(operation.failures[0].reason, Reason::protectedLocation);
+    EXPECT_TRUE(fs::exists(path));
+}
+
+TEST_F(TrashServiceLive, anItemMadeAnewUnderTheNumberOfTheReviewedOneHasChanged)
+{
+    const std::string path = file("a", "reviewed");
+    const TrashRequest reviewed = request(path);
+    if (!test::makeAnewUnderTheSameNumber(path, "saved anew")) {
+        GTEST_SKIP() << "this file system gives no number twice";
+    }
+    EXPECT_EQ(refusal(reviewed), Reason::itemChangedSinceReview);
+    EXPECT_EQ(house.home().read("realm/a"), "saved anew");
+}
+
+TEST_F(TrashServiceLive, aStrayItemIsToldWithItsPlace)
+{
+    const std::string path = file("a", "reviewed");
+    const std::string other = file("b", "another");
+    const TrashRequest reviewed = request(path);
+    MoveCalls calls;
+    calls.moveWithoutReplacing = [&, isFirst = true, live = calls.moveWithoutReplacing](
+                                     int fromDirectory, const char* from, int toDirectory,
+                                     const char* to) mutable {
+        const bool isSwapping = std::exchange(isFirst, false);
+        if (isSwapping) {
+            fs::rename(other, path);
+        }
+        const int result = live(fromDirectory, from, toDirectory, to);
+        if (isSwapping) {
+            (void)file("a", "once more");
+        }
+        return result;
+    };
+    const TrashOperation operation = TrashService(calls).moveToTrash({reviewed}, house.realm());
+    ASSERT_EQ(operation.failures.size(), 1U);
+    EXPECT_EQ(operation.failures[0].reason, Reason::couldNotTrash);
+    ASSERT_TRUE(operation.failures[0].strayedTo);
+    EXPECT_EQ(operation.failures[0].strayedTo->path(),
+              house.home().path(".local/share/Trash/files/a"));
+    EXPECT_EQ(house.home().read(".local/share/Trash/files/a"), "another");
+    EXPECT_EQ(house.home().read("realm/a"), "once more");
 }
 
 TEST_F(TrashServiceLive, anItemSwappedInTheMomentOfTheMoveIsPutBack)
