@@ -189,6 +189,12 @@ public:
     // The Trash. `expectedIdentity` is what stood there when the user was asked.
     void setReviewOnly(bool enabled);
     void moveFindingToTrash(ReviewFinding finding, FileIdentity expectedIdentity);
+    /// The folder in which the item at `url` would lie in a Trash that the desktop's tools pass
+    /// over; none where they show it.
+    [[nodiscard]] std::optional<FileURL> hiddenTrash(const FileURL& url) const
+    {
+        return with_.trashService->hiddenTrash(url);
+    }
     void moveFindingsToTrash(std::vector<ReviewFinding> chosen);
     void undoLastTrash();
 

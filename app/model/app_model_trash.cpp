@@ -21,6 +21,21 @@ std::string relativePath(const FileURL& url, const FileURL& root)
     return path.starts_with(below) ? path.substr(below.size()) : path;
 }
 
+/// What to say of other items that came to the Trash in the place of those that were meant; none
+/// when there are none.
+std::optional<std::string> complaintOfStrays(const TrashOperation& operation)
+{
+    std::string text;
+    for (const TrashFailure& failure : operation.failures) {
+        if (failure.strayedTo) {
+            text += ModelCopy::strayed(failure.url.lastPathComponent(), failure.strayedTo->path());
+            text += ' ';
+        }
+    }
+    return text.empty() ? std::nullopt
+                        : std::optional(text + std::string(ModelCopy::nothingElseWasChanged));
+}
+
 bool hasChanged(const TrashFailure& failure)
 {
     return failure.reason == TrashFailure::Reason::itemChangedSinceReview
@@ -57,6 +72,9 @@ void AppModel::moveFindingToTrash(ReviewFinding finding, FileIdentity expectedId
         with_.trashService->moveToTrash({{finding.url, finding.allocatedSize, expectedIdentity}},
                                         *activeRootURL_, access->stands());
     log(operation.failures);
+    if (auto strays = complaintOfStrays(operation)) {
+        return complain(std::move(strays));
+    }
     if (operation.moved.empty()) {
         return complain(std::string(std::ranges::any_of(operation.failures, hasChanged)
                                         ? ModelCopy::changedSinceReview
@@ -107,7 +125,7 @@ void AppModel::moveFindingsToTrash(std::vector<ReviewFinding> chosen)
     }
     tell(ModelCopy::movedBatchToTrash(operation.moved.size(), chosen.size(), operation.totalBytes(),
                                       operation.failures.size() + skipped));
-    complain(std::nullopt);
+    complain(complaintOfStrays(operation));
 }
 
 void AppModel::takeOut(const TrashOperation& operation, const std::vector<std::string>& findingIDs)

@@ -46,6 +46,13 @@ std::string automaticPatrolFinished(std::string_view name, std::int64_t findings
                             : CountFormat::string(findings) + " findings waiting.");
 }
 
+std::string strayed(std::string_view name, std::string_view place)
+{
+    return "Another item took the place of " + displayText(name)
+           + " in the moment of the move, and could not go back. It is now at " + displayText(place)
+           + ".";
+}
+
 std::string movedToTrash(std::string_view name)
 {
     return "Moved " + displayText(name) + " to Trash.";

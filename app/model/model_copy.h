@@ -56,6 +56,10 @@ inline constexpr std::string_view someCouldNotMove =
 inline constexpr std::string_view someCouldNotBeRestored =
     "Some items could not be restored because their original path is occupied or the Trash item is "
     "gone.";
+/// Of another item, which took the place of the one called `name` in the moment of its move and
+/// lies at `place` now, that one or the next of several.
+[[nodiscard]] std::string strayed(std::string_view name, std::string_view place);
+inline constexpr std::string_view nothingElseWasChanged = "Nothing else was changed.";
 [[nodiscard]] std::string movedToTrash(std::string_view name);
 [[nodiscard]] std::string movedCountToTrash(std::size_t count);
 [[nodiscard]] std::string movedBatchToTrash(std::size_t moved, std::size_t total, Bytes bytes,

@@ -36,6 +36,13 @@ QString copiesNote(std::size_t files)
         .arg(count, files == 1 ? QStringLiteral("file") : QStringLiteral("files"));
 }
 
+/// Where the items will lie, behind the rest of a question, if nothing else would show them there.
+QString placeNote(const std::optional<FileURL>& hiddenTrash, const QString& note)
+{
+    return hiddenTrash ? QStringLiteral("\n\n") + note.arg(displayName(hiddenTrash->path()))
+                       : QString();
+}
+
 void ask(Theme& theme, const Confirmation& confirmation, const QString& name, QWidget& place,
          AppModel& model, std::function<void()> yes)
 {
@@ -59,8 +66,11 @@ void askToTrash(AppModel& model, Theme& theme, const ReviewFinding& finding, QWi
         QStringLiteral("Move %1 to Trash?").arg(displayName(finding.url.lastPathComponent())),
         QStringLiteral("%1 · %2\n%3\n\nGruk will use the system Trash. It will stop if this item "
                        "changed after you opened this confirmation.")
-            .arg(kindName(identity->kind), bytesText(finding.allocatedSize),
-                 displayName(finding.url.path())),
+                .arg(kindName(identity->kind), bytesText(finding.allocatedSize),
+                     displayName(finding.url.path()))
+            + placeNote(model.hiddenTrash(finding.url),
+                        QStringLiteral("Your file manager may not show the Trash of this disk. The "
+                                       "item will lie in %1.")),
         QStringLiteral("Move to Trash"),
         QStringLiteral("Cancel"),
     };
@@ -77,6 +87,12 @@ void askToTrash(AppModel& model, Theme& theme, std::vector<ReviewFinding> findin
     for (const ReviewFinding& finding : outermost) {
         bytes = checkedAdd(bytes, finding.allocatedSize);
     }
+    // All of a realm lies on one disk.
+    const std::optional<FileURL>& root = model.activeRootURL();
+    const std::optional<FileURL> hidden =
+        root && !findings.empty()
+            ? model.hiddenTrash(root->appending(findings.front().url.lastPathComponent()))
+            : std::nullopt;
     const Confirmation confirmation = {
         QStringLiteral("Move %1 items to Trash?")
             .arg(groupedNumber(static_cast<qint64>(findings.size()))),
@@ -85,7 +101,10 @@ void askToTrash(AppModel& model, Theme& theme, std::vector<ReviewFinding> findin
                   "Together they hold %1. The Gruk will check each item hasn't changed since "
                   "you selected it, use only the system Trash, and tell you honestly "
                   "about anything it had to skip.")
-                  .arg(bytesText(bytes)),
+                  .arg(bytesText(bytes))
+            + placeNote(hidden,
+                        QStringLiteral("Your file manager may not show the Trash of this disk. The "
+                                       "items will lie in %1.")),
         QStringLiteral("Move to Trash"),
         QStringLiteral("Cancel"),
     };

@@ -10,6 +10,17 @@ namespace gruk::test {
 
 ScreenHouse::ScreenHouse(std::shared_ptr<SnapshotScanner> scanner) : ModelHouse(std::move(scanner))
 {
+    open();
+}
+
+ScreenHouse::ScreenHouse(const std::function<void(ModelCollaborators&)>& change)
+    : ModelHouse(change)
+{
+    open();
+}
+
+void ScreenHouse::open()
+{
     theme.setReducedMotion(true);
     // Whoever tests a page has been through the walkthrough.
     preferences->setBoolean(SettingKeys::hasSeenWalkthrough, true);

@@ -15,6 +15,7 @@ namespace gruk::test {
 class ScreenHouse : public ModelHouse {
 public:
     explicit ScreenHouse(std::shared_ptr<SnapshotScanner> scanner = nullptr);
+    explicit ScreenHouse(const std::function<void(ModelCollaborators&)>& change);
     ~ScreenHouse();
 
     /// Runs everything until model and window rest.
@@ -34,6 +35,9 @@ public:
 
     Theme theme;
     std::unique_ptr<SweepView> window;
+
+private:
+    void open();
 };
 
 }  // namespace gruk::test

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -252,6 +253,88 @@ TEST_F(AppModelTrash, aFinishedPatrolForgetsWhatWasRemoved)
     house.patrol();
     EXPECT_THAT(model().liveRemovedBytesByPath(), IsEmpty());
     EXPECT_TRUE(model().lastTrashOperation()) << "the undo lasts";
+}
+
+TEST_F(AppModelTrash, whatGrukKeepsForItselfStaysAlsoInARealmThatHoldsIt)
+{
+    house.allowTrash();
+    std::vector<ReviewFinding> own(2, finding("a.dmg"));
+    const FileURL all = house.directory.url();
+    model().grantRealm(all);
+    house.settle();
+    house.select(all);
+    own[0].url = FileURL(house.directory.path("app/snapshots.json"));
+    own[1].url = FileURL(house.directory.path("app"));
+    model().moveFindingsToTrash(own);
+    EXPECT_EQ(
+        model().lastActionMessage(),
+        "Moved 0 of 2 to the Trash \xE2\x80\x94 0 KB taken back. 2 couldn't move; nothing was "
+        "forced.");
+    EXPECT_TRUE(fs::exists(own[0].url.path()));
+
+    house.directory.file("app/a.png", 1);
+    const FileURL place(own[1].url);
+    model().organise({place, {{FileKind::image, "Images", {place.appending("a.png")}, 1}}});
+    EXPECT_EQ(model().errorMessage(), "Gruk could not organise this realm. Nothing was changed.");
+    EXPECT_TRUE(fs::exists(house.directory.path("app/a.png")));
+}
+
+/// The same with another program that puts "other" in the place of an item in the moment of its
+/// move, and then a third one at its old place, so that the other one cannot go back.
+class AppModelStrayingTrash : public AppModelTrash {
+protected:
+    AppModelStrayingTrash()
+        : AppModelTrash([this](ModelCollaborators& all) {
+              MoveCalls calls;
+              calls.moveWithoutReplacing =
+                  [this, live = calls.moveWithoutReplacing](int fromDirectory, const char* from,
+                                                            int toDirectory, const char* to) {
+                      const std::string place = house.directory.path("realm/a.dmg");
+                      const bool isSwapping =
+                          std::string(from) == "a.dmg" && !std::exchange(isSwapped, true);
+                      if (isSwapping) {
+                          fs::rename(house.directory.fileWith("other", "another"), place);
+                      }
+                      const int result = live(fromDirectory, from, toDirectory, to);
+                      if (isSwapping) {
+                          house.directory.fileWith("realm/a.dmg", "once more");
+                      }
+                      return result;
+                  };
+              all.trashService = std::make_shared<TrashService>(calls);
+          })
+    {
+    }
+
+    [[nodiscard]] std::string told() const
+    {
+        return "Another item took the place of a.dmg in the moment of the move, and could not go "
+               "back. It is now at "
+               + house.directory.path("data/Trash/files/a.dmg") + ". Nothing else was changed.";
+    }
+
+    bool isSwapped = false;
+};
+
+TEST_F(AppModelStrayingTrash, aStrayItemIsToldByNameAndPlace)
+{
+    house.allowTrash();
+    trash(finding("a.dmg"));
+    EXPECT_EQ(model().errorMessage(), told());
+    EXPECT_EQ(house.directory.read("data/Trash/files/a.dmg"), "another");
+    EXPECT_EQ(model().findings().size(), 3U);
+    EXPECT_FALSE(model().lastTrashOperation());
+}
+
+TEST_F(AppModelStrayingTrash, aStrayItemOfABatchIsToldToo)
+{
+    house.allowTrash();
+    model().moveFindingsToTrash(model().findings());
+    EXPECT_EQ(
+        model().lastActionMessage(),
+        "Moved 2 of 3 to the Trash \xE2\x80\x94 25 KB taken back. 1 couldn't move; nothing was "
+        "forced.");
+    EXPECT_EQ(model().errorMessage(), told());
 }
 
 /// The same with a Trash that refuses one item in its own words.

@@ -112,6 +112,39 @@ TEST(PatrolPageActions, theQuestionNamesWhatStandsThereNow)
     EXPECT_FALSE(house.model->lastTrashOperation());
 }
 
+TEST(PatrolPageActions, theQuestionsSayWhereItemsWillLieWhoseTrashTheDesktopDoesNotShow)
+{
+    PatrolPageHouse house([](ModelCollaborators& all) {
+        TrashCalls calls;
+        calls.fileExists = [](const FileURL& url) { return std::filesystem::exists(url.path()); };
+        calls.hiddenTrash = [](const FileURL& url) {
+            // The disk of the realm; what is told of the item itself is its folder's.
+            return url.path().find("/Home/") == std::string::npos
+                       ? std::nullopt
+                       : std::optional(FileURL::directory("/disk/.Trash-1/files"));
+        };
+        all.trashService = std::make_shared<TrashService>(calls);
+    });
+    house.makeFindings();
+    house.allowTrash();
+    house.settle();
+    buttonIn(house.rows().front(), "Move to Trash")->click();
+    house.repaint();
+    EXPECT_TRUE(textIn(house.question("trashQuestion"))
+                    .endsWith(QStringLiteral(
+                        "after you opened this confirmation.\n\nYour file manager may not show the "
+                        "Trash of this disk. The item will lie in /disk/.Trash-1/files.")));
+    house.answer("trashQuestion", "Cancel");
+    house.button(QStringLiteral("Select all"))->click();
+    house.repaint();
+    house.button(QStringLiteral("Move 3 to Trash…"))->click();
+    house.repaint();
+    EXPECT_TRUE(textIn(house.question("batchTrashQuestion"))
+                    .endsWith(QStringLiteral(
+                        "anything it had to skip.\n\nYour file manager may not show the Trash of "
+                        "this disk. The items will lie in /disk/.Trash-1/files.")));
+}
+
 TEST(PatrolPageActions, anItemThatWasSwappedWhileTheQuestionWasOpenStays)
 {
     PatrolPageHouse house;
