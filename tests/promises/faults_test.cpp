@@ -1,7 +1,10 @@
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <set>
 #include <string>
+#include <string_view>
+#include <system_error>
 
 #include <gtest/gtest.h>
 
@@ -17,6 +20,8 @@
 namespace gruk {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 using test::MoveFaults;
 using test::MoveScenario;
@@ -84,6 +89,44 @@ TEST(Promises, aFaultAtAnySystemCallLosesNothingAndIsTold)
                                       + std::to_string(test::moveScenarios().size())
                                       + " operations; each file in one place after each, and every"
                                         " failure told in words");
+}
+
+/// Takes the info files away that have no item, as programs do that tidy a Trash up.
+void tidyUp(const std::string& trash)
+{
+    std::error_code error;
+    for (const auto& info : fs::directory_iterator(trash + "/info", error)) {
+        const std::string name = info.path().stem().string();
+        if (!fs::exists(fs::symlink_status(trash + "/files/" + name))) {
+            fs::remove(info.path());
+        }
+    }
+}
+
+TEST(Promises, everyItemInTheTrashHasAnInfoFileWhoeverTidiesItUpMeanwhile)
+{
+    std::size_t runs = 0;
+    for (const MoveScenario& scenario : test::moveScenarios()) {
+        const std::size_t calls = callsOf(scenario);
+        for (std::size_t number = 0; number < calls; ++number) {
+            const MovesHouse house;
+            const auto operation = scenario.prepare(house);
+            const std::multiset<std::string> before = house.census();
+            MoveFaults faults;
+            faults.before = [&](std::size_t call, std::string_view) {
+                if (call == number) {
+                    tidyUp(house.home().path(".local/share/Trash"));
+                }
+            };
+            (void)operation(faults.calls(test::withoutWaiting()));
+            ASSERT_EQ(house.census(), before) << scenario.name << ", call " << number;
+            ++runs;
+        }
+    }
+    test::reportPromise("info files", std::to_string(runs)
+                                          + " runs, in each of which another program cleared the"
+                                            " Trash of lone info files before another system call;"
+                                            " every item in it has one");
 }
 
 /// What may never move: the top of a volume, what is in it for a Hoard or an organise, and a folder

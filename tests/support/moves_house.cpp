@@ -16,6 +16,7 @@
 #include <sstream>
 
 #include "core/realm/stable_hash.h"
+#include "platform/linux/trash_info.h"
 
 namespace gruk::test {
 
@@ -143,6 +144,25 @@ std::multiset<std::string> MovesHouse::census() const
     add(home_.path("realm"), true);
     walk(home_.path("realm"), add);
     walk(home_.path(".local/share/Trash"), add);
+    const auto unknown = itemsWithoutInfo();
+    lines.insert(unknown.begin(), unknown.end());
+    return lines;
+}
+
+std::multiset<std::string> MovesHouse::itemsWithoutInfo() const
+{
+    std::multiset<std::string> lines;
+    const fs::path trash = home_.path(".local/share/Trash");
+    std::error_code error;
+    for (const auto& item : fs::directory_iterator(trash / "files", error)) {
+        const std::string name = item.path().filename().string();
+        std::ifstream info(trash / "info" / (name + ".trashinfo"));
+        std::ostringstream text;
+        text << info.rdbuf();
+        if (!parseTrashInfo(text.str())) {
+            lines.insert("in the Trash without an info file: " + name);
+        }
+    }
     return lines;
 }
 

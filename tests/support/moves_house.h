@@ -25,13 +25,18 @@ public:
     [[nodiscard]] FileURL outside() const { return FileURL::directory(home_.path("outside")); }
 
     /// Everything in realm and Trash but the program's own records: files and links each as one
-    /// line of content's hash, mode, times, attributes, or a link's target; and of the folders
-    /// those that `ageFolders` has seen and nobody has opened since. Equal before and after when
-    /// nothing was lost, changed, copied, added or listed with a trace.
+    /// line of content's hash, mode, times, attributes, or a link's target; of the folders those
+    /// that `ageFolders` has seen and nobody has opened since; and a line for each item in the
+    /// Trash of which no info file tells where it was. Equal before and after when nothing was
+    /// lost, changed, copied, added or listed with a trace, and everything in the Trash can be
+    /// found.
     [[nodiscard]] std::multiset<std::string> census() const;
 
     /// Gives the folders in realm and Trash an access date of long ago.
     void ageFolders() const;
+
+    /// Those lines of items without an info file; none when all is well.
+    [[nodiscard]] std::multiset<std::string> itemsWithoutInfo() const;
 
     /// The files and links of any folder, and its folders, with the paths in the lines.
     [[nodiscard]] static std::multiset<std::string> censusWithPaths(const std::string& folder);
