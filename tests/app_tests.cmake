@@ -41,6 +41,7 @@ gruk_add_tests(gruk_app_tests
     app/model/app_model_pauses_test.cpp
     app/model/app_model_patrol_test.cpp
     app/model/app_model_territories_test.cpp
+    app/model/app_model_renewal_test.cpp
     app/model/app_model_tidy_test.cpp
     app/model/app_model_trash_test.cpp
     app/model/background_test.cpp
@@ -49,6 +50,7 @@ gruk_add_tests(gruk_app_tests
     app/screens/all_screens_test.cpp
     app/screens/automations_section_test.cpp
     app/screens/breadcrumb_geometry_test.cpp
+    app/screens/browse_renewal_test.cpp
     app/screens/browse_selection_test.cpp
     app/screens/browse_sort_test.cpp
     app/screens/confirmation_dialog_test.cpp

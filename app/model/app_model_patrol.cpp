@@ -25,6 +25,29 @@ std::function<void()> confirmation(const FileURL& url, const std::shared_ptr<Sco
     };
 }
 
+/// Where a patrol found something else than the one before it, or could not see whether it did: the
+/// realm as a whole after the first patrol, and when there is much.
+std::vector<FileURL> changedPlaces(const FileURL& realm, const RealmFigures& figures)
+{
+    constexpr std::size_t much = 1'000;
+    if (!figures.previousSnapshot || !figures.previousSnapshot->isComplete
+        || figures.deltas->size() + figures.latestSnapshot->issues.size()
+                   + figures.previousSnapshot->issues.size()
+               > much) {
+        return {realm};
+    }
+    std::vector<FileURL> places;
+    for (const SnapshotDelta& delta : *figures.deltas) {
+        places.push_back(realm.appending(delta.relativePath));
+    }
+    for (const auto& snapshot : {figures.previousSnapshot, figures.latestSnapshot}) {
+        for (const ScanIssue& issue : snapshot->issues) {
+            places.push_back(realm.appending(issue.relativePath));
+        }
+    }
+    return places;
+}
+
 }  // namespace
 
 QCoro::Task<> AppModel::patrolActiveRealm()
@@ -181,6 +204,12 @@ void AppModel::publish(const FileURL& url, RealmFigures figures, std::optional<O
     if (mappedRoots_) {
         mappedRoots_->insert(url.path());
     }
+    // What is new and takes no room changes no size, but it is to be listed.
+    const std::optional<FileURL>& browsed = session().currentDirectory();
+    session().renew(changedPlaces(url, figures),
+                    browsed && pathIsAtOrBelow(browsed->path(), url.path())
+                        ? ScanSession::Look::always
+                        : ScanSession::Look::ifReached);
     if (activeRootURL_ == url) {
         // A history that was asked for before this patrol ended is older than its result.
         assign(historyLoadGeneration_, historyLoadGeneration_ + 1,

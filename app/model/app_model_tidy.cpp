@@ -24,6 +24,17 @@ std::optional<FileURL> rootOfUndo(const StashOperation& operation)
                : folder.deletingLastPathComponent();
 }
 
+/// Where something came or went when these items moved.
+std::vector<FileURL> touchedByMoves(const std::vector<StashedItem>& items)
+{
+    std::vector<FileURL> places;
+    for (const StashedItem& item : items) {
+        places.push_back(item.originalURL);
+        places.push_back(item.stashedURL);
+    }
+    return places;
+}
+
 }  // namespace
 
 std::optional<FileURL> AppModel::grantedDesktopURL() const
@@ -55,6 +66,7 @@ void AppModel::tidyDesktop()
     const std::size_t moved = operation.moved.size();
     assign(lastStashOperation_, moved == 0 ? std::nullopt : std::optional(operation),
            &AppModel::lastStashOperationChanged);
+    session().renew(touchedByMoves(operation.moved));
     if (operation.failures.empty()) {
         tell(moved == 0 ? std::string(ModelCopy::nothingToTidy) : ModelCopy::desktopIsClear(moved));
         complain(std::nullopt);
@@ -98,6 +110,7 @@ void AppModel::undoMoves(UndoSlot& slot, void (AppModel::*changed)())
             return std::ranges::find(operation.restored, item) == operation.restored.end();
         });
     assign(slot, left.moved.empty() ? std::nullopt : std::optional(std::move(left)), changed);
+    session().renew(touchedByMoves(operation.restored));
     if (operation.failures.empty()) {
         tell(std::string(ModelCopy::everythingIsBack));
         complain(std::nullopt);
@@ -167,6 +180,7 @@ void AppModel::organise(const OrganisePlan& plan)
     const std::size_t moved = operation.moved.size();
     assign(lastOrganiseOperation_, moved == 0 ? std::nullopt : std::optional(operation),
            &AppModel::lastOrganiseOperationChanged);
+    session().renew(touchedByMoves(operation.moved));
     if (operation.failures.empty()) {
         tell(ModelCopy::realmIsTidied(moved, plan.moves.size()));
         complain(std::nullopt);

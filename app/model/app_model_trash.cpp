@@ -36,6 +36,17 @@ std::optional<std::string> complaintOfStrays(const TrashOperation& operation)
                         : std::optional(text + std::string(ModelCopy::nothingElseWasChanged));
 }
 
+/// Where something came or went when these items moved: the Trash keeps records of its own, too.
+std::vector<FileURL> touchedByTrash(const std::vector<TrashedItem>& items)
+{
+    std::vector<FileURL> places;
+    for (const TrashedItem& item : items) {
+        places.push_back(item.originalURL);
+        places.push_back(item.trashURL.deletingLastPathComponent().deletingLastPathComponent());
+    }
+    return places;
+}
+
 bool hasChanged(const TrashFailure& failure)
 {
     return failure.reason == TrashFailure::Reason::itemChangedSinceReview
@@ -149,6 +160,7 @@ void AppModel::takeOut(const TrashOperation& operation, const std::vector<std::s
     figures_.findings = std::move(left);
     figures_.haveFindingsLeft = true;
     Q_EMIT findingsChanged();
+    session().renew(touchedByTrash(operation.moved));
 }
 
 void AppModel::undoLastTrash()
@@ -174,6 +186,7 @@ void AppModel::undoLastTrash()
         assign(liveRemovedBytesByPath_, std::move(removed),
                &AppModel::liveRemovedBytesByPathChanged);
     }
+    session().renew(touchedByTrash(operation.restored));
     const bool isAll = operation.failures.empty();
     tell(isAll || !operation.restored.empty()
              ? std::optional(ModelCopy::restoredFromTrash(operation.restored.size()))

@@ -156,12 +156,17 @@ Role BreadcrumbBar::accent() const
 
 void BreadcrumbBar::rebuild()
 {
+    const std::vector<FileURL> urls = path();
+    if (shown_ == std::pair(urls, accent())) {
+        // The folder was listed anew: whoever stands on a crumb stays there.
+        return;
+    }
+    shown_ = {urls, accent()};
     const bool hadFocus = focusedCrumb().has_value();
     for (Crumb* crumb : std::exchange(crumbs_, {})) {
         crumb->hide();
         crumb->deleteLater();
     }
-    const std::vector<FileURL> urls = path();
     for (std::size_t i = 0; i < urls.size(); ++i) {
         addCrumb(urls[i], i + 1 == urls.size() ? Crumb::Place::current : Crumb::Place::onTheWay);
     }

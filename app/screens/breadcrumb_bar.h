@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include <QAbstractButton>
@@ -71,6 +73,8 @@ private:
     AppModel& model_;
     Theme& theme_;
     Label* nowhere_;
+    /// The path and the colour that it shows; none before the first.
+    std::optional<std::pair<std::vector<FileURL>, Role>> shown_;
     std::vector<Crumb*> crumbs_;
     std::vector<QAbstractButton*> folds_;
     CrumbLayout layout_;

@@ -13,7 +13,8 @@ constexpr int longestFilterShown = 40;
 }  // namespace
 
 BrowseEmptyNote::BrowseEmptyNote(Theme& theme, QWidget* parent)
-    : QWidget(parent), sentence_(new Label(theme, TextStyle::body))
+    : QWidget(parent), sentence_(new Label(theme, TextStyle::body)),
+      clearFilter_(new Button(theme, Button::Kind::link, QStringLiteral("Clear filter")))
 {
     auto* gruk = new ArtView(theme, Art::grukStateMap, QString());
     gruk->setFixedSize(Measure::noteHero, Measure::noteHero);
@@ -29,9 +30,8 @@ BrowseEmptyNote::BrowseEmptyNote(Theme& theme, QWidget* parent)
     column->addStretch();
     column->addWidget(gruk, 0, Qt::AlignHCenter);
     column->addWidget(sentence_);
+    column->addWidget(clearFilter_, 0, Qt::AlignHCenter);
     column->addStretch();
-    // What the pointer does here it does to the table behind.
-    setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
 void BrowseEmptyNote::setSentence(const QString& sentence)

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "app/model/app_model.h"
+#include "app/theme/button.h"
 #include "app/theme/label.h"
 #include "app/theme/theme.h"
 
@@ -18,8 +19,12 @@ public:
 
     void setSentence(const QString& sentence);
 
+    /// Shown while it is a filter that leaves no row.
+    [[nodiscard]] Button& clearFilter() const { return *clearFilter_; }
+
 private:
     Label* sentence_;
+    Button* clearFilter_;
 };
 
 /// Why a folder shows no rows: on its own account, or since nothing in it has `filter` in its name.

@@ -5,6 +5,7 @@
 #include <QContextMenuEvent>
 #include <QItemSelection>
 #include <QPainter>
+#include <QScrollBar>
 #include <QTimerEvent>
 
 #include "app/theme/card_painter.h"
@@ -132,6 +133,13 @@ void BrowseTable::selectAndShow(const FileURL& url)
         setCurrentIndex(index);
         scrollTo(index, QAbstractItemView::PositionAtCenter);
     }
+}
+
+void BrowseTable::scrollRowsTo(int value)
+{
+    // How far it goes is known only when the rows are laid out.
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(value);
 }
 
 void BrowseTable::drawRow(QPainter* painter, const QStyleOptionViewItem& options,

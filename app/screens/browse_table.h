@@ -30,6 +30,8 @@ public:
     void select(const std::vector<FileURL>& urls, const std::optional<FileURL>& current);
     /// Selects one item and brings it into view.
     void selectAndShow(const FileURL& url);
+    /// Scrolls down by that much, as far as there are rows.
+    void scrollRowsTo(int value);
 
     /// Whether one of its rows stands for it when it has the focus.
     [[nodiscard]] bool showsFocusItself() const { return model_.rowCount() > 0; }

@@ -4,10 +4,12 @@
 #include <string>
 #include <utility>
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -48,8 +50,8 @@ FileTableView::FileTableView(AppModel& model, Theme& theme, BrowseSelection kept
     : PaperBackdrop(theme, parent), model_(model), theme_(theme),
       rows_(new ScanNodeModel(model.session(), this)), path_(new BreadcrumbBar(model, theme)),
       filter_(new TextField(theme, QStringLiteral("Filter"), QStringLiteral("Filter"))),
-      table_(new BrowseTable(theme, *rows_)),
-      empty_(new BrowseEmptyNote(theme, table_->viewport())), working_(new WorkMark(theme)),
+      table_(new BrowseTable(theme, *rows_)), empty_(new BrowseEmptyNote(theme)),
+      working_(new WorkMark(theme)),
       footer_(new ElidedLabel(theme, TextStyle::detail, Qt::ElideRight)), kept_(std::move(kept)),
       folder_(model.session().currentDirectory())
 {
@@ -106,11 +108,20 @@ QHBoxLayout* FileTableView::makeTop()
 QWidget* FileTableView::makeCard()
 {
     auto* card = new Card(theme_, Measure::small);
-    auto* inside = new QVBoxLayout(card);
+    // The note lies over the rows and is none of them: of a table only rows are read.
+    auto* inside = new QGridLayout(card);
     inside->setContentsMargins(0, 0, 0, 0);
-    inside->addWidget(table_);
-    auto* over = new QVBoxLayout(table_->viewport());
-    over->addWidget(empty_);
+    inside->setSpacing(0);
+    inside->setRowMinimumHeight(0, table_->browseHeader().sizeHint().height());
+    inside->setRowStretch(1, 1);
+    inside->addWidget(table_, 0, 0, 2, 1);
+    inside->addWidget(empty_, 1, 0);
+    empty_->raise();
+    connect(&empty_->clearFilter(), &QAbstractButton::clicked, this, [this] {
+        // The button goes with what it stands for.
+        focusRows();
+        filter_->clear();
+    });
     return card;
 }
 
@@ -166,12 +177,20 @@ void FileTableView::chainControls()
     const std::vector<QAbstractButton*>& heads = table_->browseHeader().buttons();
     controls.insert(controls.end(), heads.begin(), heads.end());
     controls.push_back(table_);
+    controls.push_back(&empty_->clearFilter());
     chainTabStops(controls);
 }
 
 void FileTableView::focusRows()
 {
     table_->setFocus(Qt::OtherFocusReason);
+}
+
+void FileTableView::measureAgain()
+{
+    if (const std::optional<FileURL>& folder = model_.session().currentDirectory()) {
+        model_.session().renew({*folder});
+    }
 }
 
 void FileTableView::focusFilter()
@@ -254,6 +273,7 @@ BrowseSelection FileTableView::keptSelection() const
 void FileTableView::remember()
 {
     kept_ = keptSelection();
+    scrolledTo_ = table_->verticalScrollBar()->value();
 }
 
 void FileTableView::recall()
@@ -261,6 +281,7 @@ void FileTableView::recall()
     const std::optional<FileURL>& folder = model_.session().currentDirectory();
     if (isSamePlace(folder, folder_)) {
         table_->select(kept_.urls, kept_.current);
+        table_->scrollRowsTo(scrolledTo_);
         // Those that a filter hides are still selected.
         hasSelected_ = false;
     } else {
@@ -307,9 +328,10 @@ void FileTableView::showEmptiness()
         sentence = emptyFolderSentence(*emptyReason_);
     }
     const bool isEmpty = rows_->rowCount() == 0 && !sentence.isEmpty();
+    empty_->clearFilter().setVisible(isEmpty && !session.nodes().empty());
     empty_->setSentence(sentence);
     empty_->setVisible(isEmpty);
-    // Only rows are read of a table, and nothing that lies over it.
+    // Whoever stands in the table hears it, too.
     table_->setAccessibleDescription(isEmpty ? sentence : QString());
 }
 

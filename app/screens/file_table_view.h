@@ -35,6 +35,8 @@ public:
     void focusFilter();
     /// Puts the keyboard into the table.
     void focusRows();
+    /// Lists and measures the folder that is shown anew.
+    void measureAgain();
 
     /// The places of the selected items, in the order of the rows.
     [[nodiscard]] std::vector<FileURL> selection() const;
@@ -83,6 +85,8 @@ private:
     std::vector<TableSort> tableSortOrder_;
     /// What was selected before the rows changed, and in which folder.
     BrowseSelection kept_;
+    /// How far down the rows were scrolled before they changed.
+    int scrolledTo_ = 0;
     /// Whether the user has selected since: then what he sees selected is all that is.
     bool hasSelected_ = false;
     std::optional<FileURL> folder_;

@@ -253,7 +253,9 @@ void SweepView::onKeys(const QKeySequence& keys, std::function<void()> action)
 void SweepView::addShortcuts()
 {
     onKeys(Qt::Key_F5, [this] {
-        if (model_.activeRootURL() && !model_.isPatrolling()) {
+        if (auto* table = qobject_cast<FileTableView*>(shown_)) {
+            table->measureAgain();
+        } else if (model_.activeRootURL() && !model_.isPatrolling()) {
             model_.patrolActiveRealm();
         }
     });

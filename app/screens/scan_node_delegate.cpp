@@ -46,8 +46,8 @@ int ScanNodeDelegate::columnWidth(int column) const
     const int margins = 2 * Measure::medium;
     switch (column) {
     case ScanNodeModel::sizeColumn:
-        return QFontMetrics(sizeFont_).horizontalAdvance(QStringLiteral("8888.88 GB")) + markSize
-               + Measure::small + margins;
+        return QFontMetrics(sizeFont_).horizontalAdvance(QStringLiteral("at least 8888.88 GB"))
+               + markSize + Measure::small + margins;
     case ScanNodeModel::kindColumn:
         return widestKind(quiet) + margins;
     case ScanNodeModel::lastOpenedColumn:

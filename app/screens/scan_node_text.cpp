@@ -20,24 +20,44 @@ QString mediumDate(Date date)
                             QStringLiteral("d MMM yyyy"));
 }
 
+/// What was found of something before the walk over it failed; empty for nothing.
+QString leastText(Bytes bytes)
+{
+    return bytes > 0 ? QStringLiteral("at least %1").arg(bytesText(bytes)) : QString();
+}
+
+QString leastOrDash(Bytes bytes)
+{
+    const QString least = leastText(bytes);
+    return least.isEmpty() ? QStringLiteral("–") : least;
+}
+
 }  // namespace
 
 QString size(const ScanNode& node)
 {
-    if (const auto known = node.knownSize()) {
-        return bytesText(*known);
+    if (node.hasFailed()) {
+        return leastOrDash(node.displaySize());
     }
-    return node.isComputing() ? QString() : QStringLiteral("–");
+    const auto known = node.knownSize();
+    return known ? bytesText(*known) : QString();
 }
 
 QString spokenSize(const ScanNode& node)
 {
+    if (node.hasFailed()) {
+        const QString least = leastText(node.displaySize());
+        return least.isEmpty() ? QStringLiteral("Unknown size") : least;
+    }
     const auto known = node.knownSize();
     if (node.isComputing()) {
+        if (const auto former = node.formerSize()) {
+            return QStringLiteral("%1 when last measured").arg(bytesText(*former));
+        }
         return known ? QStringLiteral("%1 so far").arg(bytesText(*known))
                      : QStringLiteral("Being measured");
     }
-    return known ? bytesText(*known) : QStringLiteral("Unknown size");
+    return bytesText(node.displaySize());
 }
 
 QString lastOpened(const FileEntry& entry)
@@ -67,6 +87,7 @@ FolderSums sums(const ScanSession::Nodes& nodes)
             sums.restricted = checkedAdd(sums.restricted, node->aggregate()->restrictedCount);
         }
         sums.areGrowing = sums.areGrowing || node->isComputing();
+        sums.areIncomplete = sums.areIncomplete || node->hasFailed();
     }
     return sums;
 }
@@ -74,7 +95,9 @@ FolderSums sums(const ScanSession::Nodes& nodes)
 QString footer(const FolderSums& sums)
 {
     return QStringLiteral("%1 items · %2 scanned · %3 restricted")
-        .arg(groupedNumber(sums.items), bytesText(sums.bytes), groupedNumber(sums.restricted));
+        .arg(groupedNumber(sums.items),
+             sums.areIncomplete ? leastOrDash(sums.bytes) : bytesText(sums.bytes),
+             groupedNumber(sums.restricted));
 }
 
 }  // namespace gruk::ScanNodeText

@@ -9,8 +9,8 @@
 /// What the Browse page puts into words. Pure.
 namespace gruk::ScanNodeText {
 
-/// As far as it is known. Empty for a folder that is being measured and has shown nothing yet, a
-/// dash for one that could not be measured.
+/// As far as it is known. Empty for a folder that is being measured and has shown nothing yet; of
+/// one that could not be measured to its end "at least" what was found, or a dash.
 [[nodiscard]] QString size(const ScanNode& node);
 /// The same for assistive technology, which hears of work that goes on too.
 [[nodiscard]] QString spokenSize(const ScanNode& node);
@@ -31,13 +31,16 @@ struct FolderSums {
     std::int64_t restricted = 0;
     /// Whether some child is still being measured.
     bool areGrowing = false;
+    /// Whether some child could not be measured to its end.
+    bool areIncomplete = false;
 
     friend bool operator==(const FolderSums&, const FolderSums&) = default;
 };
 
 [[nodiscard]] FolderSums sums(const ScanSession::Nodes& nodes);
 
-/// "{n} items · {size} scanned · {k} restricted"
+/// "{n} items · {size} scanned · {k} restricted", with "at least" before a size that is not all,
+/// and a dash for one of which nothing is known.
 [[nodiscard]] QString footer(const FolderSums& sums);
 
 }  // namespace gruk::ScanNodeText

@@ -62,13 +62,54 @@ TEST(ScanNodeText, aSizeIsShownAsFarAsItIsKnown)
     EXPECT_EQ(ScanNodeText::spokenSize(*node), QStringLiteral("9 KB"));
 }
 
-TEST(ScanNodeText, aFolderThatCouldNotBeMeasuredKeepsWhatItsWalkHadShown)
+TEST(ScanNodeText, aFolderThatCouldNotBeMeasuredIsAtLeastWhatItsWalkHadShown)
 {
     const auto node = folder();
     node->beginComputing();
     node->report({3, 4'000});
     node->endComputing(std::nullopt);
+    EXPECT_EQ(ScanNodeText::size(*node), QStringLiteral("at least 4 KB"));
+    EXPECT_EQ(ScanNodeText::spokenSize(*node), QStringLiteral("at least 4 KB"));
+}
+
+TEST(ScanNodeText, aFolderOfWhichNothingWasFoundBeforeItsWalkFailedHasNoSize)
+{
+    const auto node = folder();
+    node->beginComputing();
+    node->report({0, 0});
+    node->endComputing(std::nullopt);
+    EXPECT_EQ(ScanNodeText::size(*node), QStringLiteral("–"));
+    EXPECT_EQ(ScanNodeText::spokenSize(*node), QStringLiteral("Unknown size"));
+    EXPECT_EQ(ScanNodeText::footer(ScanNodeText::sums({node})),
+              QStringLiteral("1 items · – scanned · 0 restricted"));
+}
+
+TEST(ScanNodeText, theFooterOfAFolderThatCouldNotBeMeasuredToItsEndSaysSo)
+{
+    const auto node = folder();
+    node->beginComputing();
+    const auto before = ScanNodeText::sums({node, file(2'000'000)});
+    EXPECT_EQ(ScanNodeText::footer(before),
+              QStringLiteral("2 items · 2 MB scanned · 0 restricted"));
+    node->report({1, 1'000'000});
+    node->endComputing(std::nullopt);
+    const auto after = ScanNodeText::sums({node, file(2'000'000)});
+    EXPECT_EQ(after, (ScanNodeText::FolderSums{2, 3'000'000, 0, false, true}));
+    EXPECT_EQ(ScanNodeText::footer(after),
+              QStringLiteral("2 items · at least 3 MB scanned · 0 restricted"));
+}
+
+TEST(ScanNodeText, aFolderThatIsMeasuredAnewShowsWhatItCameToBefore)
+{
+    const auto node = folder();
+    node->recallSize(4'000);
+    node->beginComputing();
+    node->report({1, 1'000});
     EXPECT_EQ(ScanNodeText::size(*node), QStringLiteral("4 KB"));
+    EXPECT_EQ(ScanNodeText::spokenSize(*node), QStringLiteral("4 KB when last measured"));
+    node->endComputing(DirectoryStats{9'000, 9'000, 4, 0});
+    EXPECT_EQ(ScanNodeText::size(*node), QStringLiteral("9 KB"));
+    EXPECT_EQ(ScanNodeText::spokenSize(*node), QStringLiteral("9 KB"));
 }
 
 TEST(ScanNodeText, foldersThatAreClosedAreToldOf)
@@ -90,7 +131,7 @@ TEST(ScanNodeText, theFooterIsTheSumOfTheRows)
     const auto running = folder();
     running->beginComputing();
     const auto sums = ScanNodeText::sums({file(1'000'000), measured, running});
-    EXPECT_EQ(sums, (ScanNodeText::FolderSums{3, 4'000'000, 2, true}));
+    EXPECT_EQ(sums, (ScanNodeText::FolderSums{3, 4'000'000, 2, true, false}));
     EXPECT_EQ(ScanNodeText::footer(sums), QStringLiteral("3 items · 4 MB scanned · 2 restricted"));
     running->report({1, 500'000});
     EXPECT_EQ(ScanNodeText::sums({file(1'000'000), measured, running}).bytes, 4'500'000);
