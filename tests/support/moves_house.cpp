@@ -153,9 +153,7 @@ std::multiset<std::string> MovesHouse::itemsWithoutInfo() const
 {
     std::multiset<std::string> lines;
     const fs::path trash = home_.path(".local/share/Trash");
-    std::error_code error;
-    for (const auto& item : fs::directory_iterator(trash / "files", error)) {
-        const std::string name = item.path().filename().string();
+    for (const std::string& name : namesIn(trash / "files")) {
         std::ifstream info(trash / "info" / (name + ".trashinfo"));
         std::ostringstream text;
         text << info.rdbuf();

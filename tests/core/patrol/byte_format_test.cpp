@@ -114,10 +114,10 @@ TEST(ByteFormat, aValueThatRoundsUpToAThousandTakesTheNextUnit)
 
 TEST(ByteFormat, theExtremesHaveATextToo)
 {
-    EXPECT_EQ(ByteFormat::string(std::numeric_limits<Bytes>::max()), "9223372036.85 GB");
-    EXPECT_EQ(ByteFormat::string(std::numeric_limits<Bytes>::min()), "-9223372036.85 GB");
+    EXPECT_EQ(ByteFormat::string(std::numeric_limits<Bytes>::max()), "9,223,372,036.85 GB");
+    EXPECT_EQ(ByteFormat::string(std::numeric_limits<Bytes>::min()), "-9,223,372,036.85 GB");
     EXPECT_EQ(ByteFormat::signedString(std::numeric_limits<Bytes>::min()),
-              "\u22129223372036.85 GB");
+              "\u22129,223,372,036.85 GB");
 }
 
 TEST(ByteFormat, agreesWithALongHandComputationAroundEveryBoundary)
