@@ -38,8 +38,10 @@ gruk_add_tests(gruk_app_tests
     app/model/app_model_look_lost_midway_test.cpp
     app/model/app_model_lost_access_test.cpp
     app/model/app_model_patrol_lost_midway_test.cpp
+    app/model/app_model_memory_test.cpp
     app/model/app_model_pauses_test.cpp
     app/model/app_model_patrol_test.cpp
+    app/model/app_model_renaming_test.cpp
     app/model/app_model_territories_test.cpp
     app/model/app_model_renewal_test.cpp
     app/model/app_model_tidy_test.cpp
@@ -67,6 +69,7 @@ gruk_add_tests(gruk_app_tests
     app/screens/long_names_test.cpp
     app/screens/main_window_focus_test.cpp
     app/screens/main_window_test.cpp
+    app/screens/memory_card_test.cpp
     app/screens/menu_bar_entries_test.cpp
     app/screens/menu_bar_view_test.cpp
     app/screens/message_strip_test.cpp

@@ -5,6 +5,9 @@
 
 #include <QDBusMessage>
 #include <QDesktopServices>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QStringList>
 #include <QUrl>
 
@@ -60,12 +63,59 @@ bool isShownByFileManager(const QStringList& items, std::chrono::milliseconds li
     return answer.type() == QDBusMessage::ReplyMessage;
 }
 
+/// A start that found nothing to start is over by then; what ends later was a window.
+constexpr qint64 longestFailure = 10'000;
+
+/// Calls `onFailure` at its first call only.
+std::function<void()> once(std::function<void()> onFailure)
+{
+    return [wasCalled = std::make_shared<bool>(false), onFailure = std::move(onFailure)] {
+        if (!std::exchange(*wasCalled, true)) {
+            onFailure();
+        }
+    };
+}
+
+/// Has the desktop's opener open it, which tells by its exit whether it could.
+void openWith(const QString& opener, const FileURL& folder, const std::function<void()>& onFailure)
+{
+    // Never taken down while it runs: that would close what it opened.
+    auto* process = new QProcess;
+    process->setProcessChannelMode(QProcess::ForwardedChannels);
+    QElapsedTimer time;
+    time.start();
+    QObject::connect(process, &QProcess::finished, process,
+                     [process, time, onFailure](int code, QProcess::ExitStatus status) {
+                         const bool failed = status != QProcess::NormalExit || code != 0;
+                         process->deleteLater();
+                         if (failed && time.elapsed() < longestFailure) {
+                             onFailure();
+                         }
+                     });
+    QObject::connect(process, &QProcess::errorOccurred, process,
+                     [process, onFailure](QProcess::ProcessError error) {
+                         if (error == QProcess::FailedToStart) {
+                             process->deleteLater();
+                             onFailure();
+                         }
+                     });
+    process->start(opener, {QString::fromStdString(folder.fileURLText())});
+}
+
 }  // namespace
 
-void openFolderOnDesktop(const FileURL& folder)
+void openFolderOnDesktop(const FileURL& folder, const std::function<void()>& onFailure)
 {
-    QDesktopServices::openUrl(
-        QUrl::fromEncoded(QByteArray::fromStdString(folder.fileURLText()), QUrl::StrictMode));
+    // The toolkit would start it too, and not wait for its answer.
+    const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    if (!opener.isEmpty()) {
+        openWith(opener, folder, onFailure);
+        return;
+    }
+    if (!QDesktopServices::openUrl(
+            QUrl::fromEncoded(QByteArray::fromStdString(folder.fileURLText()), QUrl::StrictMode))) {
+        onFailure();
+    }
 }
 
 FileRevealer::FileRevealer(std::shared_ptr<TaskPool> pool, std::shared_ptr<RunLoop> loop,
@@ -75,17 +125,20 @@ FileRevealer::FileRevealer(std::shared_ptr<TaskPool> pool, std::shared_ptr<RunLo
 {
 }
 
-void FileRevealer::reveal(const std::vector<FileURL>& items) const
+void FileRevealer::reveal(const std::vector<FileURL>& items, std::function<void()> onFailure) const
 {
     if (items.empty()) {
         return;
     }
-    pool_->start([items, loop = loop_, openFolder = openFolder_, limit = limit_] {
+    pool_->start([items, loop = loop_, openFolder = openFolder_, limit = limit_,
+                  onFailure = once(std::move(onFailure))] {
         if (isShownByFileManager(itemTexts(items), limit)) {
             return;
         }
-        loop->post([folders = foldersOf(items), openFolder] {
-            std::for_each(folders.begin(), folders.end(), openFolder);
+        loop->post([folders = foldersOf(items), openFolder, onFailure] {
+            for (const FileURL& folder : folders) {
+                openFolder(folder, onFailure);
+            }
         });
     });
 }

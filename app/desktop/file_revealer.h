@@ -11,11 +11,13 @@
 
 namespace gruk {
 
-/// Opens a folder in the desktop's program for folders. Main thread.
-using FolderOpener = std::function<void(const FileURL& folder)>;
+/// Opens a folder in the desktop's program for folders. Main thread, as is `onFailure`, which is
+/// called once when there is none.
+using FolderOpener =
+    std::function<void(const FileURL& folder, const std::function<void()>& onFailure)>;
 
-/// The desktop's own. Returns at once; whether anything opens, the desktop does not tell.
-void openFolderOnDesktop(const FileURL& folder);
+/// The desktop's own. Returns at once. What opens outlives the program.
+void openFolderOnDesktop(const FileURL& folder, const std::function<void()>& onFailure);
 
 /// Shows items where they lie, marked, in the desktop's file manager. Touches none of them: their
 /// places are handed over byte for byte, and what is gone the file manager sees for itself.
@@ -31,8 +33,9 @@ public:
                  std::chrono::milliseconds limit = usualLimit);
 
     /// Returns at once. Where no file manager can be asked to mark items, or none answers within
-    /// the limit, opens the folders that hold them, each once. Nothing happens for no items.
-    void reveal(const std::vector<FileURL>& items) const;
+    /// the limit, opens the folders that hold them, each once; where that cannot be done either,
+    /// calls `onFailure`, once, on the main thread. Nothing happens for no items.
+    void reveal(const std::vector<FileURL>& items, std::function<void()> onFailure) const;
 
 private:
     std::shared_ptr<TaskPool> pool_;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/model/background.h"
+#include "app/model/model_copy.h"
 #include "app/model/setting_keys.h"
 #include "core/patrol/metadata_reader.h"
 #include "core/patrol/realm_history.h"
@@ -89,6 +90,7 @@ AppModel::AppModel(Collaborators collaborators)
       launchAtLogin_(with_.loginItem.isEnabled())
 {
     startTimer();
+    finishRenamings();
 }
 
 AppModel::~AppModel()
@@ -119,8 +121,9 @@ void AppModel::tell(std::optional<std::string> message)
     assign(lastActionMessage_, std::move(message), &AppModel::lastActionMessageChanged);
 }
 
-void AppModel::complain(std::optional<std::string> message)
+void AppModel::complain(std::optional<std::string> message, ErrorRemedy remedy)
 {
+    errorRemedy_ = remedy;
     assign(errorMessage_, std::move(message), &AppModel::errorMessageChanged);
 }
 
@@ -309,9 +312,15 @@ QCoro::Task<EmptyReason> AppModel::whyEmpty(FileURL folder)
 
 void AppModel::reveal(const std::vector<FileURL>& items)
 {
-    if (!items.empty()) {
-        with_.reveal(items);
+    if (items.empty()) {
+        return;
     }
+    const FileURL folder = items.front().deletingLastPathComponent();
+    with_.reveal(items, [this, self = lifetime_.watch(), folder] {
+        if (self) {
+            complain(ModelCopy::noFileManager(folder.path()));
+        }
+    });
 }
 
 void AppModel::discard(std::shared_ptr<const void> value)

@@ -16,7 +16,9 @@
 
 #include "app/model/lifetime.h"
 #include "app/model/model_collaborators.h"
+#include "app/model/patrol_memory.h"
 #include "app/model/realm_figures.h"
+#include "app/model/realm_renaming.h"
 #include "core/actions/realm_rules.h"
 #include "core/automation/automatic_patrols.h"
 #include "core/automation/patrol_cadence.h"
@@ -29,6 +31,9 @@ namespace gruk {
 
 /// Why a folder has nothing to show.
 enum class EmptyReason { isEmpty, isRefused, isGone, isUnreadable };
+
+/// What the user can do about an error, beside reading of it.
+enum class ErrorRemedy { none, damagedMemory };
 
 /// The one object that joins the core to the screens: every state that they show, and every
 /// operation that they ask for. It knows no widget.
@@ -57,6 +62,8 @@ public:
     }
     /// Whether the grant's own directory is at its place and can be opened for a patrol.
     [[nodiscard]] bool isConnected(const Grant& grant) const;
+    /// Where the realm's own folder is, when that is under another name than the grant has.
+    [[nodiscard]] std::optional<FileURL> nowCalled(const Grant& grant) const;
     /// Whether some grant, of the folder itself or of one above it, lets `url` be opened now.
     [[nodiscard]] bool canOpen(const FileURL& url) const { return accessTo(url) != nullptr; }
 
@@ -151,6 +158,11 @@ public:
         return lastActionMessage_;
     }
     [[nodiscard]] const std::optional<std::string>& errorMessage() const { return errorMessage_; }
+    /// Belongs to the error.
+    [[nodiscard]] ErrorRemedy errorRemedy() const { return errorRemedy_; }
+
+    /// What is remembered of past patrols, as of the last `loadMemory`; none before.
+    [[nodiscard]] const std::optional<PatrolMemory>& memory() const { return memory_; }
 
     // The realms and their patrols.
 
@@ -183,8 +195,21 @@ public:
     QCoro::Task<> grantDesktop();
     /// Finds a disconnected realm again: by its bookmark, else by asking the user.
     QCoro::Task<> regrantRealm(Grant grant);
+    /// Carries all that is known of a realm over to where its folder is now, whole or not at all:
+    /// the grant with its cadence, the history, the shield, the rules and folder names. What
+    /// `place` has of its own, as a realm or from before, gives way where there are two.
+    QCoro::Task<> renameRealm(Grant grant, FileURL place);
     /// Forgets a grant; what was recorded of it stays.
     void removeRealm(Grant grant);
+
+    // What is remembered of past patrols.
+    QCoro::Task<> loadMemory();
+    /// Forgets all patrols of a place that is no realm; false, and says why, when it could not.
+    QCoro::Task<bool> forgetPatrols(std::string path);
+    /// Shows the file of past patrols where it lies.
+    void revealMemory();
+    /// Renames that file, if it is damaged, so that a new one can begin.
+    QCoro::Task<> setMemoryAside();
 
     // The Trash. `expectedIdentity` is what stood there when the user was asked.
     void setReviewOnly(bool enabled);
@@ -282,6 +307,7 @@ Q_SIGNALS:
     void launchAtLoginChanged();
     void lastActionMessageChanged();
     void errorMessageChanged();
+    void memoryChanged();
 
 private:
     /// The one place where a field is written.
@@ -294,7 +320,7 @@ private:
 
     // Two sentences that every operation ends with; none clears.
     void tell(std::optional<std::string> message);
-    void complain(std::optional<std::string> message);
+    void complain(std::optional<std::string> message, ErrorRemedy remedy = ErrorRemedy::none);
 
     /// The access to `url`, if the granted directory itself is at its place.
     [[nodiscard]] std::shared_ptr<ScopedAccess> accessTo(const FileURL& url) const;
@@ -319,7 +345,23 @@ private:
     enum class Freshness { territoriesGoStale, territoriesStay };
     void rereadGrants(Freshness freshness = Freshness::territoriesGoStale);
     QCoro::Task<> addRealm(FileURL url, Freshness freshness);
-    void replaceGrant(const Grant& grant, const FileURL& url);
+    /// Says why a folder is no realm, or not for long.
+    void complainOfGrant(const FileURL& url, const std::exception& error);
+    QCoro::Task<> replaceGrant(Grant grant, FileURL url);
+    /// The disconnected realm whose own folder is that one, wherever it was; none without one.
+    [[nodiscard]] std::optional<Grant> lostRealmAt(const FileURL& url) const;
+    [[nodiscard]] bool isRealm(std::string_view path) const;
+
+    // Renaming: app_model_renaming.cpp.
+    enum class Attempt { first, resumed };
+    void finishRenamings();
+    [[nodiscard]] std::optional<RealmRenaming> pendingRenaming(const UUID& grant) const;
+    QCoro::Task<> carryOver(RealmRenaming renaming, Attempt attempt);
+    /// All but the history. What it failed by, if it did; what had gone is put back then, or
+    /// `isUndone` becomes false.
+    std::optional<std::string> carrySmallThings(const RealmRenaming& renaming, bool& isUndone);
+    void endRenaming(const RealmRenaming& renaming, const std::string& failure, bool isUndone);
+    QCoro::Task<> showRenamed(RealmRenaming renaming);
 
     // Actions: app_model_trash.cpp, app_model_tidy.cpp.
     void takeOut(const TrashOperation& operation, const std::vector<std::string>& findingIDs);
@@ -382,6 +424,12 @@ private:
     bool launchAtLogin_ = false;
     std::optional<std::string> lastActionMessage_;
     std::optional<std::string> errorMessage_;
+    ErrorRemedy errorRemedy_ = ErrorRemedy::none;
+    std::optional<PatrolMemory> memory_;
+    /// What is being forgotten, each with the way to stop that.
+    std::map<std::string, std::stop_source, std::less<>> forgetting_;
+    /// The grants whose realms are being carried over.
+    std::set<UUID> renaming_;
     std::shared_ptr<ScopedAccess> activeAccess_;
     std::shared_ptr<ScopedAccess> patrolAccess_;
     /// The running patrol's way to be stopped; none while none runs.

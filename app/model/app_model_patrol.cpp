@@ -152,6 +152,16 @@ QCoro::Task<std::optional<std::int64_t>> AppModel::patrolTaskBody(FileURL url, s
         }
         tell(std::string(ModelCopy::patrolStopped));
         lastPatrolEnd_ = PatrolEnd::stop;
+    } catch (const SnapshotStoreError& error) {
+        if (!self) {
+            co_return findings;
+        }
+        const bool isDamaged = error.which() == SnapshotStoreError::Case::corruptStore;
+        const FileURL folder = with_.snapshotStore->fileURL().deletingLastPathComponent();
+        complain(ModelCopy::patrolFailed(isDamaged ? ModelCopy::damagedMemory(folder.path())
+                                                   : describe(error)),
+                 isDamaged ? ErrorRemedy::damagedMemory : ErrorRemedy::none);
+        lastPatrolEnd_ = PatrolEnd::failure;
     } catch (const std::exception& error) {
         if (!self) {
             co_return findings;

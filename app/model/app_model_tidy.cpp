@@ -6,6 +6,7 @@
 #include "app/model/failure_log.h"
 #include "app/model/model_copy.h"
 #include "app/model/setting_keys.h"
+#include "platform/files/real_place.h"
 
 namespace gruk {
 
@@ -40,7 +41,13 @@ std::vector<FileURL> touchedByMoves(const std::vector<StashedItem>& items)
 std::optional<FileURL> AppModel::grantedDesktopURL() const
 {
     const FileURL desktop = FileURL::directory(with_.desktopDirectory().standardized().path());
-    return accessTo(desktop) ? std::optional(desktop) : std::nullopt;
+    // Where it is a link, what it leads to is what was granted.
+    for (const FileURL& place : {realPlace(desktop), desktop}) {
+        if (accessTo(place)) {
+            return place;
+        }
+    }
+    return std::nullopt;
 }
 
 std::size_t AppModel::stashableCount(const FileURL& desktop) const

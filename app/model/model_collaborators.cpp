@@ -94,7 +94,9 @@ void completeDesktop(ModelCollaborators& all)
     }
     if (!all.reveal) {
         all.reveal = [revealer = FileRevealer(all.taskPool, all.runLoop)](
-                         const std::vector<FileURL>& items) { revealer.reveal(items); };
+                         const std::vector<FileURL>& items, std::function<void()> onFailure) {
+            revealer.reveal(items, std::move(onFailure));
+        };
     }
 }
 

@@ -61,8 +61,10 @@ struct ModelCollaborators {
     double quietPeriod = 90;
     /// Where the Desktop is; asked each time, since its place is a setting of the desktop.
     std::function<FileURL()> desktopDirectory = {};
-    /// Shows items in the desktop's file manager; main thread, returns at once.
-    std::function<void(const std::vector<FileURL>& items)> reveal = {};
+    /// Shows items in the desktop's file manager; main thread, returns at once. Later calls
+    /// `onFailure`, on the main thread too, when nothing could show them.
+    std::function<void(const std::vector<FileURL>& items, std::function<void()> onFailure)> reveal =
+        {};
     /// Writes one line to the system's log, on the main thread.
     std::function<void(const std::string& line)> log = {};
 

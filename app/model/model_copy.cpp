@@ -29,6 +29,71 @@ std::string patrolFailed(std::string_view description)
     return "The patrol could not finish: " + displayText(description);
 }
 
+std::string damagedMemory(std::string_view folder)
+{
+    return "The file of past patrols, snapshots.json in " + displayText(folder)
+           + ", is damaged. It was left as it is; set it aside, and the next patrol begins a new "
+             "one.";
+}
+
+std::string memorySetAside(std::string_view name)
+{
+    return "The damaged file is called " + displayText(name)
+           + " now. The next patrol begins a new one.";
+}
+
+std::string memoryNotSetAside(std::string_view description)
+{
+    return "Gruk could not set the damaged file aside: " + displayText(description)
+           + ". Nothing was changed.";
+}
+
+std::string forgotten(std::string_view name)
+{
+    return "Gruk forgot the patrols of " + displayText(name) + ".";
+}
+
+std::string couldNotForget(std::string_view description)
+{
+    return "Gruk could not forget that: " + displayText(description) + ". Nothing was changed.";
+}
+
+std::string grantFailed(std::string_view description)
+{
+    return "Gruk could not make a realm of that: " + displayText(description)
+           + ". Nothing was changed.";
+}
+
+std::string grantNotSaved(std::string_view name, std::string_view description)
+{
+    return displayText(name)
+           + " is a realm only until Gruk ends, since the list of realms could not be saved: "
+           + displayText(description) + ".";
+}
+
+std::string realmRenamed(std::string_view from, std::string_view to)
+{
+    return displayText(from) + " is now called " + displayText(to)
+           + ". All that is known about it came along.";
+}
+
+std::string realmNotRenamed(std::string_view description)
+{
+    return "Gruk could not carry that realm over to its new name: " + displayText(description)
+           + ". Nothing was changed.";
+}
+
+std::string renamingUnfinished(std::string_view to, std::string_view description)
+{
+    return "Gruk could not finish carrying a realm over to " + displayText(to) + ": "
+           + displayText(description) + ". It tries again at its next start.";
+}
+
+std::string noFileManager(std::string_view folder)
+{
+    return "There is no file manager that could show it. It lies in " + displayText(folder) + ".";
+}
+
 std::string patrolledRealms(std::size_t patrolled, std::size_t skipped)
 {
     std::string text = "Patrolled " + CountFormat::string(patrolled) + " realm(s).";

@@ -32,6 +32,28 @@ inline constexpr std::string_view patrolStopped = "Patrol stopped. No partial sn
 [[nodiscard]] std::string patrolComplete(std::string_view name, std::size_t changes);
 [[nodiscard]] std::string patrolFailed(std::string_view description);
 
+/// The description of a patrol that the damaged memory in `folder` ended.
+[[nodiscard]] std::string damagedMemory(std::string_view folder);
+inline constexpr std::string_view memoryIsSound =
+    "The file of past patrols can be read again. Nothing was changed.";
+inline constexpr std::string_view memoryNotForgotten =
+    "That place is one of your realms. Nothing was forgotten.";
+[[nodiscard]] std::string memorySetAside(std::string_view name);
+[[nodiscard]] std::string memoryNotSetAside(std::string_view description);
+[[nodiscard]] std::string forgotten(std::string_view name);
+[[nodiscard]] std::string couldNotForget(std::string_view description);
+
+// Realms.
+[[nodiscard]] std::string grantFailed(std::string_view description);
+/// Of one that holds until the program ends.
+[[nodiscard]] std::string grantNotSaved(std::string_view name, std::string_view description);
+[[nodiscard]] std::string realmRenamed(std::string_view from, std::string_view to);
+[[nodiscard]] std::string realmNotRenamed(std::string_view description);
+[[nodiscard]] std::string renamingUnfinished(std::string_view to, std::string_view description);
+
+/// Of an item in `folder`.
+[[nodiscard]] std::string noFileManager(std::string_view folder);
+
 /// After a patrol of all realms, of which some had no access.
 [[nodiscard]] std::string patrolledRealms(std::size_t patrolled, std::size_t skipped);
 /// After a patrol of the realm called `name` that nobody asked for.

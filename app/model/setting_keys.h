@@ -27,9 +27,19 @@ inline constexpr std::string_view windowPage = "window.page";
 inline constexpr std::string_view windowRealm = "window.realm";
 
 /// Text: a cadence's raw name.
+[[nodiscard]] inline std::string cadence(const UUID& grant)
+{
+    return "cadence." + grant.text();
+}
 [[nodiscard]] inline std::string cadence(const Grant& grant)
 {
-    return "cadence." + grant.id.text();
+    return cadence(grant.id);
+}
+
+/// Dictionary: a renaming of the realm that has begun and not ended (`RealmRenaming`).
+[[nodiscard]] inline std::string renaming(const UUID& grant)
+{
+    return "renaming." + grant.text();
 }
 
 /// Text: the date when the user last stopped a patrol which then counts as made; absent when one

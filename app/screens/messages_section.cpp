@@ -85,6 +85,7 @@ void MessagesSection::showModel()
 {
     coverage_->setMessage(coverage());
     error_->setMessage(messageText(model_.errorMessage()));
+    error_->setChoices(choices());
     showFiling();
     action_->setMessage(messageText(model_.lastActionMessage()),
                         undoOffer(model_).value_or(BannerAction()));
@@ -93,6 +94,15 @@ void MessagesSection::showModel()
         std::ranges::all_of(banners, [](const StatusBanner* banner) { return banner->isHidden(); });
     setVisible(!isEmpty_);
     Q_EMIT shown();
+}
+
+std::vector<BannerAction> MessagesSection::choices() const
+{
+    if (!model_.errorMessage() || model_.errorRemedy() != ErrorRemedy::damagedMemory) {
+        return {};
+    }
+    return {{QStringLiteral("Show it"), [this] { model_.revealMemory(); }},
+            {QStringLiteral("Set it aside and begin anew"), [this] { model_.setMemoryAside(); }}};
 }
 
 void MessagesSection::showFiling()

@@ -34,6 +34,8 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QString coverage() const;
+    /// What can be done about the error.
+    [[nodiscard]] std::vector<BannerAction> choices() const;
     void showModel();
     void showFiling();
 

@@ -7,6 +7,7 @@
 #include "app/screens/repaint_once.h"
 #include "app/theme/accessible.h"
 #include "app/theme/card.h"
+#include "app/theme/text.h"
 #include "app/theme/work_mark.h"
 
 namespace gruk {
@@ -27,11 +28,19 @@ PatrolBar::PatrolBar(AppModel& model, Theme& theme, QWidget* parent)
     elsewhereLine_->setWordWrap(true);
     elsewhereNote_->setWordWrap(true);
     elsewhereNote_->setColour(Role::ink, Strength::quiet);
-    auto* elsewhereColumn = new QVBoxLayout(elsewhere_);
-    elsewhereColumn->setContentsMargins(0, 0, 0, 0);
-    elsewhereColumn->setSpacing(Measure::hair);
-    elsewhereColumn->addWidget(elsewhereLine_);
-    elsewhereColumn->addWidget(elsewhereNote_);
+    stopElsewhere_ = new Button(theme, Button::Kind::secondary, QStringLiteral("Stop patrol"));
+    stopElsewhere_->setSymbol(Icon::stop);
+    stopElsewhere_->setObjectName(QStringLiteral("stopOtherPatrol"));
+    auto* elsewhereWords = new QVBoxLayout;
+    elsewhereWords->setSpacing(Measure::hair);
+    elsewhereWords->addWidget(elsewhereLine_);
+    elsewhereWords->addWidget(elsewhereNote_);
+    auto* elsewhereRow = new QHBoxLayout(elsewhere_);
+    elsewhereRow->setContentsMargins(0, 0, 0, 0);
+    elsewhereRow->setSpacing(Measure::medium);
+    elsewhereRow->addLayout(elsewhereWords, 1);
+    elsewhereRow->addWidget(stopElsewhere_, 0, Qt::AlignVCenter);
+    connect(stopElsewhere_, &QPushButton::clicked, this, [this] { model_.cancelPatrol(); });
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -100,7 +109,7 @@ void PatrolBar::handFocusOver()
     if (isPatrollingHere() && focused == start_) {
         running_->show();
         stop_->setFocus(Qt::OtherFocusReason);
-    } else if (!model_.isPatrolling() && focused == stop_) {
+    } else if (!model_.isPatrolling() && (focused == stop_ || focused == stopElsewhere_)) {
         start_->show();
         start_->setFocus(Qt::OtherFocusReason);
     }
@@ -115,6 +124,7 @@ void PatrolBar::showProgress()
         elsewhereLine_->setText(PatrolText::otherRealm(name, model_.patrolProgress()));
         elsewhereNote_->setText(PatrolText::otherRealmNote(name));
         elsewhere_->setAccessibleName(elsewhereLine_->text());
+        stopElsewhere_->setAccessibleDescription(displayName(name));
     }
 }
 

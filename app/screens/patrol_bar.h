@@ -30,6 +30,7 @@ private:
     QWidget* elsewhere_;
     Label* elsewhereLine_;
     Label* elsewhereNote_;
+    Button* stopElsewhere_ = nullptr;
 };
 
 }  // namespace gruk

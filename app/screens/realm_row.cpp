@@ -118,7 +118,8 @@ void RealmRow::keyPressEvent(QKeyEvent* event)
 }
 
 DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
-                                           const RealmIdentity& identity, QWidget* parent)
+                                           const RealmIdentity& identity,
+                                           const std::optional<FileURL>& nowCalled, QWidget* parent)
     : QWidget(parent), shield_(new RealmShieldView(theme, identity))
 {
     setAccessibleRole(*this, QAccessible::Grouping);
@@ -130,22 +131,32 @@ DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
     name->setFullText(realmName(grant));
     giveToolTip(*name, path);
     name->setColour(Role::ink, Strength::disconnected);
-    auto* state = new ElidedLabel(theme, TextStyle::small, Qt::ElideRight);
-    state->setFullText(QStringLiteral("⚠︎ Disconnected"));
-    state->setColour(Role::ink, Strength::disconnected);
-    auto* again = new Button(theme, Button::Kind::link, QStringLiteral("Grant again…"));
-    again->setAccessibleDescription(path);
 
-    // Beside the name, which gives way: what happened has to be read in full.
     auto* line = new QHBoxLayout;
     line->setSpacing(Measure::small);
     line->addWidget(name, 1);
-    line->addWidget(again);
     auto* column = new QVBoxLayout;
     column->setSpacing(0);
     column->addStretch();
     column->addLayout(line);
-    column->addWidget(state);
+    if (nowCalled) {
+        auto* renamed = new ElidedLink(theme, TextStyle::small);
+        renamed->setFullText(QStringLiteral("It is now called %1…")
+                                 .arg(displayName(nowCalled->lastPathComponent())));
+        renamed->setAccessibleDescription(path);
+        connect(renamed, &QPushButton::clicked, this, &DisconnectedRealmRow::renamingRequested);
+        column->addWidget(renamed);
+    } else {
+        auto* state = new ElidedLabel(theme, TextStyle::small, Qt::ElideRight);
+        state->setFullText(QStringLiteral("⚠︎ Disconnected"));
+        state->setColour(Role::ink, Strength::disconnected);
+        auto* again = new Button(theme, Button::Kind::link, QStringLiteral("Grant again…"));
+        again->setAccessibleDescription(path);
+        connect(again, &QPushButton::clicked, this, &DisconnectedRealmRow::regrantRequested);
+        // Beside the name, which gives way: what happened has to be read in full.
+        line->addWidget(again);
+        column->addWidget(state);
+    }
     column->addStretch();
     auto* row = new QHBoxLayout(this);
     // As far from the left as in the row of a realm that is there.
@@ -154,8 +165,6 @@ DisconnectedRealmRow::DisconnectedRealmRow(Theme& theme, const Grant& grant,
     row->addWidget(shield_);
     row->addLayout(column, 1);
     setAccessibleName(QStringLiteral("%1, disconnected").arg(realmName(grant)));
-
-    connect(again, &QPushButton::clicked, this, &DisconnectedRealmRow::regrantRequested);
 }
 
 void DisconnectedRealmRow::setIdentity(const RealmIdentity& identity)

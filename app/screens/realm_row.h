@@ -1,11 +1,14 @@
 #pragma once
 
+#include <optional>
+
 #include <QPushButton>
 
 #include "app/theme/label.h"
 #include "app/theme/tactile_press.h"
 #include "core/actions/grant.h"
 #include "core/realm/realm_identity.h"
+#include "platform/foundation/file_url.h"
 
 namespace gruk {
 
@@ -43,18 +46,21 @@ private:
     bool isActive_ = false;
 };
 
-/// A realm whose directory is not at its place, with the way to bring it back.
+/// A realm whose directory is not at its place, with the way to bring it back. Where the directory
+/// was found under another name, that is the way.
 class DisconnectedRealmRow : public QWidget {
     Q_OBJECT
 
 public:
     DisconnectedRealmRow(Theme& theme, const Grant& grant, const RealmIdentity& identity,
+                         const std::optional<FileURL>& nowCalled = std::nullopt,
                          QWidget* parent = nullptr);
 
     void setIdentity(const RealmIdentity& identity);
 
 Q_SIGNALS:
     void regrantRequested();
+    void renamingRequested();
 
 private:
     RealmShieldView* shield_;

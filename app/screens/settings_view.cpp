@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "app/model/setting_keys.h"
+#include "app/screens/memory_card.h"
 #include "app/screens/palette_row.h"
 #include "app/screens/review_only_panel.h"
 #include "app/screens/section_title.h"
@@ -93,6 +94,8 @@ QWidget* SettingsView::makeGeneral()
     QWidget* page = makePage(column);
     column->addWidget(new ReviewOnlyPanel(model_, theme_));
     column->addWidget(makeStartCard());
+    memory_ = new MemoryCard(model_, theme_);
+    column->addWidget(memory_);
     column->addWidget(makeAppearanceCard());
     column->addStretch(1);
     return scrolling(page);
@@ -131,6 +134,7 @@ void SettingsView::showEvent(QShowEvent* event)
 {
     PaperBackdrop::showEvent(event);
     showWhenWalkthroughComes();
+    memory_->refresh();
 }
 
 void SettingsView::changeEvent(QEvent* event)

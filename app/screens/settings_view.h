@@ -7,6 +7,8 @@
 
 namespace gruk {
 
+class MemoryCard;
+
 /// The settings: a window of its own, which closes by Escape. Every choice holds at once.
 class SettingsView : public PaperBackdrop {
     Q_OBJECT
@@ -29,6 +31,7 @@ private:
 
     AppModel& model_;
     Theme& theme_;
+    MemoryCard* memory_ = nullptr;
     Button* again_ = nullptr;
     Label* walkthroughNote_ = nullptr;
 };

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "platform/files/known_folders.h"
+#include "platform/files/real_place.h"
 
 namespace gruk {
 
@@ -24,14 +25,15 @@ std::vector<Shortcut> shortcuts(const AppModel& model)
         if (!url) {
             continue;
         }
-        const std::string path = url->standardized().path();
+        const FileURL real = realPlace(*url);
+        const std::string path = real.standardized().path();
         const bool isRealm = std::ranges::any_of(model.grants(), [&](const Grant& grant) {
             return FileURL::directory(grant.path).standardized().path() == path;
         });
         // Two names may lead to one folder: one line is enough.
         const bool isShown = std::ranges::any_of(
             shown, [&](const Shortcut& other) { return other.url.path() == path; });
-        if (!isRealm && !isShown && model.canOpen(*url)) {
+        if (!isRealm && !isShown && model.canOpen(real)) {
             shown.push_back(place);
             shown.back().url = FileURL::directory(path);
         }

@@ -1,5 +1,7 @@
 #include "app/screens/sidebar.h"
 
+#include <algorithm>
+
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPainter>
@@ -134,8 +136,11 @@ QWidget* SidebarView::makePatrolAll()
         new Button(theme_, Button::Kind::secondary, QStringLiteral("Patrol all realms"));
     patrolAll->setSymbol(Icon::hiking);
     patrolAll->setObjectName(QStringLiteral("patrolAllRealms"));
-    const auto showModel = [this, patrolAll] { patrolAll->setEnabled(!model_.isPatrolling()); };
+    const auto showModel = [this, patrolAll] {
+        patrolAll->setEnabled(!model_.isPatrolling() && !model_.grants().empty());
+    };
     connect(&model_, &AppModel::isPatrollingChanged, patrolAll, showModel);
+    connect(&model_, &AppModel::grantsChanged, patrolAll, showModel);
     connect(patrolAll, &QPushButton::clicked, this, [this] { model_.patrolAllRealms(); });
     showModel();
     return patrolAll;
@@ -205,9 +210,11 @@ void SidebarView::showShortcuts()
 
 void SidebarView::showRealms()
 {
-    std::vector<std::pair<Grant, bool>> realms;
+    std::vector<ShownRealm> realms;
     for (const Grant& grant : model_.grants()) {
-        realms.emplace_back(grant, model_.isConnected(grant));
+        const bool isConnected = model_.isConnected(grant);
+        realms.push_back(
+            {grant, isConnected, isConnected ? std::nullopt : model_.nowCalled(grant)});
     }
     if (realms != shown_) {
         // Only then, so that the focus stays on a row that is still right.
@@ -215,8 +222,8 @@ void SidebarView::showRealms()
         removeRows(*rows_);
         realmRows_.clear();
         disconnectedRows_.clear();
-        for (const auto& [grant, isConnected] : shown_) {
-            addRow(grant, isConnected);
+        for (const ShownRealm& realm : shown_) {
+            addRow(realm);
         }
     }
     for (const auto& [grant, row] : realmRows_) {
@@ -240,33 +247,43 @@ RealmIdentity SidebarView::identityOf(const Grant& grant) const
     return model_.realmIdentityStore().identity(standardizedPath(grant));
 }
 
-void SidebarView::addRow(const Grant& grant, bool isConnected)
+void SidebarView::addRow(const ShownRealm& shown)
 {
+    const Grant& grant = shown.grant;
     QWidget* row = nullptr;
-    if (isConnected) {
+    if (shown.isConnected) {
         auto* realm = new RealmRow(theme_, grant, identityOf(grant));
         connect(realm, &QPushButton::clicked, this,
                 [this, grant] { model_.selectRealm(FileURL::directory(grant.path)); });
         realmRows_.emplace_back(grant, realm);
         row = realm;
     } else {
-        auto* disconnected = new DisconnectedRealmRow(theme_, grant, identityOf(grant));
+        auto* disconnected =
+            new DisconnectedRealmRow(theme_, grant, identityOf(grant), shown.nowCalled);
         connect(disconnected, &DisconnectedRealmRow::regrantRequested, this,
                 [this, grant] { model_.regrantRealm(grant); });
+        connect(disconnected, &DisconnectedRealmRow::renamingRequested, this,
+                [this, grant] { confirmRenaming(grant); });
         disconnectedRows_.emplace_back(grant, disconnected);
         row = disconnected;
     }
     row->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(row, &QWidget::customContextMenuRequested, this,
-            [this, row, grant](const QPoint& at) { showContextMenu(*row, grant, at); });
+            [this, row, shown](const QPoint& at) { showContextMenu(*row, shown, at); });
     rows_->addWidget(row);
 }
 
-void SidebarView::showContextMenu(QWidget& row, const Grant& grant, const QPoint& at)
+void SidebarView::showContextMenu(QWidget& row, const ShownRealm& realm, const QPoint& at)
 {
+    const Grant grant = realm.grant;
     auto* menu = new QMenu(&row);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setPalette(theme_.windowPalette());
+    if (realm.nowCalled) {
+        // Whoever knows better than the name that was found.
+        QAction* again = menu->addAction(QStringLiteral("Grant again…"));
+        connect(again, &QAction::triggered, this, [this, grant] { model_.regrantRealm(grant); });
+    }
     QAction* remove = menu->addAction(QStringLiteral("Remove Realm…"));
     connect(remove, &QAction::triggered, this, [this, grant] { confirmRemoval(grant); });
     menu->popup(row.mapToGlobal(at));
@@ -286,6 +303,41 @@ void SidebarView::confirmRemoval(const Grant& grant)
     question->setObjectName(QStringLiteral("removalDialog"));
     connect(question, &ConfirmationDialog::accepted, this,
             [this, grant] { model_.removeRealm(grant); });
+    question->open();
+}
+
+void SidebarView::confirmRenaming(const Grant& grant)
+{
+    const std::optional<FileURL> place = model_.nowCalled(grant);
+    if (!place) {
+        // Gone again, or back at its place, since the row was drawn.
+        return refresh();
+    }
+    const FileURL former = FileURL::directory(grant.path).standardized();
+    const QString name = displayName(former.lastPathComponent());
+    const QString newName = displayName(place->lastPathComponent());
+    QString message =
+        QStringLiteral("The Gruk found the folder at %1. All that is known about it comes along: "
+                       "its history, its shield, its cadence and its rules. Your files stay "
+                       "exactly as they are.")
+            .arg(displayName(place->path()));
+    const bool isRealm = std::ranges::any_of(model_.grants(), [&](const Grant& other) {
+        return standardizedPath(other) == place->standardized().path();
+    });
+    if (isRealm) {
+        message +=
+            QStringLiteral("\n\n%1 is a realm already. The two become one; where both have a "
+                           "shield, a cadence or rules, those of %2 stay.")
+                .arg(newName, name);
+    }
+    auto* question = new ConfirmationDialog(
+        theme_,
+        {QStringLiteral("Is %1 now called %2?").arg(name, newName), message,
+         QStringLiteral("Carry it over"), QStringLiteral("Not now"), Button::Kind::primary},
+        this);
+    question->setObjectName(QStringLiteral("renamingDialog"));
+    connect(question, &ConfirmationDialog::accepted, this,
+            [this, grant, place] { model_.renameRealm(grant, *place); });
     question->open();
 }
 

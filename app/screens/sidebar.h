@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -35,6 +36,16 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// What a row shows.
+    struct ShownRealm {
+        Grant grant;
+        bool isConnected = false;
+        /// Where a realm that is not connected was found.
+        std::optional<FileURL> nowCalled;
+
+        friend bool operator==(const ShownRealm&, const ShownRealm&) = default;
+    };
+
     [[nodiscard]] QWidget* makeBrand();
     [[nodiscard]] QWidget* makePlaces();
     [[nodiscard]] QWidget* makePatrolAll();
@@ -45,9 +56,10 @@ private:
     /// Puts what was made anew in its place for Tab.
     void chainRows();
     [[nodiscard]] RealmIdentity identityOf(const Grant& grant) const;
-    void addRow(const Grant& grant, bool isConnected);
-    void showContextMenu(QWidget& row, const Grant& grant, const QPoint& at);
+    void addRow(const ShownRealm& realm);
+    void showContextMenu(QWidget& row, const ShownRealm& realm, const QPoint& at);
     void confirmRemoval(const Grant& grant);
+    void confirmRenaming(const Grant& grant);
 
     AppModel& model_;
     Theme& theme_;
@@ -56,8 +68,7 @@ private:
     QVBoxLayout* shortcuts_ = nullptr;
     DesktopTidySection* tidy_ = nullptr;
     QStringList shownShortcuts_;
-    /// What the rows show: each grant, and whether it is connected.
-    std::vector<std::pair<Grant, bool>> shown_;
+    std::vector<ShownRealm> shown_;
     std::vector<std::pair<Grant, RealmRow*>> realmRows_;
     std::vector<std::pair<Grant, DisconnectedRealmRow*>> disconnectedRows_;
 };

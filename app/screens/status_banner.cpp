@@ -5,10 +5,12 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QVBoxLayout>
 
 #include "app/theme/accessible.h"
 #include "app/theme/card_painter.h"
 #include "app/theme/label.h"
+#include "app/theme/tab_order.h"
 
 namespace gruk {
 
@@ -39,8 +41,16 @@ StatusBanner::StatusBanner(Theme& theme, Role colour, Icon icon, QWidget* parent
     auto* symbol = new IconLabel(theme, icon, Measure::iconSize);
     message_->setWordWrap(true);
 
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(Measure::small, 0, 0, 0);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(Measure::small, 0, 0, 0);
+    column->setSpacing(Measure::small);
+    auto* row = new QHBoxLayout;
+    choices_ = new QHBoxLayout;
+    // Under the words, not under the icon.
+    choices_->setContentsMargins(Measure::iconSize + Measure::medium, 0, 0, 0);
+    choices_->setSpacing(Measure::small);
+    column->addLayout(row, 1);
+    column->addLayout(choices_);
     row->setSpacing(Measure::medium);
     // In the middle of whatever is higher, but never itself as high as the window has room.
     row->addWidget(beside(symbol, message_), 1, Qt::AlignVCenter);
@@ -72,6 +82,38 @@ void StatusBanner::setMessage(const QString& message, BannerAction action)
     if (wasVisible && isAnother) {
         announce(*this);
     }
+}
+
+void StatusBanner::setChoices(const std::vector<BannerAction>& choices)
+{
+    std::vector<QString> labels;
+    for (const BannerAction& choice : choices) {
+        labels.push_back(choice.label);
+    }
+    if (labels == shownChoices_) {
+        // Only then, so that the focus stays on a button that is still right.
+        return;
+    }
+    shownChoices_ = labels;
+    while (QLayoutItem* item = choices_->takeAt(0)) {
+        if (QWidget* former = item->widget()) {
+            former->hide();
+            former->deleteLater();
+        }
+        delete item;
+    }
+    std::vector<QWidget*> stops = {button_};
+    for (const BannerAction& choice : choices) {
+        auto* button = new Button(theme(), Button::Kind::secondary, choice.label);
+        button->setAccessibleDescription(message_->text());
+        connect(button, &QPushButton::clicked, this, [run = choice.run] { run(); });
+        choices_->addWidget(button);
+        stops.push_back(button);
+    }
+    if (!choices.empty()) {
+        choices_->addStretch(1);
+    }
+    chainTabStops(stops);
 }
 
 void StatusBanner::paintEvent(QPaintEvent* event)

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include "app/theme/button.h"
 #include "app/theme/card.h"
+
+class QHBoxLayout;
 
 namespace gruk {
 
@@ -20,7 +23,7 @@ struct BannerAction {
 };
 
 /// A card with one sentence that wraps, an icon, a bar of its colour at the left, and at the right
-/// at most one action.
+/// at most one action, or several under the words.
 class StatusBanner : public Card {
     Q_OBJECT
 
@@ -30,6 +33,9 @@ public:
     /// Shows the banner with this sentence, or hides it for none. An empty action has no button.
     void setMessage(const QString& message, BannerAction action = {});
 
+    /// What else can be done about it, in buttons under the sentence.
+    void setChoices(const std::vector<BannerAction>& choices);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
@@ -38,6 +44,8 @@ private:
     Label* message_;
     Button* button_;
     BannerAction action_;
+    QHBoxLayout* choices_;
+    std::vector<QString> shownChoices_;
 };
 
 }  // namespace gruk

@@ -9,6 +9,7 @@
 #include "app/theme/card_painter.h"
 #include "app/theme/key_press.h"
 #include "app/theme/tactile_press.h"
+#include "app/theme/text.h"
 
 namespace gruk {
 
@@ -208,6 +209,37 @@ void Button::leaveEvent(QEvent* event)
 {
     QPushButton::leaveEvent(event);
     update();
+}
+
+ElidedLink::ElidedLink(Theme& theme, TextStyle style, QWidget* parent)
+    : Button(theme, Kind::link, QString(), parent)
+{
+    setFont(theme.font(style));
+}
+
+void ElidedLink::setFullText(const QString& text)
+{
+    fullText_ = text;
+    setAccessibleName(text);
+    setToolTip(toolTipText(text));
+    setText(fontMetrics().elidedText(text, Qt::ElideRight, width()));
+    updateGeometry();
+}
+
+QSize ElidedLink::sizeHint() const
+{
+    return {fontMetrics().horizontalAdvance(fullText_) + 1, Measure::smallestTarget};
+}
+
+QSize ElidedLink::minimumSizeHint() const
+{
+    return {Measure::huge, Measure::smallestTarget};
+}
+
+void ElidedLink::resizeEvent(QResizeEvent* event)
+{
+    Button::resizeEvent(event);
+    setText(fontMetrics().elidedText(fullText_, Qt::ElideRight, width()));
 }
 
 DisclosureButton::DisclosureButton(Theme& theme, const QString& closedText, const QString& openText,

@@ -64,6 +64,26 @@ private:
     int lift_ = 0;
 };
 
+/// A link that gives way: elided where it does not fit, whole in its tooltip and to assistive
+/// technology.
+class ElidedLink : public Button {
+    Q_OBJECT
+
+public:
+    ElidedLink(Theme& theme, TextStyle style, QWidget* parent = nullptr);
+
+    void setFullText(const QString& text);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QString fullText_;
+};
+
 /// A link with a chevron that opens and closes what stands under it.
 class DisclosureButton : public Button {
     Q_OBJECT

@@ -1,7 +1,9 @@
 #include "app/tour/quiet_scenes.h"
 
+#include <filesystem>
 #include <string>
 
+#include <QAbstractButton>
 #include <QTabBar>
 
 #include "app/screens/review_only_panel.h"
@@ -55,11 +57,39 @@ QCoro::Task<> showWalkthrough(Tour& tour, Stage& stage)
     co_await stage.repaint();
 }
 
+/// The settings when two realms have been removed whose past patrols are still known.
+QCoro::Task<> showMemory(Tour& tour, Stage& stage)
+{
+    AppModel& model = stage.model();
+    const std::optional<FileURL> open = model.activeRootURL();
+    for (const char* name : {"Attic", "Cellar with everything that was ever put into it"}) {
+        const std::filesystem::path realm = tour.realms() / "gone" / name;
+        std::filesystem::create_directories(realm / "boxes");
+        co_await model.grantRealm(FileURL::directory(realm.native()));
+        co_await stage.settle();
+        co_await model.patrolActiveRealm();
+        co_await stage.settle();
+        model.removeRealm(Grant(model.grants().back()));
+    }
+    SettingsView settings(model, tour.theme());
+    settings.show();
+    co_await stage.settle();
+    co_await takeBoth(tour, stage, settings, "38-settings-memory");
+    settings.findChild<QAbstractButton*>(QStringLiteral("forget"))->click();
+    co_await takeBoth(tour, stage, settings, "38-settings-memory-question");
+    settings.close();
+    if (open) {
+        co_await model.selectRealm(*open);
+    }
+    co_await stage.settle();
+}
+
 QCoro::Task<> showSettings(Tour& tour, Stage& stage)
 {
     stage.model().setReviewOnly(true);
     SettingsView settings(stage.model(), tour.theme());
     settings.show();
+    co_await stage.settle();
     for (std::size_t index = 0; index < paletteThemeCount; ++index) {
         const auto palette = static_cast<AppPaletteTheme>(index);
         tour.theme().setPaletteTheme(palette);
@@ -80,6 +110,7 @@ QCoro::Task<> showQuiet(Tour& tour, Stage& stage)
     co_await showWelcome(tour, stage);
     co_await showWalkthrough(tour, stage);
     co_await showSettings(tour, stage);
+    co_await showMemory(tour, stage);
 }
 
 }  // namespace gruk::tour

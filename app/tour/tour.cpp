@@ -228,7 +228,16 @@ QCoro::Task<> Tour::showLostRealm(Stage& stage)
 {
     co_await stage.model().grantRealm(urlOf(realms_ / "Old disk"));
     co_await stage.settle();
-    fs::remove_all(realms_ / "Old disk");
+    const fs::path renamed = realms_ / "Renamed disk";
+    fs::rename(realms_ / "Old disk", renamed);
+    co_await stage.model().patrolActiveRealm();
+    co_await stage.settle();
+    auto* row = stage.window().findChild<DisconnectedRealmRow*>();
+    co_await take(stage, "17-renamed-realm");
+    Q_EMIT row->renamingRequested();
+    co_await take(stage, "17-renamed-realm-question");
+    stage.window().findChild<ConfirmationDialog*>(QStringLiteral("renamingDialog"))->reject();
+    fs::remove_all(renamed);
     co_await stage.model().patrolActiveRealm();
     co_await take(stage, "17-disconnected-realm");
 }

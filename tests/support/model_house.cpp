@@ -65,7 +65,12 @@ ModelCollaborators ModelHouse::collaborators()
     all.eventStreams = [this](const FileURL& place, std::function<void()> onEvent) {
         return std::make_unique<ListedStream>(streams, place.path(), std::move(onEvent));
     };
-    all.reveal = [this](const std::vector<FileURL>& items) { revealed.push_back(items); };
+    all.reveal = [this](const std::vector<FileURL>& items, std::function<void()> onFailure) {
+        revealed.push_back(items);
+        if (!hasFileManager) {
+            onFailure();
+        }
+    };
     all.log = [this](const std::string& line) { logLines.push_back(line); };
     change_(all);
     return all;

@@ -59,6 +59,7 @@ public:
     std::optional<std::string> loginItemRefusal;
     /// What the file manager was asked to show, each time.
     std::vector<std::vector<FileURL>> revealed;
+    bool hasFileManager = true;
     /// The live streams of events, by path.
     std::multimap<std::string, std::function<void()>> streams;
     std::unique_ptr<AppModel> model;

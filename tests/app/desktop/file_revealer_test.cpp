@@ -1,11 +1,15 @@
 #include "app/desktop/file_revealer.h"
 
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <thread>
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <QDeadlineTimer>
 #include <QDesktopServices>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -13,8 +17,10 @@
 #include <QUrl>
 #include <gtest/gtest.h>
 
+#include "tests/support/environment.h"
 #include "tests/support/manual_run_loop.h"
 #include "tests/support/private_session.h"
+#include "tests/support/temporary_directory.h"
 #include "tests/support/thread_task_pool.h"
 
 namespace gruk {
@@ -78,8 +84,15 @@ protected:
     void reveal(const std::vector<FileURL>& items, std::chrono::milliseconds limit = 20s)
     {
         const FileRevealer revealer(
-            pool, loop, [this](const FileURL& folder) { opened.push_back(folder); }, limit);
-        revealer.reveal(items);
+            pool, loop,
+            [this](const FileURL& folder, const std::function<void()>& onFailure) {
+                opened.push_back(folder);
+                if (nothingOpens) {
+                    onFailure();
+                }
+            },
+            limit);
+        revealer.reveal(items, [this] { ++failures; });
         QEventLoop events;
         const std::jthread waiting([&] {
             pool->wait();
@@ -94,6 +107,9 @@ protected:
     std::shared_ptr<test::ThreadTaskPool> pool = std::make_shared<test::ThreadTaskPool>();
     std::shared_ptr<test::ManualRunLoop> loop = std::make_shared<test::ManualRunLoop>();
     std::vector<FileURL> opened;
+    /// Whether there is no program for folders.
+    bool nothingOpens = false;
+    int failures = 0;
 };
 
 const std::vector<FileURL> someItems = {FileURL("/home/a b/ä.txt"), FileURL("/home/a b/c")};
@@ -166,10 +182,12 @@ TEST_F(FileRevealerTest, aBusThatIsStoppedHoldsTheMainThreadUpForNoMoment)
     const auto bus = static_cast<pid_t>(session.busProcess());
     ::kill(bus, SIGSTOP);
     const FileRevealer revealer(
-        pool, loop, [this](const FileURL& folder) { opened.push_back(folder); }, 2s);
+        pool, loop,
+        [this](const FileURL& folder, const std::function<void()>&) { opened.push_back(folder); },
+        2s);
     QElapsedTimer time;
     time.start();
-    revealer.reveal(someItems);
+    revealer.reveal(someItems, [] {});
     EXPECT_LT(time.elapsed(), 500);
     pool->wait();
     ::kill(bus, SIGCONT);
@@ -185,7 +203,48 @@ TEST_F(FileRevealerTest, nothingHappensForNoItems)
     EXPECT_TRUE(opened.empty());
 }
 
-TEST(FolderOnDesktop, isOpenedAtItsPlaceByteForByte)
+TEST_F(FileRevealerTest, whatNothingCanShowIsToldOnce)
+{
+    nothingOpens = true;
+    reveal({FileURL("/a/b"), FileURL("/c/d")});
+    EXPECT_EQ(opened.size(), 2U);
+    EXPECT_EQ(failures, 1);
+    nothingOpens = false;
+    reveal({FileURL("/a/b")});
+    EXPECT_EQ(failures, 1);
+}
+
+namespace {
+
+/// A machine whose programs are those of the test.
+class FolderOnDesktop : public testing::Test {
+protected:
+    /// An opener of the desktop that notes what it is asked for and exits with that code.
+    void makeOpener(int code)
+    {
+        const std::string opener = programs.path("xdg-open");
+        std::ofstream(opener) << "#!/bin/sh\necho \"$@\" > '" << programs.path("asked")
+                              << "'\nexit " << code << "\n";
+        std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+    }
+    /// Opens it and waits until `isDone`.
+    void open(const FileURL& folder, const std::function<bool()>& isDone)
+    {
+        openFolderOnDesktop(folder, [this] { ++failures; });
+        QDeadlineTimer patience(20'000);
+        while (!isDone() && !patience.hasExpired()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+        }
+    }
+
+    test::TemporaryDirectory programs;
+    test::EnvironmentVariable path{"PATH", programs.path()};
+    int failures = 0;
+};
+
+}  // namespace
+
+TEST_F(FolderOnDesktop, isOpenedAtItsPlaceByteForByte)
 {
     // The toolkit calls what handles a URL by its name, and a signal has one.
     QTextBrowser handler;
@@ -193,9 +252,35 @@ TEST(FolderOnDesktop, isOpenedAtItsPlaceByteForByte)
     QObject::connect(&handler, &QTextBrowser::anchorClicked, &handler,
                      [&](const QUrl& url) { opened.push_back(url.toEncoded()); });
     QDesktopServices::setUrlHandler(QStringLiteral("file"), &handler, "anchorClicked");
-    openFolderOnDesktop(FileURL::directory("/tmp/\xFF %41?#"));
+    openFolderOnDesktop(FileURL::directory("/tmp/\xFF %41?#"), [this] { ++failures; });
     QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
     EXPECT_EQ(opened, std::vector<QByteArray>{"file:///tmp/%FF%20%2541%3F%23/"});
+    EXPECT_EQ(failures, 0);
+}
+
+TEST_F(FolderOnDesktop, theDesktopsOpenerIsAskedForItByteForByte)
+{
+    makeOpener(0);
+    open(FileURL::directory("/tmp/\xFF %41?#"), [this] {
+        std::error_code failure;
+        return std::filesystem::file_size(programs.path("asked"), failure) > 0 && !failure;
+    });
+    EXPECT_EQ(programs.read("asked"), "file:///tmp/%FF%20%2541%3F%23/\n");
+    EXPECT_EQ(failures, 0);
+}
+
+TEST_F(FolderOnDesktop, anOpenerThatFindsNoProgramForItIsAFailure)
+{
+    constexpr int noProgramFound = 3;
+    makeOpener(noProgramFound);
+    open(FileURL::directory("/tmp"), [this] { return failures > 0; });
+    EXPECT_EQ(failures, 1);
+}
+
+TEST_F(FolderOnDesktop, aDesktopWithoutAnythingThatOpensIsAFailure)
+{
+    openFolderOnDesktop(FileURL::directory("/tmp"), [this] { ++failures; });
+    EXPECT_EQ(failures, 1);
 }
 
 }  // namespace gruk

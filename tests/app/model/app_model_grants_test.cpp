@@ -51,7 +51,7 @@ TEST(AppModelGrants, aChosenFolderIsGrantedAndOpened)
     EXPECT_TRUE(house.model->territoriesAreStale());
 }
 
-TEST(AppModelGrants, aFolderThatCannotBeGrantedGoesToTheLogAndNotToTheScreen)
+TEST(AppModelGrants, aFolderThatCannotBeGrantedGoesToTheLogAndToTheScreen)
 {
     ModelHouse house;
     const FileURL file(house.directory.file("file"));
@@ -64,7 +64,75 @@ TEST(AppModelGrants, aFolderThatCannotBeGrantedGoesToTheLogAndNotToTheScreen)
         << house.logLines[0];
     EXPECT_TRUE(house.model->grants().empty());
     EXPECT_FALSE(house.model->activeRootURL());
-    EXPECT_FALSE(house.model->errorMessage());
+    EXPECT_EQ(house.model->errorMessage(), "Gruk could not make a realm of that: " + file.path()
+                                               + ": Not a directory. Nothing was changed.");
+}
+
+TEST(AppModelGrants, aFolderChosenThroughALinkIsGrantedWhereItLeads)
+{
+    const auto chosen = [](ModelHouse& house, const FileURL& link) {
+        house.panel->answers.push_back(link);
+        house.model->grantRealm();
+    };
+    const auto dropped = [](ModelHouse& house, const FileURL& link) {
+        house.model->grantRealm(link);
+    };
+    const auto asDesktop = [](ModelHouse& house, const FileURL& link) {
+        house.panel->answers.push_back(link);
+        house.model->grantDesktop();
+    };
+    const auto again = [](ModelHouse& house, const FileURL& link) {
+        const FileURL lost = house.makeRealm("lost");
+        std::filesystem::remove_all(lost.path());
+        house.panel->answers.push_back(link);
+        house.model->regrantRealm(house.grantOf(lost));
+        house.settle();
+        house.model->selectRealm(FileURL::directory(house.model->grants().at(0).path));
+    };
+    using Granting = std::function<void(ModelHouse&, const FileURL&)>;
+    for (const Granting& grant :
+         {Granting(chosen), Granting(dropped), Granting(asDesktop), Granting(again)}) {
+        ModelHouse house;
+        house.directory.file("disk/Videos/film.mkv", 8'192);
+        house.directory.symbolicLink("home/Videos", house.directory.path("disk/Videos"));
+        grant(house, FileURL::directory(house.directory.path("home/Videos")));
+        house.settle();
+        const FileURL place = FileURL::directory(house.directory.path("disk/Videos"));
+        ASSERT_EQ(house.model->grants().size(), 1U);
+        EXPECT_EQ(house.model->grants()[0].path, place.path());
+        EXPECT_EQ(house.model->activeRootURL(), place);
+        house.patrol();
+        ASSERT_TRUE(house.model->latestSnapshot());
+        EXPECT_TRUE(house.model->latestSnapshot()->issues.empty());
+        EXPECT_EQ(house.model->latestTotalBytes(), 8'192);
+        // By the link once more it is the same realm.
+        house.model->grantRealm(FileURL::directory(house.directory.path("home/Videos")));
+        EXPECT_EQ(house.model->grants().size(), 1U);
+    }
+}
+
+TEST(AppModelGrants, aDesktopThatIsALinkIsTidiedWhereItLeads)
+{
+    ModelHouse house;
+    house.directory.file("disk/loose.txt", 8'192);
+    house.directory.symbolicLink("Desktop", house.directory.path("disk"));
+    house.panel->answers.push_back(FileURL::directory(house.directory.path("Desktop")));
+    house.model->grantDesktop();
+    house.settle();
+    EXPECT_EQ(house.model->grantedDesktopURL(), FileURL::directory(house.directory.path("disk")));
+    house.model->tidyDesktop();
+    EXPECT_EQ(house.model->lastActionMessage(),
+              "Done. 1 items stashed. Your Desktop is yours again.");
+}
+
+TEST(AppModelGrants, aLinkThatLeadsNowhereIsNoRealm)
+{
+    ModelHouse house;
+    house.directory.symbolicLink("link", "nowhere");
+    house.model->grantRealm(FileURL::directory(house.directory.path("link")));
+    house.settle();
+    EXPECT_TRUE(house.model->grants().empty());
+    EXPECT_TRUE(house.model->errorMessage());
 }
 
 TEST(AppModelGrants, theModelMayEndWhileThePanelIsOpen)
@@ -213,6 +281,10 @@ TEST(AppModelGrants, aGrantThatCannotBeSavedIsShownAsLongAsTheProgramKeepsIt)
     EXPECT_EQ(house.logLines.size(), 1U);
     EXPECT_EQ(house.model->grants().size(), 1U);
     EXPECT_FALSE(house.model->activeRootURL()) << "it stops there";
+    ASSERT_TRUE(house.model->errorMessage());
+    EXPECT_TRUE(house.model->errorMessage()->starts_with(
+        "a is a realm only until Gruk ends, since the list of realms could not be saved: "))
+        << *house.model->errorMessage();
 }
 
 TEST(AppModelGrants, aRenamedRealmIsAskedForSinceItsBookmarkLeadsElsewhere)
@@ -223,6 +295,7 @@ TEST(AppModelGrants, aRenamedRealmIsAskedForSinceItsBookmarkLeadsElsewhere)
     const FileURL renamed = FileURL::directory(house.directory.path("renamed"));
     house.panel->answers.push_back(renamed);
     house.model->regrantRealm(house.grantOf(realm));
+    house.settle();
     EXPECT_EQ(house.panel->requests.size(), 1U);
     ASSERT_EQ(house.model->grants().size(), 1U);
     EXPECT_EQ(house.model->grants()[0].path, renamed.path());
@@ -242,6 +315,10 @@ TEST(AppModelGrants, aFailureToRegrantIsLoggedWithTheOldPlaceAndKeepsTheOldGrant
         house.logLines[0].starts_with("Gruk: failed to re-grant access to " + realm.path() + ": "))
         << house.logLines[0];
     EXPECT_EQ(house.model->grants(), std::vector<Grant>{lost});
+    ASSERT_TRUE(house.model->errorMessage());
+    EXPECT_TRUE(house.model->errorMessage()->ends_with(": No such file or directory. Nothing was "
+                                                       "changed."))
+        << *house.model->errorMessage();
 }
 
 TEST(AppModelGrants, removingTheActiveRealmClearsItsPageAndKeepsItsSnapshots)

@@ -1,6 +1,7 @@
 #include "app/screens/messages_section.h"
 
 #include <filesystem>
+#include <fstream>
 
 #include <QApplication>
 #include <QTest>
@@ -128,7 +129,8 @@ TEST_F(Messages, whatWentWrongIsToldOverTheTerritories)
 
 TEST_F(Messages, whatHappenedIsToldOverTheWelcome)
 {
-    press(QStringLiteral("Patrol all realms"));
+    house.model->patrolAllRealms();
+    house.settle();
     ASSERT_EQ(page(), QStringLiteral("welcomePage"));
     EXPECT_EQ(count(QStringLiteral("Patrolled 0 realm(s).")), 1);
 }
@@ -225,6 +227,23 @@ TEST_F(Messages, theKeysTryOnceMoreWhatCouldNotBePutBack)
     pressKeys(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(std::filesystem::file_size(house.directory.path("Desktop/photo.png")), 10U);
     EXPECT_TRUE(house.shows(isBack));
+}
+
+TEST_F(Messages, aDamagedStoreOffersToShowItAndToSetItAside)
+{
+    house.makePatrolledRealm("a");
+    std::ofstream(house.directory.path("app/snapshots.json")) << "no store";
+    house.patrol();
+    press(QStringLiteral("Show it"));
+    EXPECT_EQ(house.revealed.back(),
+              std::vector<FileURL>{FileURL(house.directory.path("app/snapshots.json"))});
+    press(QStringLiteral("Set it aside and begin anew"));
+    EXPECT_EQ(house.directory.read("app/snapshots.json.damaged"), "no store");
+    EXPECT_EQ(house.button(QStringLiteral("Show it")), nullptr);
+    EXPECT_TRUE(house.shows(QStringLiteral("The damaged file is called snapshots.json.damaged now. "
+                                           "The next patrol begins a new one.")));
+    house.patrol();
+    EXPECT_FALSE(house.model->errorMessage());
 }
 
 }  // namespace gruk

@@ -209,13 +209,35 @@ TEST(PatrolPage, whileAnotherRealmIsPatrolledItsButtonIsReplaced)
     house.model->selectRealm(FileURL::directory(house.directory.path("Home")));
     house.repaint();
     EXPECT_EQ(house.button(QStringLiteral("Map this realm")), nullptr);
-    EXPECT_EQ(house.button(QStringLiteral("Stop patrol")), nullptr);
     EXPECT_TRUE(house.shows(QStringLiteral("The Gruk is off patrolling Other — 0 paths so far.")));
     EXPECT_TRUE(
         house.shows(QStringLiteral("One patrol at a time — the Gruk finishes Other first.")));
     EXPECT_EQ(test::namelessControls(*house.window), QStringList());
     house.settle();
     EXPECT_NE(house.button(QStringLiteral("Map this realm")), nullptr);
+}
+
+TEST(PatrolPage, aPatrolIsStoppedFromAnotherRealmsPage)
+{
+    ScreenHouse house;
+    house.makeRealm("Home");
+    const FileURL other = house.makeRealm("Other");
+    house.settle();
+    house.model->patrolActiveRealm();
+    house.model->selectRealm(FileURL::directory(house.directory.path("Home")));
+    house.repaint();
+    QAbstractButton* stop = house.button(QStringLiteral("Stop patrol"));
+    ASSERT_NE(stop, nullptr);
+    EXPECT_EQ(stop->accessibleDescription(), QStringLiteral("Other"));
+    stop->setFocus();
+    stop->click();
+    house.settle();
+    EXPECT_FALSE(house.model->isPatrolling());
+    EXPECT_TRUE(house.stored(other).empty());
+    EXPECT_TRUE(house.shows(QStringLiteral("Patrol stopped. No partial snapshot was saved.")));
+    QAbstractButton* start = house.button(QStringLiteral("Map this realm"));
+    ASSERT_NE(start, nullptr);
+    EXPECT_EQ(house.window->focusWidget(), start);
 }
 
 TEST(PatrolPage, tellsWhatAPatrolCouldNotSee)

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "app/screens/sidebar.h"
+#include "app/theme/button.h"
 #include "tests/support/screen_house.h"
 
 namespace gruk {
@@ -63,6 +64,26 @@ TEST(RealmRow, ofARealmThatIsNotThereIsAsHighAsTheOthersWhateverItsPlaceGives)
         EXPECT_TRUE(row->rect().contains(QRect(each->mapTo(row, QPoint()), each->size())));
         EXPECT_GE(each->height(), each->minimumSizeHint().height());
     }
+}
+
+TEST(RealmRow, tellsWhatItIsCalledNowInOneLineOfItsHeight)
+{
+    Theme theme;
+    const std::string name(200, 'n');
+    DisconnectedRealmRow row(theme, grantOf("/media/old"), RealmIdentity::derive("/media/old"),
+                             FileURL::directory("/media/" + name));
+    row.resize(Measure::sidebarWidth - 2 * Measure::small - 2 * Measure::hair,
+               row.sizeHint().height());
+    row.show();
+    QApplication::processEvents();
+    const auto* link = row.findChild<ElidedLink*>();
+    ASSERT_NE(link, nullptr);
+    EXPECT_EQ(link->accessibleName(),
+              QStringLiteral("It is now called %1…").arg(QString::fromStdString(name)));
+    EXPECT_LE(link->geometry().right(), row.width());
+    EXPECT_LE(link->fontMetrics().horizontalAdvance(link->text()), link->width());
+    EXPECT_LE(row.minimumSizeHint().width(), row.width());
+    EXPECT_LE(row.sizeHint().height(), Measure::realmRowHeight);
 }
 
 TEST(RealmRow, manyOfThemFitTheSidebarBesideItsScrollBar)

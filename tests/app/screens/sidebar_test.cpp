@@ -129,6 +129,81 @@ TEST_F(Sidebar, aWellKnownPlaceThatIsARealmIsNoShortcut)
     EXPECT_EQ(house.window->findChildren<RealmRow*>().size(), 3);
 }
 
+TEST_F(Sidebar, aWellKnownPlaceThatIsALinkIsAShortcutOnlyWhereItLeadsIntoARealm)
+{
+    house.directory.folder("home/real");
+    house.directory.folder("disk/Downloads");
+    house.directory.symbolicLink("home/Desktop", house.directory.path("home/real"));
+    house.directory.symbolicLink("home/Downloads", house.directory.path("disk/Downloads"));
+    house.makeRealm("home");
+    house.settle();
+    const auto link = [this](const char* text) { return house.button(QString::fromUtf8(text)); };
+    EXPECT_EQ(link("Downloads"), nullptr) << "it leads out of all that was granted";
+    ASSERT_NE(link("Desktop"), nullptr);
+    link("Desktop")->click();
+    house.settle();
+    EXPECT_EQ(house.model->activeRootURL(), FileURL::directory(house.directory.path("home/real")));
+    house.model->grantRealm(FileURL::directory(house.directory.path("home/Downloads")));
+    house.settle();
+    EXPECT_EQ(house.window->findChildren<RealmRow*>().size(), 2);
+}
+
+TEST_F(Sidebar, patrolAllRealmsIsOffWithoutOne)
+{
+    QAbstractButton* patrolAll = house.button(QStringLiteral("Patrol all realms"));
+    ASSERT_NE(patrolAll, nullptr);
+    EXPECT_FALSE(patrolAll->isEnabled());
+    const FileURL realm = house.makeRealm("a");
+    house.settle();
+    EXPECT_TRUE(patrolAll->isEnabled());
+    house.model->removeRealm(house.grantOf(realm));
+    house.settle();
+    EXPECT_FALSE(patrolAll->isEnabled());
+}
+
+TEST_F(Sidebar, aRealmThatIsCalledOtherwiseNowIsCarriedOverByOneConfirmation)
+{
+    const FileURL realm = house.makePatrolledRealm("old");
+    std::filesystem::rename(realm.path(), house.directory.path("new"));
+    house.window->findChild<SidebarView*>()->refresh();
+    house.settle();
+    const auto press = [this](const char* text) {
+        for (QAbstractButton* each : house.window->findChildren<QAbstractButton*>()) {
+            if (each->isVisible()
+                && (each->accessibleName() == QString::fromUtf8(text)
+                    || each->text() == QString::fromUtf8(text))) {
+                each->click();
+                house.settle();
+                return;
+            }
+        }
+        FAIL() << "no button " << text;
+    };
+    press("It is now called new…");
+    const auto* question = house.window->findChild<QWidget*>(QStringLiteral("renamingDialog"));
+    ASSERT_NE(question, nullptr);
+    EXPECT_EQ(question->accessibleName(), QStringLiteral("Is old now called new?"));
+    press("Not now");
+    EXPECT_EQ(house.model->grants().at(0).path, realm.path());
+    press("It is now called new…");
+    press("Carry it over");
+    EXPECT_EQ(house.model->grants().at(0).path, house.directory.path("new"));
+    EXPECT_EQ(house.stored(FileURL(house.directory.path("new"))).size(), 1U);
+    EXPECT_EQ(house.window->findChildren<RealmRow*>().size(), 1);
+    EXPECT_TRUE(house.shows(
+        QStringLiteral("old is now called new. All that is known about it came along.")));
+}
+
+TEST_F(Sidebar, aFolderThatCannotBeGrantedIsToldAlsoOnTheWelcomePage)
+{
+    house.panel->answers.push_back(FileURL::directory(house.directory.path("nowhere")));
+    house.model->grantRealm();
+    house.settle();
+    EXPECT_TRUE(house.shows(QStringLiteral("Gruk could not make a realm of that: %1: No such file "
+                                           "or directory. Nothing was changed.")
+                                .arg(QString::fromStdString(house.directory.path("nowhere")))));
+}
+
 TEST_F(Sidebar, aDesktopThatHasGoneIsAskedForBeforeAnythingIsStashed)
 {
     house.directory.folder("Desktop");

@@ -218,4 +218,39 @@ TEST_F(GrantStoreTest, aFailureToSaveARemovalIsNotTold)
     EXPECT_TRUE(grants.grants().empty());
 }
 
+TEST_F(GrantStoreTest, aGrantMovesToAnotherPlaceAsTheSameGrantAndTheOneThereGoes)
+{
+    GrantStore grants = store();
+    const Grant first = grants.addGrant(FileURL("/a"));
+    const Grant second = grants.addGrant(FileURL("/b"));
+    const Grant third = grants.addGrant(FileURL("/x/../new"));
+    bookmarks.movedTo["/a"] = "/new";
+    EXPECT_EQ(grants.whereabouts(first), FileURL::directory("/new"));
+    EXPECT_THROW(static_cast<void>(grants.bookmarkAt(first, FileURL("/b"))), FileError);
+    const std::string bookmark = grants.bookmarkAt(first, FileURL::directory("/new"));
+    grants.moveGrant(first.id, FileURL::directory("/new"), bookmark);
+    const Grant moved{first.id, "/new", bookmark, first.dateGranted};
+    EXPECT_EQ(grants.grants(), (std::vector<Grant>{moved, second}));
+    EXPECT_EQ(store().grants(), grants.grants());
+    EXPECT_NE(third.id, first.id);
+
+    grants.moveGrant(third.id, FileURL("/c"), bookmark);
+    EXPECT_EQ(grants.grants(), (std::vector<Grant>{moved, second})) << "it is gone";
+    bookmarks.resolvingFails = true;
+    EXPECT_EQ(grants.whereabouts(moved), std::nullopt);
+}
+
+TEST_F(GrantStoreTest, aMoveThatCannotBeSavedLeavesTheListAsItWas)
+{
+    GrantStore grants = store();
+    const Grant first = grants.addGrant(FileURL("/a"));
+    const Grant second = grants.addGrant(FileURL("/b"));
+    std::filesystem::remove(file().path());
+    makeSavingFail();
+    EXPECT_ANY_THROW(grants.moveGrant(first.id, FileURL("/b"), first.bookmark));
+    EXPECT_EQ(grants.grants(), (std::vector<Grant>{first, second}));
+    EXPECT_ANY_THROW(grants.putBack({second}));
+    EXPECT_EQ(grants.grants(), (std::vector<Grant>{first, second}));
+}
+
 }  // namespace gruk

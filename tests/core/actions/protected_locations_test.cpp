@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/environment.h"
+#include "tests/support/temporary_directory.h"
 
 namespace gruk {
 
@@ -51,6 +52,18 @@ TEST(ProtectedLocations, exactlySlashHomeAndTheVolumeRootAreProtected)
     EXPECT_FALSE(isProtectedLocation(FileURL("/usr"), slash));
     EXPECT_FALSE(
         isProtectedLocation(FileURL("/Volumes/Disk/a"), FileURL::directory("/Volumes/Disk")));
+}
+
+TEST(ProtectedLocations, aLinkToSlashAsRealmIsAsProtectedAsSlash)
+{
+    const test::TemporaryDirectory directory;
+    const FileURL link = FileURL::directory(directory.symbolicLink("link", "/"));
+    EXPECT_TRUE(isProtectedLocation(link, liveFolderVolumeRoot(link)));
+    // As an item, the link itself may go.
+    EXPECT_FALSE(isProtectedLocation(link, liveVolumeRoot(link)));
+    const FileURL harmless =
+        FileURL::directory(directory.symbolicLink("harmless", directory.folder("folder")));
+    EXPECT_FALSE(isProtectedLocation(harmless, liveFolderVolumeRoot(harmless)));
 }
 
 }  // namespace

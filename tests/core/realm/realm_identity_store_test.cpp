@@ -208,4 +208,31 @@ TEST_F(RealmIdentityStoreTest, aFailureToClearIsThrownAndTheOverrideStaysForgott
     EXPECT_EQ(folder.read("identities.json"), before);
 }
 
+TEST_F(RealmIdentityStoreTest, anOverrideMovesToAnotherPathInPlaceOfTheOneThere)
+{
+    RealmIdentityStore identities = store();
+    identities.setOverride(painted, "/a");
+    identities.setOverride(repainted, "/b");
+    identities.moveOverride("/a", "/b");
+    const IdentityOverrides moved = {{"/b", painted}};
+    EXPECT_EQ(identities.overrides(), moved);
+    EXPECT_EQ(store().overrides(), moved);
+    identities.moveOverride("/a", "/b");
+    EXPECT_EQ(store().overrides(), moved) << "what has none takes none away";
+}
+
+TEST_F(RealmIdentityStoreTest, aMoveThatFailsChangesNothing)
+{
+    store().setOverride(painted, "/a");
+    FaultCalls faults;
+    faults.failAt = 0;
+    faults.error = ENOSPC;
+    faults.span = FaultCalls::Span::fromThenOn;
+    RealmIdentityStore identities(folder.url(), faults.calls());
+    EXPECT_THROW(identities.moveOverride("/a", "/b"), FileError);
+    EXPECT_EQ(identities.overrides(), (IdentityOverrides{{"/a", painted}}));
+    EXPECT_THROW(identities.putBack({}), FileError);
+    EXPECT_EQ(identities.overrides(), (IdentityOverrides{{"/a", painted}}));
+}
+
 }  // namespace gruk

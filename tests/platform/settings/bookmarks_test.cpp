@@ -51,6 +51,32 @@ std::size_t openDescriptors()
     return static_cast<std::size_t>(std::distance(begin(all), end(all)));
 }
 
+TEST(Bookmark, isMadeAnewWhereverItsVeryDirectoryIs)
+{
+    const TemporaryDirectory directory;
+    const std::string path = directory.folder("realm");
+    const std::string bookmark = makeBookmark(FileURL(path));
+    const std::string away = directory.folder("deep") + "/away";
+    std::filesystem::rename(path, away);
+    EXPECT_EQ(errorOfResolving(bookmark), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(resolveBookmark(renewBookmark(bookmark, FileURL(away))), FileURL::directory(away));
+    const FileURL other(directory.folder("other"));
+    EXPECT_EQ(errorOf([&] { (void)renewBookmark(bookmark, other); }),
+              std::errc::no_such_file_or_directory);
+}
+
+TEST(Bookmark, ofADirectoryWithoutANumberIsNotMadeAnewElsewhere)
+{
+    const TemporaryDirectory directory;
+    const FileURL realm(directory.folder("realm"));
+    // As on file systems that deal the numbers out anew at each mount.
+    const std::string bookmark = without("born", without("inode", makeBookmark(realm)));
+    const FileURL other(directory.folder("other"));
+    EXPECT_EQ(errorOf([&] { (void)renewBookmark(bookmark, other); }),
+              std::errc::no_such_file_or_directory)
+        << "any folder of the volume would do";
+}
+
 TEST(Bookmark, leadsBackToItsDirectory)
 {
     const TemporaryDirectory directory;

@@ -157,6 +157,45 @@ TEST(UserDefaultsFault, aKillAtAnyCallLosesNothingAndTheNextProcessWrites)
     }
 }
 
+TEST(UserDefaultsFault, anErrorAtAnyCallOfAMoveLeavesEveryValueWhereItWas)
+{
+    std::size_t failures = 0;
+    for (std::size_t number = 0;; ++number) {
+        const TemporaryDirectory disk;
+        const FileURL file(disk.path("settings.json"));
+        UserDefaults(file).setText("from", "moved");
+        UserDefaults(file).setBoolean("to", true);
+        UserDefaults(file).setText("note", "pending");
+        FaultCalls faults;
+        faults.failAt = number;
+        faults.error = ENOSPC;
+        UserDefaults settings(file, faults.calls());
+        bool failed = false;
+        try {
+            settings.move({{"from", "to"}, {"absent", "other"}}, "note");
+        } catch (const FileError&) {
+            failed = true;
+        }
+        const bool wasReached = faults.names().size() > number;
+        failures += failed ? 1 : 0;
+        const UserDefaults fresh(file);
+        for (const UserDefaults* each : {static_cast<const UserDefaults*>(&settings), &fresh}) {
+            EXPECT_EQ(each->text("from").has_value(), failed);
+            EXPECT_EQ(each->boolean("to"), failed ? std::optional(true) : std::nullopt);
+            EXPECT_EQ(each->text("to"),
+                      failed ? std::nullopt : std::optional<std::string>("moved"));
+            EXPECT_EQ(each->text("note").has_value(), failed);
+        }
+        if (!wasReached) {
+            break;
+        }
+        // And nothing of it comes with a later write.
+        settings.setBoolean("later", true);
+        EXPECT_EQ(UserDefaults(file).text("from").has_value(), failed);
+    }
+    EXPECT_GT(failures, 3U);
+}
+
 TEST(UserDefaultsFault, inAFolderThatIsReadOnlyTheValueHoldsAndTheFileStays)
 {
     const TemporaryDirectory disk;
