@@ -147,8 +147,11 @@ gruk_precompile(gruk_app_thread_tests REUSE_FROM gruk_app_test_support)
 # A user at the real window, on real files and threads.
 gruk_add_tests(gruk_end_to_end_tests
     app/end_to_end/end_to_end_test.cpp
+    app/end_to_end/home_on_guard_test.cpp
     app/main.cpp
     support/disk_count.cpp
+    support/made_home.cpp
+    support/running_program.cpp
     support/window_user.cpp)
 target_link_libraries(gruk_end_to_end_tests PRIVATE gruk_app_test_support)
 gruk_precompile(gruk_end_to_end_tests REUSE_FROM gruk_app_test_support)

@@ -10,10 +10,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include "app/desktop/qt_run_loop.h"
-#include "app/desktop/qt_task_pool.h"
 #include "app/screens/finding_row.h"
-#include "app/screens/main_window.h"
 #include "app/screens/metric_card.h"
 #include "app/screens/realm_row.h"
 #include "app/theme/house_style.h"
@@ -22,9 +19,7 @@
 #include "app/theme/toggle.h"
 #include "core/patrol/byte_format.h"
 #include "tests/support/disk_count.h"
-#include "tests/support/environment.h"
-#include "tests/support/scripted_open_panel.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/running_program.h"
 #include "tests/support/window_user.h"
 
 namespace gruk {
@@ -38,8 +33,8 @@ QString bytesText(std::int64_t bytes)
     return QString::fromStdString(ByteFormat::string(bytes));
 }
 
-/// A home with a Desktop and a realm, and the program on it, as often as it is started.
-class House {
+/// A home with a Desktop and a realm, and the program on it.
+class House : public test::RunningProgram {
 public:
     House()
     {
@@ -50,58 +45,6 @@ public:
         directory.file("home/realm/scan (1).pdf", 60'000);
         directory.file("home/realm/p/node_modules/x.js", 200'000);
     }
-    ~House() { quit(); }
-    House(const House&) = delete;
-    House& operator=(const House&) = delete;
-
-    void start()
-    {
-        // A picture of a step shows where its movement ends.
-        theme.setReducedMotion(true);
-        loop_ = std::make_shared<QtRunLoop>();
-        pool_ = std::make_shared<QtTaskPool>();
-        ModelCollaborators with;
-        with.runLoop = loop_;
-        with.taskPool = pool_;
-        with.openPanel = panel;
-        model = std::make_unique<AppModel>(std::move(with));
-        window = std::make_unique<SweepView>(*model, theme);
-        // So tall that every finding is in view and can be counted.
-        constexpr int tall = 2'400;
-        window->resize(window->width(), tall);
-        window->show();
-    }
-
-    void quit()
-    {
-        window.reset();
-        model.reset();
-        if (pool_) {
-            EXPECT_TRUE(pool_->waitForDone(std::chrono::minutes(1)));
-        }
-    }
-
-    [[nodiscard]] std::string path(const std::string& below) const
-    {
-        return directory.path("home/" + below);
-    }
-    [[nodiscard]] bool stands(const std::string& below) const
-    {
-        return fs::exists(fs::symlink_status(path(below)));
-    }
-
-    test::TemporaryDirectory directory;
-    test::EnvironmentVariable home{"HOME", directory.path("home")};
-    test::EnvironmentVariable data{"XDG_DATA_HOME", directory.path("home/.local/share")};
-    test::EnvironmentVariable configuration{"XDG_CONFIG_HOME", directory.path("home/.config")};
-    std::shared_ptr<test::ScriptedOpenPanel> panel = std::make_shared<test::ScriptedOpenPanel>();
-    Theme theme;
-    std::unique_ptr<AppModel> model;
-    std::unique_ptr<SweepView> window;
-
-private:
-    std::shared_ptr<QtRunLoop> loop_;
-    std::shared_ptr<QtTaskPool> pool_;
 };
 
 /// One user in one house.
