@@ -186,7 +186,7 @@ QWidget* GrukPatrolView::mapButton() const
 {
     auto* start = findChild<QWidget*>(QStringLiteral("startPatrol"));
     const bool isOffered = start != nullptr && start->isEnabled() && start->isVisibleTo(this);
-    return isOffered && !model_.latestSnapshot() ? start : nullptr;
+    return isOffered && !model_.isActiveRealmMapped() ? start : nullptr;
 }
 
 void GrukPatrolView::followFindings(int by)

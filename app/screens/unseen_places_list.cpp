@@ -8,6 +8,7 @@
 
 #include "app/theme/card_painter.h"
 #include "app/theme/drawing.h"
+#include "app/theme/key_press.h"
 
 namespace gruk {
 
@@ -153,15 +154,10 @@ void UnseenPlacesList::request(const QModelIndex& index)
 
 void UnseenPlacesList::keyPressEvent(QKeyEvent* event)
 {
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-        if (!event->isAutoRepeat()) {
-            request(currentIndex());
-        }
-        return;
-    default:
+    const KeyPress press = returnOrSpacePress(*event);
+    if (press == KeyPress::press) {
+        request(currentIndex());
+    } else if (press == KeyPress::other) {
         QListView::keyPressEvent(event);
     }
 }
