@@ -173,14 +173,14 @@ void SweepView::showPage()
         std::exchange(kept_, nullptr)->deleteLater();
     }
     const QPointer<QWidget> lastFocus = kept_ != nullptr ? keptFocus_ : nullptr;
+    if (before != nullptr) {
+        // The new page has all of the room at once, and the old one stays as it was left.
+        detail_->removeWidget(before);
+    }
     shown_ = makePage();
     const auto* patrol = qobject_cast<GrukPatrolView*>(shown_);
     messages_->setWanted(patrol == nullptr);
     echo_->setWanted(patrol != nullptr && !patrol->hasMessagesInView());
-    if (before != nullptr) {
-        // The new page has all of the room at once.
-        detail_->removeWidget(before);
-    }
     detail_->addWidget(shown_, 1);
     if (takesFocus) {
         // Before the toolkit, which would hand it to whatever comes next in the window.

@@ -248,8 +248,11 @@ public:
         const QString mapped = metric(0);
         house_.quit();
         start();
-        user_->waitToSee(QStringLiteral("YOUR TERRITORIES"));
+        // The window comes back to the page that it was left on.
+        user_->until("the history", [&] { return house_.model->latestSnapshot() != nullptr; });
         EXPECT_FALSE(user_->sees(QStringLiteral("Choose a realm.")));
+        house_.model->showTerritories();
+        user_->waitToSee(QStringLiteral("YOUR TERRITORIES"));
         user_->until("the territories", [&] { return !house_.model->isLoadingTerritories(); });
         user_->show("territories");
         opens("realm");

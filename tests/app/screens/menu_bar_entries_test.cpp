@@ -61,7 +61,7 @@ TEST(MenuBarEntries, theStatusLineIsTheFirstOneThatHolds)
     state.hasPreviousSnapshot = true;
     EXPECT_EQ(menuBarStatus(state), QStringLiteral("No change on the last patrol"));
     state.changes = 1'234;
-    EXPECT_EQ(menuBarStatus(state), QStringLiteral("1234 changes last patrol"));
+    EXPECT_EQ(menuBarStatus(state), QStringLiteral("1,234 changes last patrol"));
 }
 
 TEST(MenuBarEntries, withoutARealmThereIsNothingToPatrol)
