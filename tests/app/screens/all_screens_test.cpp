@@ -22,6 +22,7 @@
 #include "app/screens/review_only_panel.h"
 #include "app/screens/settings_view.h"
 #include "app/screens/shield_button.h"
+#include "app/screens/sidebar.h"
 #include "app/screens/walkthrough_view.h"
 #include "app/theme/popover.h"
 #include "app/tour/sample_realm.h"
@@ -352,7 +353,12 @@ void AllScreens::lookAtTerritories()
 
 void AllScreens::lookAtLostRealm()
 {
-    fs::remove_all(house.directory.path("Other"));
+    fs::rename(house.directory.path("Other"), house.directory.path("Otherwise"));
+    house.window->findChild<SidebarView*>()->refresh();
+    house.settle();
+    look("a realm that is called something else now");
+    lookAtQuestion("It is now called Otherwise…");
+    fs::remove_all(house.directory.path("Otherwise"));
     house.model->patrolAllRealms();
     house.settle();
     look("a realm that is disconnected");

@@ -57,6 +57,10 @@ protected:
              [=](Theme& theme, QWidget* window) {
                  return new Button(theme, Button::Kind::secondary, text, window);
              }},
+            {"ElidedLink", Return::presses,
+             [=](Theme& theme, QWidget* window) {
+                 return new ElidedLink(theme, TextStyle::small, window);
+             }},
             {"DisclosureButton", Return::presses,
              [=](Theme& theme, QWidget* window) {
                  return new DisclosureButton(theme, text, text, window);
