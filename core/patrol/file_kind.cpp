@@ -14,39 +14,29 @@ constexpr std::array<std::string_view, allFileKinds.size()> kindNames = {
     "installer",  "document", "application", "folder", "other",
 };
 
-struct Extension {
-    std::string_view text;
+struct Extensions {
     FileKind kind;
+    /// In small letters, with a blank between.
+    std::string_view texts;
 };
 
 constexpr std::array extensions = {
-    Extension{"png", FileKind::image},       Extension{"jpg", FileKind::image},
-    Extension{"jpeg", FileKind::image},      Extension{"gif", FileKind::image},
-    Extension{"bmp", FileKind::image},       Extension{"tiff", FileKind::image},
-    Extension{"heic", FileKind::image},      Extension{"webp", FileKind::image},
-    Extension{"mov", FileKind::video},       Extension{"mp4", FileKind::video},
-    Extension{"avi", FileKind::video},       Extension{"mkv", FileKind::video},
-    Extension{"flv", FileKind::video},       Extension{"wmv", FileKind::video},
-    Extension{"m4v", FileKind::video},       Extension{"webm", FileKind::video},
-    Extension{"mp3", FileKind::audio},       Extension{"wav", FileKind::audio},
-    Extension{"aac", FileKind::audio},       Extension{"flac", FileKind::audio},
-    Extension{"m4a", FileKind::audio},       Extension{"wma", FileKind::audio},
-    Extension{"ogg", FileKind::audio},       Extension{"aiff", FileKind::audio},
-    Extension{"pdf", FileKind::pdf},         Extension{"zip", FileKind::archive},
-    Extension{"gz", FileKind::archive},      Extension{"tar", FileKind::archive},
-    Extension{"7z", FileKind::archive},      Extension{"rar", FileKind::archive},
-    Extension{"bz2", FileKind::archive},     Extension{"tgz", FileKind::archive},
-    Extension{"dmg", FileKind::installer},   Extension{"pkg", FileKind::installer},
-    Extension{"exe", FileKind::installer},   Extension{"msi", FileKind::installer},
-    Extension{"txt", FileKind::document},    Extension{"md", FileKind::document},
-    Extension{"doc", FileKind::document},    Extension{"docx", FileKind::document},
-    Extension{"pages", FileKind::document},  Extension{"xls", FileKind::document},
-    Extension{"xlsx", FileKind::document},   Extension{"key", FileKind::document},
-    Extension{"ppt", FileKind::document},    Extension{"pptx", FileKind::document},
-    Extension{"app", FileKind::application},
+    Extensions{FileKind::image, "png jpg jpeg gif bmp tiff tif heic webp svg avif jxl"},
+    Extensions{FileKind::video, "mov mp4 avi mkv flv wmv m4v webm mpg mpeg ogv 3gp"},
+    Extensions{FileKind::audio, "mp3 wav aac flac m4a wma ogg aiff opus oga mid"},
+    Extensions{FileKind::pdf, "pdf"},
+    Extensions{FileKind::archive, "zip gz tar 7z rar bz2 tgz xz zst lz4 lzma tbz2 txz"},
+    Extensions{FileKind::installer, "dmg pkg exe msi deb rpm flatpak snap run iso img"},
+    Extensions{FileKind::document,
+               "txt md doc docx pages xls xlsx key ppt pptx odt ods odp rtf csv epub"},
+    // An AppImage is run where it lies, so it is an application and no installer of one.
+    Extensions{FileKind::application, "app appimage"},
 };
 
-constexpr std::size_t longestExtension = 5;
+/// As many letters as one number holds.
+constexpr std::size_t longestExtension = 8;
+/// The only longer one, which is told by hand.
+constexpr std::string_view flatpakReference = "flatpakref";
 
 /// The letters of a short text as one number, so that looking one up compares numbers: this runs
 /// for each file of a realm.
@@ -67,7 +57,7 @@ struct PackedExtension {
 /// The extensions at places that follow from their numbers, so that looking one up takes one
 /// comparison: a multiplier is tried after another until no two fall together.
 struct ExtensionTable {
-    static constexpr unsigned bits = 8;
+    static constexpr unsigned bits = 10;
 
     [[nodiscard]] constexpr const PackedExtension& at(std::uint64_t number) const
     {
@@ -82,13 +72,18 @@ constexpr std::optional<ExtensionTable> tableWith(std::uint64_t multiplier)
 {
     ExtensionTable table;
     table.multiplier = multiplier;
-    for (const Extension& extension : extensions) {
-        const std::uint64_t number = packed(extension.text);
-        auto& place = table.places[static_cast<std::size_t>(&table.at(number) - &table.places[0])];
-        if (place.number != 0) {
-            return std::nullopt;
+    for (const Extensions& each : extensions) {
+        for (std::string_view left = each.texts; !left.empty();) {
+            const std::size_t end = std::min(left.find(' '), left.size());
+            const std::uint64_t number = packed(left.substr(0, end));
+            auto& place =
+                table.places[static_cast<std::size_t>(&table.at(number) - &table.places[0])];
+            if (place.number != 0) {
+                return std::nullopt;
+            }
+            place = {number, each.kind};
+            left.remove_prefix(std::min(end + 1, left.size()));
         }
-        place = {number, extension.kind};
     }
     return table;
 }
@@ -105,10 +100,18 @@ constexpr ExtensionTable extensionTable = [] {
     return *table;
 }();
 
+/// `lower` has no capitals.
+bool equalsIgnoringCase(std::string_view text, std::string_view lower)
+{
+    return std::equal(lower.begin(), lower.end(), text.begin(), text.end(),
+                      [](char expected, char c) { return expected == lowerASCII(c); });
+}
+
 FileKind kindOfExtension(std::string_view extension)
 {
     if (extension.empty() || extension.size() > longestExtension) {
-        return FileKind::other;
+        return equalsIgnoringCase(extension, flatpakReference) ? FileKind::installer
+                                                               : FileKind::other;
     }
     const std::uint64_t number = packed(extension);
     const PackedExtension& found = extensionTable.at(number);
@@ -119,8 +122,7 @@ bool endsInApp(std::string_view name)
 {
     constexpr std::string_view suffix = ".app";
     return name.size() >= suffix.size()
-           && std::equal(suffix.begin(), suffix.end(), name.end() - suffix.size(),
-                         [](char expected, char c) { return expected == lowerASCII(c); });
+           && equalsIgnoringCase(name.substr(name.size() - suffix.size()), suffix);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <unordered_map>
 
+#include "core/patrol/desktop_evidence.h"
+
 namespace gruk::FindingCopy {
 
 namespace {
@@ -99,7 +101,15 @@ std::string_view whyFlagged(ReviewFinding::Reason reason, std::string_view path)
 {
     const Stories& stories = storiesByName();
     const auto found = stories.find(lastPathComponent(path));
-    return found != stories.end() ? found->second : storyOf(reason);
+    if (found != stories.end()) {
+        return found->second;
+    }
+    if (reason == ReviewFinding::Reason::regenerableCache) {
+        if (const std::string_view story = DesktopEvidence::story(path); !story.empty()) {
+            return story;
+        }
+    }
+    return storyOf(reason);
 }
 
 std::string_view confidenceNote(double confidence)

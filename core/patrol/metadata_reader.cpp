@@ -15,6 +15,8 @@ namespace {
 constexpr Bytes sparseFloor = 65'536;
 constexpr Bytes evictedCeiling = 4'095;
 constexpr std::string_view screenshotPrefix = "Screenshot ";
+/// So do some tools here begin the names of their pictures; others begin other names so.
+constexpr std::string_view screenshotPicturePrefix = "Screenshot_";
 
 /// What could be found out about an item.
 struct Sight {
@@ -125,7 +127,9 @@ bool isScreenshot(std::string_view name, const std::optional<std::string>& attri
             return *answer;
         }
     }
-    return name.starts_with(screenshotPrefix);
+    return name.starts_with(screenshotPrefix)
+           || (name.starts_with(screenshotPicturePrefix)
+               && classify(name, false, false) == FileKind::image);
 }
 
 FileEntry makeEntry(const FileURL& url, const ResourceValues& values,

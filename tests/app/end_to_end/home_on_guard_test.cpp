@@ -37,7 +37,8 @@ constexpr int quietPeriods = 10;
 std::set<std::string> whatIsWorthALook()
 {
     std::set<std::string> paths = {"Downloads/report (1).pdf", "Downloads/setup.dmg",
-                                   "Downloads/printer.pkg", ".gradle/caches"};
+                                   "Downloads/printer.pkg",    ".gradle/caches",
+                                   ".cache/thumbnails",        ".config/mail/Cache"};
     for (int project = 0; project < 6; ++project) {
         paths.insert("src/project-" + std::to_string(project) + "/node_modules");
     }

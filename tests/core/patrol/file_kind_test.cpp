@@ -24,15 +24,22 @@ struct Row {
 };
 
 const Row table[] = {
-    {FileKind::image, {"png", "jpg", "jpeg", "gif", "bmp", "tiff", "heic", "webp"}},
-    {FileKind::video, {"mov", "mp4", "avi", "mkv", "flv", "wmv", "m4v", "webm"}},
-    {FileKind::audio, {"mp3", "wav", "aac", "flac", "m4a", "wma", "ogg", "aiff"}},
+    {FileKind::image,
+     {"png", "jpg", "jpeg", "gif", "bmp", "tiff", "heic", "webp", "svg", "avif", "jxl", "tif"}},
+    {FileKind::video,
+     {"mov", "mp4", "avi", "mkv", "flv", "wmv", "m4v", "webm", "mpg", "mpeg", "ogv", "3gp"}},
+    {FileKind::audio,
+     {"mp3", "wav", "aac", "flac", "m4a", "wma", "ogg", "aiff", "opus", "oga", "mid"}},
     {FileKind::pdf, {"pdf"}},
-    {FileKind::archive, {"zip", "gz", "tar", "7z", "rar", "bz2", "tgz"}},
-    {FileKind::installer, {"dmg", "pkg", "exe", "msi"}},
+    {FileKind::archive,
+     {"zip", "gz", "tar", "7z", "rar", "bz2", "tgz", "xz", "zst", "lz4", "lzma", "tbz2", "txz"}},
+    {FileKind::installer,
+     {"dmg", "pkg", "exe", "msi", "deb", "rpm", "flatpak", "flatpakref", "snap", "run", "iso",
+      "img"}},
     {FileKind::document,
-     {"txt", "md", "doc", "docx", "pages", "xls", "xlsx", "key", "ppt", "pptx"}},
-    {FileKind::application, {"app"}},
+     {"txt", "md", "doc", "docx", "pages", "xls", "xlsx", "key", "ppt", "pptx", "odt", "ods", "odp",
+      "rtf", "csv", "epub"}},
+    {FileKind::application, {"app", "AppImage"}},
 };
 
 }  // namespace

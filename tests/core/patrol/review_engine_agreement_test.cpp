@@ -6,6 +6,7 @@
 
 #include "core/patrol/byte_format.h"
 #include "core/patrol/review_engine.h"
+#include "core/patrol/review_rules.h"
 #include "platform/foundation/text_order.h"
 #include "tests/support/random_snapshot.h"
 
@@ -114,11 +115,14 @@ private:
                 dot != std::string::npos && dot != 0 && dot + 1 != name.size();
             const std::string stem = hasExtension ? name.substr(0, dot) : name;
             const std::size_t base = startOfNumber(stem);
-            if (entry.isDirectory || base == std::string::npos) {
+            // The names of copies have a table of their own, in the test of the rules.
+            const std::string sibling =
+                base == std::string::npos
+                    ? originalOfDesktopCopyName(name).value_or("")
+                    : stem.substr(0, base) + (hasExtension ? name.substr(dot) : "");
+            if (entry.isDirectory || sibling.empty()) {
                 continue;
             }
-            const std::string sibling =
-                stem.substr(0, base) + (hasExtension ? name.substr(dot) : "");
             if (keys.contains(parent + sibling + "|" + std::to_string(entry.allocatedSize))) {
                 add(entry, Reason::duplicateDownload, 0.95,
                     "A same-size sibling named " + sibling
