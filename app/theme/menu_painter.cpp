@@ -37,8 +37,12 @@ void paintMenuPanel(QPainter& painter, const QRect& bounds, const Theme& theme, 
     QPainterPath shape;
     if (isShaped) {
         shape = cutPath(QRectF(bounds).adjusted(half, half, -half, -half), buttonCorners);
-        // Up to the edge, where nothing may lie under it.
+        // Up to the edge, where nothing may lie under it: without a compositor a pixel that is left
+        // see-through comes out black.
         painter.fillPath(cutPath(bounds, buttonCorners), theme.colour(Role::paperCard));
+        for (const QRect& rows : menuRegion(bounds)) {
+            painter.fillRect(rows, theme.colour(Role::paperCard));
+        }
     } else {
         shape.addRect(QRectF(bounds).adjusted(half, half, -half, -half));
         painter.fillRect(bounds, theme.colour(Role::paperCard));
