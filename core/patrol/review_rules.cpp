@@ -2,14 +2,11 @@
 
 #include <algorithm>
 
+#include "platform/foundation/ascii.h"
+
 namespace gruk {
 
 namespace {
-
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 /// Where the extension's "." stands: the last one, unless it begins the name. A "." at the very
 /// end has nothing behind it that could be an extension.
@@ -27,11 +24,6 @@ std::size_t wholeExtensionStart(std::string_view name)
     const std::string_view stem = name.substr(0, dot);
     return dot < name.size() && stem.size() > tar.size() && stem.ends_with(tar) ? dot - tar.size()
                                                                                 : dot;
-}
-
-bool isNumber(std::string_view text)
-{
-    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
 }
 
 /// Whether that, in brackets behind a name, says that it is a copy: "copy", "another copy",
@@ -114,7 +106,7 @@ std::optional<std::string> originalOfDuplicateName(std::string_view name)
         return std::nullopt;
     }
     std::size_t at = stem.size() - 1;
-    while (at > 0 && isDigit(stem[at - 1])) {
+    while (at > 0 && isASCIIDigit(stem[at - 1])) {
         --at;
     }
     // What must stand before the digits: " (".

@@ -4,6 +4,7 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 
 #include "core/patrol/journal_names.h"
+#include "platform/foundation/ascii.h"
 
 namespace gruk {
 
@@ -12,11 +13,6 @@ namespace {
 constexpr std::string_view trashOfAUser = ".Trash-";
 constexpr std::string_view trashOfAll = ".Trash";
 constexpr std::string_view trashAtHome = ".local/share/Trash";
-
-bool isNumber(std::string_view text)
-{
-    return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
-}
 
 std::string_view lastComponent(std::string_view path)
 {

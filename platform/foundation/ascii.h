@@ -30,6 +30,17 @@ inline constexpr std::string_view upperHexDigits = "0123456789ABCDEF";
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+[[nodiscard]] constexpr bool isASCIIDigit(char c) noexcept
+{
+    return c >= '0' && c <= '9';
+}
+
+/// Whether it is one decimal digit or more, and nothing else.
+[[nodiscard]] constexpr bool isNumber(std::string_view text) noexcept
+{
+    return !text.empty() && std::all_of(text.begin(), text.end(), isASCIIDigit);
+}
+
 [[nodiscard]] constexpr bool isASCII(std::string_view text) noexcept
 {
     return std::all_of(text.begin(), text.end(),

@@ -96,7 +96,7 @@ private:
     std::string_view rest_;
 };
 
-std::string quoted(std::string_view text)
+std::string inQuotes(std::string_view text)
 {
     return json::serialize(json::value(text));
 }
@@ -150,7 +150,7 @@ std::string settingsJSON(const SettingsValues& values)
     std::string text = "{";
     const char* separator = "\n    ";
     for (const auto& [key, value] : values) {
-        text.append(separator).append(quoted(key)).append(": ").append(value);
+        text.append(separator).append(inQuotes(key)).append(": ").append(value);
         separator = ",\n    ";
     }
     return text.append("\n}\n");
@@ -163,7 +163,7 @@ std::string booleanJSON(bool value)
 
 std::string textJSON(std::string_view text)
 {
-    return quoted(jsonPathText(text));
+    return inQuotes(jsonPathText(text));
 }
 
 std::string dataJSON(std::string_view bytes)

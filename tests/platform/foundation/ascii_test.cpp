@@ -27,6 +27,15 @@ TEST(ASCII, onlyTheTwentySixCapitalsHaveASmallLetter)
     }
 }
 
+TEST(ASCII, aNumberIsDigitsAndNothingElse)
+{
+    EXPECT_TRUE(isNumber("0"));
+    EXPECT_TRUE(isNumber("0123456789"));
+    for (const char* text : {"", " 1", "1 ", "-1", "1.0", "1a", "\u0661"}) {
+        EXPECT_FALSE(isNumber(text)) << text;
+    }
+}
+
 TEST(ASCII, aTextIsItUnlessAByteHasItsHighestBitSet)
 {
     EXPECT_TRUE(isASCII(""));
