@@ -203,9 +203,9 @@ bool hasFile(const SnapshotEntries& entries, Index folder, std::string_view name
 }
 
 /// One pass over a snapshot.
-class Search {
+class EvidenceSearch {
 public:
-    explicit Search(const SnapshotEntries& entries) : entries_(entries) {}
+    explicit EvidenceSearch(const SnapshotEntries& entries) : entries_(entries) {}
 
     std::vector<Location> run()
     {
@@ -344,7 +344,7 @@ std::span<const Row> rows()
 
 std::vector<Location> locations(const SnapshotEntries& entries)
 {
-    return Search(entries).run();
+    return EvidenceSearch(entries).run();
 }
 
 std::string_view story(std::string_view path)
