@@ -135,8 +135,9 @@ void GrukPatrolView::moveEvent(QMoveEvent* event)
 void GrukPatrolView::resizeEvent(QResizeEvent* event)
 {
     QScrollArea::resizeEvent(event);
-    // What comes and goes over the page takes its room and moves nothing that is being read.
-    if (const int by = std::exchange(movedBy_, 0); by != 0) {
+    // What comes and goes over the page takes its room and moves nothing that is being read; but at
+    // its top the page keeps its head in view.
+    if (const int by = std::exchange(movedBy_, 0); verticalScrollBar()->value() > 0) {
         verticalScrollBar()->setValue(verticalScrollBar()->value() + by);
     }
     tellWhatIsInView();
