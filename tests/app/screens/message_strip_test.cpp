@@ -109,6 +109,18 @@ TEST_F(MessagesInSight, anErrorIsToldAboveTheFoldToo)
     EXPECT_TRUE(isInSight(QString::fromStdString(*house.model->errorMessage())));
 }
 
+TEST_F(MessagesInSight, atItsTopThePageKeepsItsHeadInView)
+{
+    scrollTo(0);
+    ASSERT_FALSE(echo()->isVisible());
+    // So low that the messages' own place is below the fold.
+    house.window->setMinimumHeight(0);
+    house.window->resize(house.window->width(), 260);
+    house.settle();
+    ASSERT_TRUE(echo()->isVisible());
+    EXPECT_EQ(house.scrollBar()->value(), 0);
+}
+
 TEST_F(MessagesInSight, theyAreRepeatedOnlyWhileTheirOwnPlaceIsOutOfView)
 {
     scrollTo(0);
